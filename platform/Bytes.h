@@ -1,0 +1,63 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string_view>
+#include <vector>
+
+namespace platform {
+
+/// Bytes that somebody owns.
+using Bytes = std::vector<std::uint8_t>;
+
+/// Bytes that are only looked at.
+using ByteView = std::span<const std::uint8_t>;
+
+/// The bytes of `text` as they are.
+inline ByteView bytesOf(std::string_view text) {
+  return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
+}
+
+/// The bytes as a run of characters, not checked to be text of any encoding.
+inline std::string_view charactersOf(ByteView bytes) {
+  return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
+
+inline void append(Bytes& bytes, ByteView more) {
+  bytes.insert(bytes.end(), more.begin(), more.end());
+}
+
+/// Immutable bytes that all copies and slices share, so that a picture passes through the program without
+/// being copied. A slice keeps the whole buffer that it was cut from alive.
+class SharedBytes {
+ public:
+  SharedBytes() = default;
+  SharedBytes(Bytes bytes) : owner_(std::make_shared<const Bytes>(std::move(bytes))), view_(*owner_) {}
+
+  /// `count` bytes from `offset` on; both must lie inside these bytes.
+  SharedBytes slice(std::size_t offset, std::size_t count) const {
+    SharedBytes part;
+    part.owner_ = owner_;
+    part.view_ = view_.subspan(offset, count);
+    return part;
+  }
+
+  std::size_t size() const { return view_.size(); }
+  bool empty() const { return view_.empty(); }
+  operator ByteView() const { return view_; }
+  ByteView view() const { return view_; }
+
+  /// The same bytes, whoever holds them.
+  friend bool operator==(const SharedBytes& a, const SharedBytes& b) {
+    const auto both = [](ByteView view) { return charactersOf(view); };
+    return a.size() == b.size() && (a.view_.data() == b.view_.data() || both(a) == both(b));
+  }
+
+ private:
+  std::shared_ptr<const Bytes> owner_;
+  ByteView view_;
+};
+
+}  // namespace platform

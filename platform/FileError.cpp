@@ -1,0 +1,26 @@
+#include "platform/FileError.h"
+
+#include <system_error>
+
+namespace platform {
+
+FileError::FileError(const std::filesystem::path& file, std::string_view failure, std::string_view reason)
+    : description_(lastPathComponent(file)) {
+  description_.append(" ").append(failure).append(": ").append(reason).append(".");
+}
+
+FileError::FileError(const std::filesystem::path& file, std::string_view failure, int code)
+    : FileError(file, failure, std::generic_category().message(code)) {
+  code_ = code;
+}
+
+std::string lastPathComponent(const std::filesystem::path& file) {
+  const std::string& text = file.native();
+  const std::size_t end = text.find_last_not_of('/');
+  if (end == std::string::npos) return text;
+  const std::size_t slash = text.rfind('/', end);
+  const std::size_t begin = slash == std::string::npos ? 0 : slash + 1;
+  return text.substr(begin, end + 1 - begin);
+}
+
+}  // namespace platform

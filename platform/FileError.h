@@ -1,0 +1,35 @@
+#pragma once
+
+#include <exception>
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// A failed system call: what could not be done to which file, and the system's reason, as one line for
+/// people: "01.mp3 could not be written: No space left on device." The file is named by its last path
+/// component.
+class FileError : public std::exception {
+ public:
+  /// `code` is the system's error number.
+  FileError(const std::filesystem::path& file, std::string_view failure, int code);
+  /// For what the program itself refuses; `reason` is a clause without a full stop.
+  FileError(const std::filesystem::path& file, std::string_view failure, std::string_view reason);
+
+  const char* what() const noexcept override { return description_.c_str(); }
+  /// The system's error number, 0 when the program itself refused.
+  int code() const { return code_; }
+
+  static constexpr std::string_view notRead = "could not be read";
+  static constexpr std::string_view notWritten = "could not be written";
+
+ private:
+  std::string description_;
+  int code_ = 0;
+};
+
+/// The last path component; for a path that ends in a slash, the component before it.
+std::string lastPathComponent(const std::filesystem::path& file);
+
+}  // namespace platform

@@ -1,0 +1,83 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+/// JSON documents (RFC 8259).
+namespace platform::JSON {
+
+class Value;
+
+/// The members in ascending order of their names' bytes.
+using Object = std::map<std::string, Value, std::less<>>;
+using Array = std::vector<Value>;
+
+/// A number as it was written, so that none loses digits before somebody asks what it is.
+struct Number {
+  std::string text;
+
+  /// The value when it is integral and fits in 64 bits, however it is written: 1977, 1977.0, 1.977e3.
+  std::optional<std::int64_t> integer() const;
+};
+
+/// One JSON value; null by default.
+class Value {
+ public:
+  Value() = default;
+  Value(bool value) : value_(value) {}
+  Value(std::int64_t value) : value_(Number{std::to_string(value)}) {}
+  Value(Number value) : value_(std::move(value)) {}
+  Value(std::string value) : value_(std::move(value)) {}
+  Value(Object value) : value_(std::move(value)) {}
+  Value(Array value) : value_(std::move(value)) {}
+
+  bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
+  /// The value as the given kind; null when it is of another one.
+  const std::string* string() const { return std::get_if<std::string>(&value_); }
+  const Number* number() const { return std::get_if<Number>(&value_); }
+  const Object* object() const { return std::get_if<Object>(&value_); }
+  const Array* array() const { return std::get_if<Array>(&value_); }
+  const bool* boolean() const { return std::get_if<bool>(&value_); }
+  Object* object() { return std::get_if<Object>(&value_); }
+  Array* array() { return std::get_if<Array>(&value_); }
+
+  /// What the value is, for a message: "a number", "an object".
+  std::string_view kind() const;
+
+ private:
+  std::variant<std::monostate, bool, Number, std::string, Object, Array> value_;
+};
+
+/// A text that is no JSON, or a value that is not what the reader of a document expects; says what and where.
+class DecodingError : public std::exception {
+ public:
+  explicit DecodingError(std::string description) : description_(std::move(description)) {}
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  std::string description_;
+};
+
+/// Reads one document. Of a name that stands twice in an object, the later member counts. Throws
+/// DecodingError for anything that is not JSON in UTF-8, and for values nested more than 512 deep.
+Value parse(std::string_view document);
+
+enum class Layout {
+  /// No white space at all.
+  compact,
+  /// Each member on its own line, two blanks per level, " : " after a name; an object without members is its
+  /// braces with an empty line between them.
+  pretty,
+};
+
+/// The document as UTF-8 without a line feed at its end. In strings `"`, `\`, `/` and the controls are
+/// escaped.
+std::string print(const Value& value, Layout layout);
+
+}  // namespace platform::JSON

@@ -1,0 +1,44 @@
+#include "platform/Paths.h"
+
+#include <pwd.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <optional>
+
+namespace platform {
+
+namespace {
+
+std::optional<std::string> homeOf(const std::string& user) {
+  const struct passwd* entry = ::getpwnam(user.c_str());
+  if (entry == nullptr) return std::nullopt;
+  return std::string(entry->pw_dir);
+}
+
+}  // namespace
+
+std::filesystem::path homeDirectory() {
+  const char* home = std::getenv("HOME");
+  if (home != nullptr && *home == '/') return home;
+  const struct passwd* entry = ::getpwuid(::getuid());
+  return entry != nullptr ? entry->pw_dir : "/";
+}
+
+std::string expandingTilde(std::string_view path) {
+  if (!path.starts_with('~')) return std::string(path);
+  const std::size_t slash = std::min(path.find('/'), path.size());
+  const std::string user(path.substr(1, slash - 1));
+  const std::optional<std::string> home = user.empty() ? homeDirectory().native() : homeOf(user);
+  if (!home) return std::string(path);
+  return *home + std::string(path.substr(slash));
+}
+
+std::filesystem::path fileLocation(std::string_view word) {
+  const std::filesystem::path location = expandingTilde(word);
+  // An empty word names no file, and must not come to name the folder.
+  return location.empty() ? location : std::filesystem::absolute(location);
+}
+
+}  // namespace platform

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// The folder that "~" stands for: the user's home directory.
+std::filesystem::path homeDirectory();
+
+/// A leading "~" alone or before a slash becomes the user's home directory, "~name" that user's, where there
+/// is such a user. A tilde anywhere else stays.
+std::string expandingTilde(std::string_view path);
+
+/// The file that a word of the command line names: tilde-expanded and absolute.
+std::filesystem::path fileLocation(std::string_view word);
+
+}  // namespace platform

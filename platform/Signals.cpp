@@ -1,0 +1,47 @@
+#include "platform/Signals.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <initializer_list>
+
+namespace platform::Signals {
+
+namespace {
+
+// A signal handler has no other place to leave word.
+volatile std::sig_atomic_t noted = 0;
+
+void note(int signal) {
+  noted = signal;
+}
+
+}  // namespace
+
+void reportFailedWrites() {
+  std::signal(SIGPIPE, SIG_IGN);
+  std::signal(SIGXFSZ, SIG_IGN);
+}
+
+void noteInterruptions() {
+  for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    struct sigaction current {};
+    if (::sigaction(signal, nullptr, &current) == 0 && current.sa_handler == SIG_IGN) continue;
+    struct sigaction action {};
+    action.sa_handler = note;
+    action.sa_flags = SA_RESTART;
+    ::sigaction(signal, &action, nullptr);
+  }
+}
+
+int interruption() {
+  return noted;
+}
+
+void dieOf(int signal) {
+  std::signal(signal, SIG_DFL);
+  std::raise(signal);
+  // Only a signal that ends no process, or is blocked, comes here.
+  std::_Exit(128 + signal);
+}
+
+}  // namespace platform::Signals

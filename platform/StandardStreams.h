@@ -1,0 +1,25 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace platform {
+
+/// What the program prints for its caller: collected, and handed to the system in large pieces. When the
+/// stream cannot be written, the rest of what is printed is dropped and `failure()` tells why.
+class StandardOutput {
+ public:
+  void write(std::string_view text);
+  void flush();
+  /// The system's error number of the first write that failed, or 0.
+  int failure() const { return failure_; }
+
+ private:
+  std::string pending_;
+  int failure_ = 0;
+};
+
+/// Writes the text to standard error in one write.
+void writeToStandardError(std::string_view text);
+
+}  // namespace platform

@@ -1,0 +1,220 @@
+#include "platform/Text.h"
+
+#include <utf8.h>
+#include <utf8proc.h>
+
+#include <algorithm>
+#include <charconv>
+#include <cstdlib>
+#include <iterator>
+
+namespace platform::Text {
+
+namespace {
+
+void appendCharacter(std::string& text, char32_t character) {
+  if (character < 0x80) {
+    text.push_back(static_cast<char>(character));
+  } else {
+    utf8::unchecked::append(character, std::back_inserter(text));
+  }
+}
+
+bool isBlank(char32_t character) {
+  return character == '\t' ||
+         utf8proc_category(static_cast<utf8proc_int32_t>(character)) == UTF8PROC_CATEGORY_ZS;
+}
+
+// White_Space is no category of its own: it is the separators and these controls.
+bool isWhiteSpace(char32_t character) {
+  if ((character >= 0x09 && character <= 0x0D) || character == 0x85) return true;
+  const auto category = utf8proc_category(static_cast<utf8proc_int32_t>(character));
+  return category == UTF8PROC_CATEGORY_ZS || category == UTF8PROC_CATEGORY_ZL ||
+         category == UTF8PROC_CATEGORY_ZP;
+}
+
+template <class Predicate>
+std::string_view trimming(std::string_view text, Predicate isTrimmed) {
+  while (!text.empty()) {
+    const Character first = firstCharacter(text);
+    if (!isTrimmed(first.value)) break;
+    text.remove_prefix(first.length);
+  }
+  while (!text.empty()) {
+    auto last = text.end();
+    if (!isTrimmed(utf8::unchecked::prior(last))) break;
+    text.remove_suffix(static_cast<std::size_t>(text.end() - last));
+  }
+  return text;
+}
+
+bool isHighSurrogate(char32_t unit) {
+  return unit >= 0xD800 && unit <= 0xDBFF;
+}
+
+bool isLowSurrogate(char32_t unit) {
+  return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+}  // namespace
+
+std::string fromLatin1(ByteView bytes) {
+  std::string text;
+  text.reserve(bytes.size());
+  for (const std::uint8_t byte : bytes) appendCharacter(text, byte);
+  return text;
+}
+
+std::optional<std::string> fromUTF16(ByteView bytes) {
+  bool bigEndian = false;
+  if (bytes.size() >= 2) {
+    const bool bigEndianMark = bytes[0] == 0xFE && bytes[1] == 0xFF;
+    const bool littleEndianMark = bytes[0] == 0xFF && bytes[1] == 0xFE;
+    bigEndian = bigEndianMark;
+    if (bigEndianMark || littleEndianMark) bytes = bytes.subspan(2);
+  }
+  const auto unitAt = [&](std::size_t index) -> char32_t {
+    const char32_t first = bytes[2 * index];
+    const char32_t second = bytes[2 * index + 1];
+    return bigEndian ? first << 8 | second : second << 8 | first;
+  };
+  const std::size_t units = bytes.size() / 2;
+  std::string text;
+  text.reserve(units);
+  for (std::size_t i = 0; i < units; ++i) {
+    char32_t character = unitAt(i);
+    if (isLowSurrogate(character)) return std::nullopt;
+    if (isHighSurrogate(character)) {
+      if (++i == units || !isLowSurrogate(unitAt(i))) return std::nullopt;
+      character = 0x10000 + ((character - 0xD800) << 10) + (unitAt(i) - 0xDC00);
+    }
+    appendCharacter(text, character);
+  }
+  return text;
+}
+
+std::optional<std::string> fromUTF8(ByteView bytes) {
+  const std::string_view text = charactersOf(bytes);
+  if (!isValidUTF8(text)) return std::nullopt;
+  return std::string(text);
+}
+
+std::string fromUTF8Lossily(std::string_view bytes) {
+  std::string text;
+  utf8::replace_invalid(bytes.begin(), bytes.end(), std::back_inserter(text), 0xFFFD);
+  return text;
+}
+
+bool isValidUTF8(std::string_view bytes) {
+  return utf8::is_valid(bytes.begin(), bytes.end());
+}
+
+std::optional<Bytes> toLatin1(std::string_view text) {
+  Bytes bytes;
+  bytes.reserve(text.size());
+  for (auto at = text.begin(); at != text.end();) {
+    const char32_t character = utf8::unchecked::next(at);
+    if (character > 0xFF) return std::nullopt;
+    bytes.push_back(static_cast<std::uint8_t>(character));
+  }
+  return bytes;
+}
+
+Bytes toUTF16WithMark(std::string_view text) {
+  Bytes bytes;
+  bytes.reserve(2 + 2 * text.size());
+  const auto appendUnit = [&](char32_t unit) {
+    bytes.push_back(static_cast<std::uint8_t>(unit & 0xFF));
+    bytes.push_back(static_cast<std::uint8_t>(unit >> 8));
+  };
+  appendUnit(0xFEFF);
+  for (auto at = text.begin(); at != text.end();) {
+    const char32_t character = utf8::unchecked::next(at);
+    if (character < 0x10000) {
+      appendUnit(character);
+    } else {
+      appendUnit(0xD800 + ((character - 0x10000) >> 10));
+      appendUnit(0xDC00 + ((character - 0x10000) & 0x3FF));
+    }
+  }
+  return bytes;
+}
+
+std::string_view trimmingWhiteSpace(std::string_view text) {
+  return trimming(text, isWhiteSpace);
+}
+
+std::string_view trimmingBlanks(std::string_view text) {
+  return trimming(text, isBlank);
+}
+
+std::string_view trimmingNulls(std::string_view text) {
+  return trimming(text, [](char32_t character) { return character == 0; });
+}
+
+Character firstCharacter(std::string_view text) {
+  auto at = text.begin();
+  const char32_t value = utf8::unchecked::next(at);
+  return {value, static_cast<std::size_t>(at - text.begin())};
+}
+
+std::size_t characterCount(std::string_view text) {
+  return static_cast<std::size_t>(utf8::unchecked::distance(text.begin(), text.end()));
+}
+
+bool isWordCharacter(char32_t character) {
+  switch (utf8proc_category(static_cast<utf8proc_int32_t>(character))) {
+    case UTF8PROC_CATEGORY_LU:
+    case UTF8PROC_CATEGORY_LL:
+    case UTF8PROC_CATEGORY_LT:
+    case UTF8PROC_CATEGORY_LM:
+    case UTF8PROC_CATEGORY_LO:
+    case UTF8PROC_CATEGORY_MN:
+    case UTF8PROC_CATEGORY_MC:
+    case UTF8PROC_CATEGORY_ME:
+    case UTF8PROC_CATEGORY_ND:
+    case UTF8PROC_CATEGORY_PC:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool equalIgnoringASCIICase(std::string_view a, std::string_view b) {
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
+  return std::ranges::equal(a, b, {}, lower, lower);
+}
+
+std::vector<std::string_view> split(std::string_view text, char separator) {
+  std::vector<std::string_view> pieces;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(separator), text.size());
+    if (end > 0) pieces.push_back(text.substr(0, end));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return pieces;
+}
+
+std::optional<std::int64_t> decimalInteger(std::string_view text) {
+  // from_chars takes a minus sign but no plus sign.
+  if (text.starts_with('+')) {
+    text.remove_prefix(1);
+    if (text.starts_with('-')) return std::nullopt;
+  }
+  std::int64_t value = 0;
+  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value);
+  if (failure != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return value;
+}
+
+std::optional<double> floatingPoint(std::string_view text) {
+  // strtod skips white space in front, which is no part of a literal, and stops at a zero byte.
+  if (text.empty() || isWhiteSpace(static_cast<unsigned char>(text.front()))) return std::nullopt;
+  const std::string terminated(text);
+  char* end = nullptr;
+  const double value = std::strtod(terminated.c_str(), &end);
+  if (end != terminated.c_str() + terminated.size()) return std::nullopt;
+  return value;
+}
+
+}  // namespace platform::Text

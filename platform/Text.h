@@ -1,0 +1,61 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Bytes.h"
+
+/// Text is a std::string that holds valid UTF-8. Bytes become text here, and only here.
+namespace platform::Text {
+
+/// Each byte is the character of the same number.
+std::string fromLatin1(ByteView bytes);
+/// Follows a leading byte-order mark, which is not part of the text; without one the units are little-endian.
+/// An odd last byte is dropped. Nothing for an unpaired surrogate.
+std::optional<std::string> fromUTF16(ByteView bytes);
+/// Nothing for any invalid sequence.
+std::optional<std::string> fromUTF8(ByteView bytes);
+/// Invalid sequences become U+FFFD.
+std::string fromUTF8Lossily(std::string_view bytes);
+
+bool isValidUTF8(std::string_view bytes);
+
+/// Nothing when a character lies outside ISO-8859-1.
+std::optional<Bytes> toLatin1(std::string_view text);
+/// FF FE, then little-endian units.
+Bytes toUTF16WithMark(std::string_view text);
+
+/// Without the characters of the Unicode property White_Space at both ends.
+std::string_view trimmingWhiteSpace(std::string_view text);
+/// Without the tabs and the space separators (category Zs) at both ends; line breaks stay.
+std::string_view trimmingBlanks(std::string_view text);
+/// Without the U+0000 characters at both ends.
+std::string_view trimmingNulls(std::string_view text);
+
+/// One character decoded from the front of a text.
+struct Character {
+  char32_t value;
+  /// Its length in UTF-8, in bytes.
+  std::size_t length;
+};
+/// The first character of a text that is not empty.
+Character firstCharacter(std::string_view text);
+std::size_t characterCount(std::string_view text);
+
+/// A letter, a mark, a decimal digit or a connector punctuation such as the underscore.
+bool isWordCharacter(char32_t character);
+
+bool equalIgnoringASCIICase(std::string_view a, std::string_view b);
+
+/// The pieces between the separators; empty pieces are left out.
+std::vector<std::string_view> split(std::string_view text, char separator);
+
+/// An optional "+" or "-", then one or more digits 0 to 9, and nothing else, within 64 bits.
+std::optional<std::int64_t> decimalInteger(std::string_view text);
+
+/// A decimal or hexadecimal floating-point literal, or a word for infinity or not-a-number, and nothing else.
+std::optional<double> floatingPoint(std::string_view text);
+
+}  // namespace platform::Text
