@@ -1,0 +1,38 @@
+#include "ID3TagEditor/create/FrameHeaderCreation.h"
+
+#include "ID3TagEditor/ID3TagEditorError.h"
+
+namespace ID3TagEditor {
+
+using platform::Bytes;
+
+void ID3FrameContentSizeCalculator::calculateSizeOf(std::uint64_t contentSize, ID3Version version,
+                                                    Bytes& output) const {
+  static constexpr std::array<int, 3> sizeBits{24, 32, 28};
+  if (contentSize >> sizeBits[columnOf(version)] != 0) throw ID3TagEditorError(ID3TagEditorError::tagTooBig);
+  const auto size = static_cast<std::uint32_t>(contentSize);
+  const auto field = uInt32ToByteArrayAdapter_->adapt(
+      version == ID3Version::version4 ? synchsafeEncoder_->encode(size) : size);
+  platform::append(output, platform::ByteView(field).subspan(version == ID3Version::version2 ? 1 : 0));
+}
+
+void ID3FrameFlagsCreator::createFor(ID3Version version, Bytes& output) const {
+  if (version != ID3Version::version2) output.insert(output.end(), {0x00, 0x00});
+}
+
+void ID3FrameHeaderCreator::createUsing(ID3Version version, FrameType frameType, std::uint64_t bodySize,
+                                        Bytes& output) const {
+  platform::append(output, platform::bytesOf(id3FrameConfiguration_.identifierFor(frameType, version)));
+  frameContentSizeCalculator_->calculateSizeOf(bodySize, version, output);
+  frameFlagsCreator_->createFor(version, output);
+}
+
+std::unique_ptr<FrameHeaderCreator> ID3FrameHeaderCreatorFactory::make() {
+  return std::make_unique<ID3FrameHeaderCreator>(
+      std::make_unique<ID3FrameContentSizeCalculator>(
+          std::make_unique<UInt32ToByteArrayAdapterUsingUnsafePointer>(),
+          std::make_unique<SynchsafeIntegerEncoder>()),
+      std::make_unique<ID3FrameFlagsCreator>());
+}
+
+}  // namespace ID3TagEditor

@@ -1,0 +1,76 @@
+#pragma once
+
+#include <memory>
+
+#include "ID3TagEditor/create/IntegerEncoders.h"
+#include "ID3TagEditor/model/ID3FrameConfiguration.h"
+#include "platform/Bytes.h"
+
+// The header in front of a frame's body (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). Every
+// operation here appends to `output`, so that a body that is long already lies where it stays.
+namespace ID3TagEditor {
+
+class FrameContentSizeCalculator {
+ public:
+  virtual ~FrameContentSizeCalculator() = default;
+  /// Appends the size field for a body of `contentSize` bytes.
+  virtual void calculateSizeOf(std::uint64_t contentSize, ID3Version version,
+                               platform::Bytes& output) const = 0;
+};
+
+/// Three plain bytes in v2.2, four in v2.3, four synchsafe ones in v2.4.
+class ID3FrameContentSizeCalculator : public FrameContentSizeCalculator {
+ public:
+  ID3FrameContentSizeCalculator(std::unique_ptr<UInt32ToByteArrayAdapter> uInt32ToByteArrayAdapter,
+                                std::unique_ptr<SynchsafeEncoder> synchsafeEncoder)
+      : uInt32ToByteArrayAdapter_(std::move(uInt32ToByteArrayAdapter)),
+        synchsafeEncoder_(std::move(synchsafeEncoder)) {}
+  /// Throws `tagTooBig` for a size that the field cannot tell.
+  void calculateSizeOf(std::uint64_t contentSize, ID3Version version, platform::Bytes& output) const override;
+
+ private:
+  std::unique_ptr<UInt32ToByteArrayAdapter> uInt32ToByteArrayAdapter_;
+  std::unique_ptr<SynchsafeEncoder> synchsafeEncoder_;
+};
+
+class FrameFlagsCreator {
+ public:
+  virtual ~FrameFlagsCreator() = default;
+  virtual void createFor(ID3Version version, platform::Bytes& output) const = 0;
+};
+
+/// No frame flag is ever set.
+class ID3FrameFlagsCreator : public FrameFlagsCreator {
+ public:
+  void createFor(ID3Version version, platform::Bytes& output) const override;
+};
+
+class FrameHeaderCreator {
+ public:
+  virtual ~FrameHeaderCreator() = default;
+  /// Appends the header for a body of `bodySize` bytes.
+  virtual void createUsing(ID3Version version, FrameType frameType, std::uint64_t bodySize,
+                           platform::Bytes& output) const = 0;
+};
+
+class ID3FrameHeaderCreator : public FrameHeaderCreator {
+ public:
+  ID3FrameHeaderCreator(std::unique_ptr<FrameContentSizeCalculator> frameContentSizeCalculator,
+                        std::unique_ptr<FrameFlagsCreator> frameFlagsCreator)
+      : frameContentSizeCalculator_(std::move(frameContentSizeCalculator)),
+        frameFlagsCreator_(std::move(frameFlagsCreator)) {}
+  /// Throws `tagTooBig` for a body that the version's size field cannot tell.
+  void createUsing(ID3Version version, FrameType frameType, std::uint64_t bodySize,
+                   platform::Bytes& output) const override;
+
+ private:
+  ID3FrameConfiguration id3FrameConfiguration_;
+  std::unique_ptr<FrameContentSizeCalculator> frameContentSizeCalculator_;
+  std::unique_ptr<FrameFlagsCreator> frameFlagsCreator_;
+};
+
+struct ID3FrameHeaderCreatorFactory {
+  static std::unique_ptr<FrameHeaderCreator> make();
+};
+
+}  // namespace ID3TagEditor

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "ID3TagEditor/model/ID3Tag.h"
+#include "platform/Bytes.h"
+
+namespace ID3TagEditor {
+
+/// Serialises the frames of one kind.
+class ID3FrameCreator {
+ public:
+  virtual ~ID3FrameCreator() = default;
+  /// Appends the tag's frames of the kind to `output`: none, one or several whole frames. A frame of another
+  /// class than the kind's, or one that lacks what is written, is skipped.
+  virtual void createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const = 0;
+};
+
+}  // namespace ID3TagEditor

@@ -1,0 +1,30 @@
+#include "ID3TagEditor/create/ID3FramesCreator.h"
+
+#include "ID3TagEditor/ID3TagEditorError.h"
+#include "ID3TagEditor/model/ID3Frames.h"
+
+namespace ID3TagEditor {
+
+namespace {
+
+/// Room for the tag's pictures, which are most of a long tag, and for a usual amount of everything else.
+std::size_t expectedSize(const ID3Tag& tag) {
+  std::size_t size = 0x2000;
+  for (const ID3PictureType type : allPictureTypes) {
+    const auto* frame = tag.frame<ID3FrameAttachedPicture>(FrameName::attachedPicture(type));
+    if (frame != nullptr) size += frame->picture().size();
+  }
+  return size;
+}
+
+}  // namespace
+
+void ID3FramesCreator::createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& output) const {
+  const std::size_t before = output.size();
+  output.reserve(before + expectedSize(id3Tag));
+  for (const auto& creator : id3FrameCreators_) creator->createFrames(id3Tag, output);
+  if (output.size() == before) throw ID3TagEditorError(ID3TagEditorError::invalidTagData);
+  output.resize(output.size() + paddingSize);
+}
+
+}  // namespace ID3TagEditor

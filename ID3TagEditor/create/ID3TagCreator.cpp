@@ -1,0 +1,37 @@
+#include "ID3TagEditor/create/ID3TagCreator.h"
+
+#include <algorithm>
+
+#include "ID3TagEditor/ID3TagEditorError.h"
+
+namespace ID3TagEditor {
+
+using platform::Bytes;
+
+Bytes ID3TagHeaderCreator::createTagHeader(std::uint32_t contentSize, ID3Tag& id3Tag) const {
+  id3Tag.properties.size = contentSize;
+  const auto prefix = id3TagConfiguration_.headerFor(id3Tag.properties.version);
+  Bytes header(prefix.begin(), prefix.end());
+  constexpr std::uint8_t noFlags = 0x00;
+  header.push_back(noFlags);
+  platform::append(header, uInt32ToByteArrayAdapter_->adapt(SynchsafeIntegerEncoder().encode(contentSize)));
+  return header;
+}
+
+Bytes ID3TagCreator::create(ID3Tag& id3Tag) const {
+  // The frames go straight behind the room that the header takes, so that a picture is not moved again.
+  Bytes tag(ID3TagConfiguration::headerSize());
+  id3FramesCreator_.createFramesUsing(id3Tag, tag);
+  const std::uint64_t contentSize = tag.size() - ID3TagConfiguration::headerSize();
+  const Bytes header = id3TagHeaderCreator_.createTagHeader(static_cast<std::uint32_t>(contentSize), id3Tag);
+  if (tag.size() >= tagSizeLimit) throw ID3TagEditorError(ID3TagEditorError::tagTooBig);
+  std::ranges::copy(header, tag.begin());
+  return tag;
+}
+
+ID3TagCreator ID3TagCreatorFactory::make() {
+  return {ID3FramesCreator(ID3FrameCreatorsFactory::make()),
+          ID3TagHeaderCreator(std::make_unique<UInt32ToByteArrayAdapterUsingUnsafePointer>())};
+}
+
+}  // namespace ID3TagEditor

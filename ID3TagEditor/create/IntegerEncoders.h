@@ -1,0 +1,39 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+// The two forms in which a size is written.
+namespace ID3TagEditor {
+
+class SynchsafeEncoder {
+ public:
+  virtual ~SynchsafeEncoder() = default;
+  virtual std::uint32_t encode(std::uint32_t integer) const = 0;
+};
+
+/// Spreads a value below 2^28 over four 7-bit groups (ID3v2.4.0 structure §6.2).
+class SynchsafeIntegerEncoder : public SynchsafeEncoder {
+ public:
+  std::uint32_t encode(std::uint32_t integer) const override {
+    return (integer >> 21) << 24 | (integer >> 14 & 0x7F) << 16 | (integer >> 7 & 0x7F) << 8 |
+           (integer & 0x7F);
+  }
+};
+
+class UInt32ToByteArrayAdapter {
+ public:
+  virtual ~UInt32ToByteArrayAdapter() = default;
+  virtual std::array<std::uint8_t, 4> adapt(std::uint32_t uInt32) const = 0;
+};
+
+/// The bytes most significant first, whatever the order of the machine.
+class UInt32ToByteArrayAdapterUsingUnsafePointer : public UInt32ToByteArrayAdapter {
+ public:
+  std::array<std::uint8_t, 4> adapt(std::uint32_t uInt32) const override {
+    return {static_cast<std::uint8_t>(uInt32 >> 24), static_cast<std::uint8_t>(uInt32 >> 16),
+            static_cast<std::uint8_t>(uInt32 >> 8), static_cast<std::uint8_t>(uInt32)};
+  }
+};
+
+}  // namespace ID3TagEditor

@@ -1,0 +1,25 @@
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+
+#include "platform/Bytes.h"
+#include "platform/FileHandle.h"
+
+namespace ID3TagEditor {
+
+/// Puts a new tag in front of a file's audio.
+class Mp3FileWriter {
+ public:
+  /// Writes the new tag and, behind it, what `source` holds from `audioStart` on, as the file `toPath`;
+  /// missing folders above it are created. When `toPath` is the source itself, the new file takes its place
+  /// in one step when it is complete. Throws `invalidFileFormat`, before any file is touched, when the
+  /// destination's extension is not "mp3", and platform::FileError.
+  void write(platform::ByteView newId3TagData, platform::FileHandle& source, std::uint64_t audioStart,
+             const std::filesystem::path& toPath) const;
+
+ private:
+  static void eventuallyCreateIntermediatesDirectoriesFor(const std::filesystem::path& path);
+};
+
+}  // namespace ID3TagEditor

@@ -1,0 +1,95 @@
+#include "ID3TagEditor/create/StructuredFrameCreators.h"
+
+#include <chrono>
+
+#include "ID3TagEditor/model/ID3Frames.h"
+
+namespace ID3TagEditor {
+
+namespace {
+
+std::optional<std::string> positionText(const ID3Tag& tag, FrameName name) {
+  const auto* frame = tag.frame<ID3FramePartOfTotal>(name);
+  if (frame == nullptr) return std::nullopt;
+  return std::to_string(frame->part) + (frame->total ? "/" + std::to_string(*frame->total) : "");
+}
+
+/// At least two digits; the minus sign of a negative number counts as one.
+std::string twoDigits(std::int64_t number) {
+  const std::string digits = std::to_string(number);
+  return digits.size() < 2 ? "0" + digits : digits;
+}
+
+std::optional<std::string> fourDigits(OptionalInteger first, OptionalInteger second) {
+  if (!first || !second) return std::nullopt;
+  return twoDigits(*first) + twoDigits(*second);
+}
+
+}  // namespace
+
+void ID3StructuredFrameCreator::createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const {
+  if (const auto text = textIn(id3Tag)) {
+    frameCreator_->createFrame(frameType_, id3Tag.properties.version, *text, output);
+  }
+}
+
+std::optional<std::string> ID3GenreFrameCreator::textIn(const ID3Tag& id3Tag) const {
+  const auto* frame = id3Tag.frame<ID3FrameGenre>(FrameName::genre);
+  if (frame == nullptr) return std::nullopt;
+  const std::string number =
+      frame->identifier ? "(" + std::to_string(rawValue(*frame->identifier)) + ")" : std::string();
+  return number + frame->description.value_or("");
+}
+
+std::optional<std::string> ID3TrackPositionFrameCreator::textIn(const ID3Tag& id3Tag) const {
+  return positionText(id3Tag, FrameName::trackPosition);
+}
+
+std::optional<std::string> ID3DiscPositionFrameCreator::textIn(const ID3Tag& id3Tag) const {
+  return positionText(id3Tag, FrameName::discPosition);
+}
+
+std::optional<std::string> ID3RecordingDayMonthFrameCreator::textIn(const ID3Tag& id3Tag) const {
+  const auto* frame = id3Tag.frame<ID3FrameRecordingDayMonth>(FrameName::recordingDayMonth);
+  return frame != nullptr ? fourDigits(frame->day(), frame->month()) : std::nullopt;
+}
+
+std::optional<std::string> ID3RecordingHourMinuteFrameCreator::textIn(const ID3Tag& id3Tag) const {
+  const auto* frame = id3Tag.frame<ID3FrameRecordingHourMinute>(FrameName::recordingHourMinute);
+  return frame != nullptr ? fourDigits(frame->hour(), frame->minute()) : std::nullopt;
+}
+
+std::optional<std::string> ID3TimestampCreator::createFrom(const RecordingDateTime& recordingDateTime) const {
+  using namespace std::chrono;
+  const auto& [date, time] = recordingDateTime;
+  if (!date || !time || !date->year || !date->month || !date->day || !time->hour || !time->minute) {
+    return std::nullopt;
+  }
+  // The fields are a caller's and may be any number; days and hours beyond their unit carry over.
+  const auto fits = [](std::int64_t value, std::int64_t most) { return value >= -most && value <= most; };
+  constexpr std::int64_t mostUnits = 1'000'000'000;
+  if (!fits(*date->year, static_cast<int>(year::max())) || !fits(*date->month, mostUnits) ||
+      !fits(*date->day, mostUnits) || !fits(*time->hour, mostUnits) || !fits(*time->minute, mostUnits)) {
+    return std::nullopt;
+  }
+  const std::int64_t monthsSinceYear0 = *date->year * 12 + *date->month - 1;
+  const std::int64_t wholeYears =
+      monthsSinceYear0 >= 0 ? monthsSinceYear0 / 12 : (monthsSinceYear0 - 11) / 12;
+  if (!fits(wholeYears, static_cast<int>(year::max()))) return std::nullopt;
+  const auto monthIndex = static_cast<unsigned>(monthsSinceYear0 - wholeYears * 12);
+  const sys_days firstOfMonth(year(static_cast<int>(wholeYears)) / month(monthIndex + 1) / 1);
+  const sys_seconds moment =
+      firstOfMonth + days(*date->day - 1) + hours(*time->hour) + minutes(*time->minute) + seconds(0);
+  return std::to_string(moment.time_since_epoch().count());
+}
+
+std::optional<std::string> ID3RecordingDateTimeFrameCreator::textIn(const ID3Tag& id3Tag) const {
+  const auto* frame = id3Tag.frame<ID3FrameRecordingDateTime>(FrameName::recordingDateTime);
+  if (frame == nullptr) return std::nullopt;
+  const RecordingDateTime& moment = frame->recordingDateTime();
+  if (!moment.date || !moment.date->year) return std::nullopt;
+  const auto timestamp = timestampCreator_->createFrom(moment);
+  return timestamp ? *timestamp : std::to_string(*moment.date->year);
+}
+
+}  // namespace ID3TagEditor

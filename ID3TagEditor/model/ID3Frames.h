@@ -1,0 +1,147 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "ID3TagEditor/model/ID3Frame.h"
+#include "ID3TagEditor/model/ID3FrameContentLanguage.h"
+#include "ID3TagEditor/model/ID3Genre.h"
+#include "ID3TagEditor/model/ID3PictureFormat.h"
+#include "ID3TagEditor/model/ID3PictureType.h"
+#include "ID3TagEditor/model/RecordingDateTime.h"
+#include "platform/Bytes.h"
+
+namespace ID3TagEditor {
+
+/// A frame that holds one text (ID3v2.3.0 §4.2).
+class ID3FrameWithStringContent : public ID3Frame {
+ public:
+  explicit ID3FrameWithStringContent(std::string content) : content_(std::move(content)) {}
+  const std::string& content() const { return content_; }
+  std::string debugDescription() const override { return content_; }
+
+ private:
+  std::string content_;
+};
+
+/// A comment or lyrics frame: a text in a language (ID3v2.3.0 §4.9, §4.11).
+class ID3FrameWithLocalizedContent : public ID3FrameWithStringContent {
+ public:
+  ID3FrameWithLocalizedContent(ID3FrameContentLanguage language, std::string contentDescription,
+                               std::string content)
+      : ID3FrameWithStringContent(std::move(content)),
+        language_(language),
+        contentDescription_(std::move(contentDescription)) {}
+  ID3FrameContentLanguage language() const { return language_; }
+  const std::string& contentDescription() const { return contentDescription_; }
+  std::string debugDescription() const override {
+    return std::string(rawValue(language_)) + " " + contentDescription_ + " " + content();
+  }
+
+ private:
+  ID3FrameContentLanguage language_;
+  std::string contentDescription_;
+};
+
+/// A text frame whose text is a number; absent when the text is none.
+class ID3FrameWithIntegerContent : public ID3Frame {
+ public:
+  explicit ID3FrameWithIntegerContent(OptionalInteger value) : value_(value) {}
+  OptionalInteger value() const { return value_; }
+  std::string debugDescription() const override { return spaced({value_}); }
+
+ private:
+  OptionalInteger value_;
+};
+
+/// A picture (ID3v2.3.0 §4.15).
+class ID3FrameAttachedPicture : public ID3Frame {
+ public:
+  ID3FrameAttachedPicture(platform::SharedBytes picture, ID3PictureType type, ID3PictureFormat format)
+      : picture_(std::move(picture)), type_(type), format_(format) {}
+  const platform::SharedBytes& picture() const { return picture_; }
+  ID3PictureType type() const { return type_; }
+  ID3PictureFormat format() const { return format_; }
+  std::string debugDescription() const override {
+    return std::string(caseName(type_)) + " " + std::string(caseName(format_)) + " " +
+           std::to_string(picture_.size());
+  }
+  friend bool operator==(const ID3FrameAttachedPicture& a, const ID3FrameAttachedPicture& b) {
+    return a.picture_ == b.picture_ && a.type_ == b.type_ && a.format_ == b.format_;
+  }
+
+ private:
+  platform::SharedBytes picture_;
+  ID3PictureType type_;
+  ID3PictureFormat format_;
+};
+
+/// The content type: a genre by number, a text, or both (ID3v2.3.0 §4.2.1, "TCON").
+class ID3FrameGenre : public ID3Frame {
+ public:
+  ID3FrameGenre(std::optional<ID3Genre> genre, std::optional<std::string> text)
+      : identifier(genre), description(std::move(text)) {}
+  std::string debugDescription() const override {
+    return std::string(identifier ? caseName(*identifier) : "-") + " " + description.value_or("-");
+  }
+  friend bool operator==(const ID3FrameGenre& a, const ID3FrameGenre& b) {
+    return a.identifier == b.identifier && a.description == b.description;
+  }
+
+  std::optional<ID3Genre> identifier;
+  std::optional<std::string> description;
+};
+
+/// A position in a set, with or without the size of the set (ID3v2.3.0 §4.2.1, "TRCK", "TPOS").
+class ID3FramePartOfTotal : public ID3Frame {
+ public:
+  ID3FramePartOfTotal(std::int64_t position, OptionalInteger setSize) : part(position), total(setSize) {}
+  std::string debugDescription() const override { return spaced({part, total}); }
+  friend bool operator==(const ID3FramePartOfTotal& a, const ID3FramePartOfTotal& b) {
+    return a.part == b.part && a.total == b.total;
+  }
+
+  std::int64_t part;
+  OptionalInteger total;
+};
+
+/// The recording time of a v2.4 tag (ID3v2.4.0 frames §4.2.5, "TDRC").
+class ID3FrameRecordingDateTime : public ID3Frame {
+ public:
+  explicit ID3FrameRecordingDateTime(RecordingDateTime recordingDateTime)
+      : recordingDateTime_(recordingDateTime) {}
+  const RecordingDateTime& recordingDateTime() const { return recordingDateTime_; }
+  std::string debugDescription() const override { return description(recordingDateTime_); }
+
+ private:
+  RecordingDateTime recordingDateTime_;
+};
+
+/// The day of the recording without its year (ID3v2.3.0 §4.2.1, "TDAT").
+class ID3FrameRecordingDayMonth : public ID3Frame {
+ public:
+  ID3FrameRecordingDayMonth(OptionalInteger day, OptionalInteger month) : day_(day), month_(month) {}
+  OptionalInteger day() const { return day_; }
+  OptionalInteger month() const { return month_; }
+  std::string debugDescription() const override { return spaced({day_, month_}); }
+
+ private:
+  OptionalInteger day_;
+  OptionalInteger month_;
+};
+
+/// The time of day of the recording (ID3v2.3.0 §4.2.1, "TIME").
+class ID3FrameRecordingHourMinute : public ID3Frame {
+ public:
+  ID3FrameRecordingHourMinute(OptionalInteger hour, OptionalInteger minute) : hour_(hour), minute_(minute) {}
+  OptionalInteger hour() const { return hour_; }
+  OptionalInteger minute() const { return minute_; }
+  std::string debugDescription() const override { return spaced({hour_, minute_}); }
+
+ private:
+  OptionalInteger hour_;
+  OptionalInteger minute_;
+};
+
+}  // namespace ID3TagEditor

@@ -1,0 +1,43 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <string>
+
+#include "ID3TagEditor/model/FrameName.h"
+#include "ID3TagEditor/model/ID3Frame.h"
+#include "ID3TagEditor/model/ID3Version.h"
+
+namespace ID3TagEditor {
+
+struct ID3TagProperties {
+  /// The bytes of the tag behind its 10-byte header, as they were read or as they were last written.
+  std::uint32_t size = 0;
+  ID3Version version;
+};
+
+/// The frames of a tag by their names. Tags that were made from each other share frames.
+using Frames = std::map<FrameName, std::shared_ptr<const ID3Frame>>;
+
+/// One ID3v2 tag in memory.
+class ID3Tag {
+ public:
+  explicit ID3Tag(ID3Version version, Frames initialFrames = {})
+      : properties{.version = version}, frames(std::move(initialFrames)) {}
+
+  /// All that is in the tag, as a text of many lines for looking at while debugging.
+  std::string debugDescription() const;
+
+  /// The frame under the name; null when there is none or when it is of another class.
+  template <class Frame>
+  const Frame* frame(FrameName name) const {
+    const auto found = frames.find(name);
+    return found != frames.end() ? dynamic_cast<const Frame*>(found->second.get()) : nullptr;
+  }
+
+  ID3TagProperties properties;
+  Frames frames;
+};
+
+}  // namespace ID3TagEditor

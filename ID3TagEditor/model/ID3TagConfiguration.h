@@ -1,0 +1,24 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "ID3TagEditor/model/ID3Version.h"
+#include "platform/Bytes.h"
+
+namespace ID3TagEditor {
+
+/// The fixed parts of a tag header (ID3v2.3.0 §3.1).
+class ID3TagConfiguration {
+ public:
+  /// "ID3", the major version and revision 0: the header's first five bytes.
+  platform::ByteView headerFor(ID3Version version) const { return headers[columnOf(version)]; }
+  /// The length of the whole header in bytes, in every version.
+  static constexpr std::uint32_t headerSize() { return 10; }
+
+ private:
+  static constexpr std::array<std::array<std::uint8_t, 5>, 3> headers{
+      {{'I', 'D', '3', 2, 0}, {'I', 'D', '3', 3, 0}, {'I', 'D', '3', 4, 0}}};
+};
+
+}  // namespace ID3TagEditor

@@ -1,0 +1,149 @@
+#pragma once
+
+#include <memory>
+#include <utility>
+
+#include "ID3TagEditor/model/ID3Frames.h"
+#include "ID3TagEditor/model/ID3Tag.h"
+
+// One builder for each version, with a setter for each frame that the version has an identifier for: a tag
+// that comes from a builder can be written. Setters replace what was set under the same name before, and
+// chain.
+namespace ID3TagEditor {
+
+/// Where a tag comes from.
+class TagBuilder {
+ public:
+  virtual ~TagBuilder() = default;
+  /// A new tag with the frames set so far; the builder keeps them.
+  virtual ID3Tag build() const = 0;
+};
+
+/// The setters that all versions share.
+template <class Builder>
+class CommonFrameSetters : public TagBuilder {
+ public:
+  using Text = ID3FrameWithStringContent;
+  using Integer = ID3FrameWithIntegerContent;
+  using Localized = ID3FrameWithLocalizedContent;
+
+  Builder& title(Text frame) { return set(FrameName::title, std::move(frame)); }
+  Builder& album(Text frame) { return set(FrameName::album, std::move(frame)); }
+  Builder& albumArtist(Text frame) { return set(FrameName::albumArtist, std::move(frame)); }
+  Builder& artist(Text frame) { return set(FrameName::artist, std::move(frame)); }
+  Builder& composer(Text frame) { return set(FrameName::composer, std::move(frame)); }
+  Builder& conductor(Text frame) { return set(FrameName::conductor, std::move(frame)); }
+  Builder& contentGrouping(Text frame) { return set(FrameName::contentGrouping, std::move(frame)); }
+  Builder& copyright(Text frame) { return set(FrameName::copyright, std::move(frame)); }
+  Builder& encodedBy(Text frame) { return set(FrameName::encodedBy, std::move(frame)); }
+  Builder& encoderSettings(Text frame) { return set(FrameName::encoderSettings, std::move(frame)); }
+  Builder& lyricist(Text frame) { return set(FrameName::lyricist, std::move(frame)); }
+  Builder& mixArtist(Text frame) { return set(FrameName::mixArtist, std::move(frame)); }
+  Builder& publisher(Text frame) { return set(FrameName::publisher, std::move(frame)); }
+  Builder& subtitle(Text frame) { return set(FrameName::subtitle, std::move(frame)); }
+  Builder& initialKey(Text frame) { return set(FrameName::initialKey, std::move(frame)); }
+  Builder& originalFilename(Text frame) { return set(FrameName::originalFilename, std::move(frame)); }
+  Builder& beatsPerMinute(Integer frame) { return set(FrameName::beatsPerMinute, std::move(frame)); }
+  Builder& lengthInMilliseconds(Integer frame) {
+    return set(FrameName::lengthInMilliseconds, std::move(frame));
+  }
+  Builder& genre(ID3FrameGenre frame) { return set(FrameName::genre, std::move(frame)); }
+  Builder& discPosition(ID3FramePartOfTotal frame) { return set(FrameName::discPosition, std::move(frame)); }
+  Builder& trackPosition(ID3FramePartOfTotal frame) {
+    return set(FrameName::trackPosition, std::move(frame));
+  }
+
+  // The first argument alone decides the name; the frame's own type or language is what gets written.
+  Builder& attachedPicture(ID3PictureType pictureType, ID3FrameAttachedPicture frame) {
+    return set(FrameName::attachedPicture(pictureType), std::move(frame));
+  }
+  Builder& unsynchronisedLyrics(ID3FrameContentLanguage language, Localized frame) {
+    return set(FrameName::unsynchronizedLyrics(language), std::move(frame));
+  }
+  Builder& comment(ID3FrameContentLanguage language, Localized frame) {
+    return set(FrameName::comment(language), std::move(frame));
+  }
+
+  ID3Tag build() const override { return ID3Tag(Builder::version, frames_); }
+
+ protected:
+  template <class Frame>
+  Builder& set(FrameName name, Frame frame) {
+    frames_.insert_or_assign(name, std::make_shared<const Frame>(std::move(frame)));
+    return static_cast<Builder&>(*this);
+  }
+
+ private:
+  Frames frames_;
+};
+
+/// The setters for what v2.2 and v2.3 keep in frames of their own.
+template <class Builder>
+class SizeAndCalendarFrameSetters : public CommonFrameSetters<Builder> {
+ public:
+  Builder& sizeInBytes(ID3FrameWithIntegerContent frame) {
+    return this->set(FrameName::sizeInBytes, std::move(frame));
+  }
+  Builder& recordingDayMonth(ID3FrameRecordingDayMonth frame) {
+    return this->set(FrameName::recordingDayMonth, std::move(frame));
+  }
+  Builder& recordingHourMinute(ID3FrameRecordingHourMinute frame) {
+    return this->set(FrameName::recordingHourMinute, std::move(frame));
+  }
+  Builder& recordingYear(ID3FrameWithIntegerContent frame) {
+    return this->set(FrameName::recordingYear, std::move(frame));
+  }
+};
+
+/// The setters for what has an identifier of four letters only.
+template <class Builder, class Base>
+class FourLetterFrameSetters : public Base {
+ public:
+  using typename Base::Integer;
+  using typename Base::Text;
+
+  Builder& fileOwner(Text frame) { return this->set(FrameName::fileOwner, std::move(frame)); }
+  Builder& iTunesGrouping(Text frame) { return this->set(FrameName::iTunesGrouping, std::move(frame)); }
+  Builder& iTunesMovementName(Text frame) {
+    return this->set(FrameName::iTunesMovementName, std::move(frame));
+  }
+  Builder& iTunesMovementIndex(Integer frame) {
+    return this->set(FrameName::iTunesMovementIndex, std::move(frame));
+  }
+  Builder& iTunesMovementCount(Integer frame) {
+    return this->set(FrameName::iTunesMovementCount, std::move(frame));
+  }
+  Builder& iTunesPodcastCategory(Text frame) {
+    return this->set(FrameName::iTunesPodcastCategory, std::move(frame));
+  }
+  Builder& iTunesPodcastDescription(Text frame) {
+    return this->set(FrameName::iTunesPodcastDescription, std::move(frame));
+  }
+  Builder& iTunesPodcastID(Text frame) { return this->set(FrameName::iTunesPodcastID, std::move(frame)); }
+  Builder& iTunesPodcastKeywords(Text frame) {
+    return this->set(FrameName::iTunesPodcastKeywords, std::move(frame));
+  }
+};
+
+class ID32v2TagBuilder final : public SizeAndCalendarFrameSetters<ID32v2TagBuilder> {
+ public:
+  static constexpr ID3Version version = ID3Version::version2;
+};
+
+class ID32v3TagBuilder final
+    : public FourLetterFrameSetters<ID32v3TagBuilder, SizeAndCalendarFrameSetters<ID32v3TagBuilder>> {
+ public:
+  static constexpr ID3Version version = ID3Version::version3;
+};
+
+class ID32v4TagBuilder final
+    : public FourLetterFrameSetters<ID32v4TagBuilder, CommonFrameSetters<ID32v4TagBuilder>> {
+ public:
+  static constexpr ID3Version version = ID3Version::version4;
+
+  ID32v4TagBuilder& recordingDateTime(ID3FrameRecordingDateTime frame) {
+    return set(FrameName::recordingDateTime, std::move(frame));
+  }
+};
+
+}  // namespace ID3TagEditor

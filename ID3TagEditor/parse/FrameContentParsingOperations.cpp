@@ -1,0 +1,120 @@
+#include "ID3TagEditor/parse/FrameContentParsingOperations.h"
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+
+#include "ID3TagEditor/model/ID3Frames.h"
+#include "platform/Text.h"
+
+namespace ID3TagEditor {
+
+namespace Text = platform::Text;
+using platform::ByteView;
+
+void ID3FrameStringContentParsingOperation::parse(const platform::SharedBytes& frame, ID3Version version,
+                                                  const FrameReceiver& completed) const {
+  std::optional<std::string> text = stringContentParser_.parse(frame, version);
+  if (!text) return;
+  auto [name, parsed] = createFrameOperation_(std::move(*text));
+  completed(name, std::move(parsed));
+}
+
+namespace {
+
+constexpr std::size_t languageSize = 3;
+constexpr std::array<std::uint8_t, 4> separatorWithMark{0x00, 0x00, 0xFF, 0xFE};
+constexpr std::size_t terminatorSize = 2;
+
+struct DescriptionAndContent {
+  ByteView description;
+  ByteView content;
+};
+
+DescriptionAndContent split(ByteView body, CharacterEncoding encoding) {
+  ByteView separator(separatorWithMark);
+  if (encoding != CharacterEncoding::UTF16) separator = separator.first(terminatorSize);
+  const auto last = std::find_end(body.begin(), body.end(), separator.begin(), separator.end());
+  if (last == body.end()) return {{}, body};
+  const auto start = static_cast<std::size_t>(last - body.begin());
+  // A mark in the separator belongs to the content; a bare terminator is trimmed off it later.
+  const std::size_t contentStart = start + separator.size() - terminatorSize;
+  return {body.first(start), body.subspan(contentStart)};
+}
+
+std::string decodeOrComplain(ByteView bytes, CharacterEncoding encoding) {
+  return decode(bytes, encoding).value_or("Invalid content");
+}
+
+}  // namespace
+
+void ID3LocalizedFrameContentParsingOperation::parse(const platform::SharedBytes& frame, ID3Version version,
+                                                     const FrameReceiver& completed) const {
+  const ByteView bytes = frame;
+  const std::size_t languageStart =
+      id3FrameConfiguration_.headerSizeFor(version) + ID3FrameConfiguration::encodingSize();
+  if (bytes.size() < languageStart + languageSize) return;
+  const CharacterEncoding encoding = stringEncodingDetector_.detect(bytes, version);
+  const auto [description, content] = split(bytes.subspan(languageStart + languageSize), encoding);
+  const auto code = platform::charactersOf(bytes.subspan(languageStart, languageSize));
+  const auto language = languageFromRawValue(code).value_or(ID3FrameContentLanguage::unknown);
+  completed(frameName_(language), std::make_unique<ID3FrameWithLocalizedContent>(
+                                      language, decodeOrComplain(description, encoding),
+                                      paddingRemover_.removeFrom(decodeOrComplain(content, encoding))));
+}
+
+void ID3AttachedPictureFrameContentParsingOperation::parse(const platform::SharedBytes& frame,
+                                                           ID3Version version,
+                                                           const FrameReceiver& completed) const {
+  using namespace std::string_view_literals;
+  struct Signature {
+    ID3PictureFormat format;
+    std::string_view magicNumber;
+  };
+  static constexpr std::array<Signature, 2> signatures{
+      {{ID3PictureFormat::jpeg, "\xFF\xD8\xFF\xE0"sv}, {ID3PictureFormat::png, "\x89PNG"sv}}};
+
+  for (const Signature& signature : signatures) {
+    const std::size_t start = platform::charactersOf(frame).find(signature.magicNumber);
+    if (start == std::string_view::npos) continue;
+    const auto type = pictureTypeAdapter_.adapt(frame, signature.format, version);
+    if (!type) continue;
+    completed(FrameName::attachedPicture(*type),
+              std::make_unique<ID3FrameAttachedPicture>(frame.slice(start, frame.size() - start), *type,
+                                                        signature.format));
+  }
+}
+
+RecordingDateTime ID3RecordingTimeFrameContentParsingOperation::recordingDateTime(std::string_view text) {
+  constexpr double lastYear = 9999.0;
+  // The first second behind the last day that the calendar has.
+  constexpr auto calendarEnd =
+      std::chrono::sys_days(std::chrono::year::max() / std::chrono::December / 31) + std::chrono::days(1);
+  constexpr auto endOfTime = static_cast<double>(
+      std::chrono::duration_cast<std::chrono::seconds>(calendarEnd.time_since_epoch()).count());
+
+  const std::optional<double> number = Text::floatingPoint(text);
+  if (!number || !(*number > lastYear) || *number >= endOfTime) {
+    return {RecordingDate{.day = {}, .month = {}, .year = Text::decimalInteger(text)}, RecordingTime{}};
+  }
+  const std::chrono::sys_seconds moment{std::chrono::seconds(static_cast<std::int64_t>(*number))};
+  const auto midnight = std::chrono::floor<std::chrono::days>(moment);
+  const std::chrono::year_month_day date(midnight);
+  const std::chrono::hh_mm_ss time(moment - midnight);
+  return {RecordingDate{.day = static_cast<unsigned>(date.day()),
+                        .month = static_cast<unsigned>(date.month()),
+                        .year = static_cast<int>(date.year())},
+          RecordingTime{.hour = time.hours().count(), .minute = time.minutes().count()}};
+}
+
+void ID3RecordingTimeFrameContentParsingOperation::parse(const platform::SharedBytes& frame,
+                                                         ID3Version version,
+                                                         const FrameReceiver& completed) const {
+  const std::optional<std::string> text = stringContentParser_.parse(frame, version);
+  if (!text) return;
+  completed(FrameName::recordingDateTime,
+            std::make_unique<ID3FrameRecordingDateTime>(recordingDateTime(*text)));
+}
+
+}  // namespace ID3TagEditor

@@ -1,0 +1,25 @@
+#pragma once
+
+#include "ID3TagEditor/model/ID3FrameConfiguration.h"
+#include "ID3TagEditor/model/ID3Tag.h"
+#include "ID3TagEditor/parse/FrameContentParsingOperationFactories.h"
+#include "platform/Bytes.h"
+
+namespace ID3TagEditor {
+
+/// Parses one frame into a tag.
+class ID3FrameParser {
+ public:
+  explicit ID3FrameParser(FrameContentParsingOperations frameContentParsingOperations)
+      : frameContentParsingOperations_(std::move(frameContentParsingOperations)) {}
+
+  /// Adds what the frame holds to the tag; of frames with one name the last one stays. `frame` is the whole
+  /// frame, at least its header. Frames of unknown kinds, and frames that cannot be read, are ignored.
+  void parse(const platform::SharedBytes& frame, std::size_t frameSize, ID3Tag& id3Tag) const;
+
+ private:
+  FrameContentParsingOperations frameContentParsingOperations_;
+  ID3FrameConfiguration id3FrameConfiguration_;
+};
+
+}  // namespace ID3TagEditor

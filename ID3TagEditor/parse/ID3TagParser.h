@@ -1,0 +1,38 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+
+#include "ID3TagEditor/model/ID3Tag.h"
+#include "ID3TagEditor/parse/ID3FramesParser.h"
+#include "ID3TagEditor/parse/TagHeaderParsing.h"
+
+namespace ID3TagEditor {
+
+/// Turns bytes into a tag.
+class ID3TagParser {
+ public:
+  ID3TagParser(std::unique_ptr<TagSizeParser> tagSizeParser,
+               std::unique_ptr<TagVersionParser> tagVersionParser, std::unique_ptr<TagPresence> tagPresence,
+               ID3FramesParser framesParser)
+      : tagSizeParser_(std::move(tagSizeParser)),
+        tagVersionParser_(std::move(tagVersionParser)),
+        tagPresence_(std::move(tagPresence)),
+        framesParser_(std::move(framesParser)) {}
+
+  /// The tag that the buffer starts with; nothing when it starts with none of a known version. Throws
+  /// `corruptedFile` when the buffer does not hold the whole tag. The flags of the header are not looked at.
+  std::optional<ID3Tag> parse(const platform::SharedBytes& mp3) const;
+
+ private:
+  std::unique_ptr<TagSizeParser> tagSizeParser_;
+  std::unique_ptr<TagVersionParser> tagVersionParser_;
+  std::unique_ptr<TagPresence> tagPresence_;
+  ID3FramesParser framesParser_;
+};
+
+struct ID3TagParserFactory {
+  static ID3TagParser make();
+};
+
+}  // namespace ID3TagEditor
