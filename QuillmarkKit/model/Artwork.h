@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "platform/Bytes.h"
+
+namespace QuillmarkKit {
+
+/// A cover picture: the picture file's bytes, unchanged, and their format. Copies share the bytes.
+struct Artwork {
+  enum class Format : std::uint8_t { jpeg, png };
+
+  platform::SharedBytes data;
+  Format format;
+
+  /// The format is told by the signature at the start; nothing for bytes that are neither JPEG nor PNG. What
+  /// follows the signature is not checked.
+  static std::optional<Artwork> detecting(platform::SharedBytes bytes);
+
+  bool operator==(const Artwork&) const = default;
+};
+
+/// "jpeg" or "png".
+std::string_view rawValue(Artwork::Format format);
+std::optional<Artwork::Format> artworkFormatFromRawValue(std::string_view raw);
+/// "image/jpeg" or "image/png".
+std::string_view mimeType(Artwork::Format format);
+
+}  // namespace QuillmarkKit

@@ -1,0 +1,107 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace QuillmarkKit {
+
+struct TagSet;
+
+/// What a person sees of a tag, field by field, in the order of listings. The first 17 are texts, the next 6
+/// are numbers, the last is the picture.
+enum class TagField : std::uint8_t {
+  title,
+  artist,
+  album,
+  albumArtist,
+  composer,
+  conductor,
+  grouping,
+  publisher,
+  copyright,
+  lyricist,
+  subtitle,
+  encodedBy,
+  initialKey,
+  fileOwner,
+  genre,
+  comment,
+  lyrics,
+  year,
+  bpm,
+  trackNumber,
+  trackTotal,
+  discNumber,
+  discTotal,
+  artwork,
+};
+
+inline constexpr std::size_t tagFieldCount = 24;
+
+inline constexpr std::array<TagField, tagFieldCount> allTagFields = [] {
+  std::array<TagField, tagFieldCount> fields{};
+  for (std::size_t i = 0; i < fields.size(); ++i) fields[i] = static_cast<TagField>(i);
+  return fields;
+}();
+
+/// The case's name, as in JSON: "albumArtist".
+std::string_view rawValue(TagField field);
+/// The name on the command line: "album-artist".
+std::string_view cliName(TagField field);
+/// The label in listings: "Album Artist".
+std::string_view displayName(TagField field);
+
+/// The field of exactly that name, or none.
+std::optional<TagField> fieldFromRawValue(std::string_view raw);
+/// The field of that raw value or command-line name, or none; case counts, and hyphens more than needed do
+/// not.
+std::optional<TagField> fieldFromCliName(std::string_view name);
+
+using TextMember = std::optional<std::string> TagSet::*;
+using NumberMember = std::optional<std::int64_t> TagSet::*;
+
+/// Where a tag set holds the field's text; null for a field that is no text.
+TextMember stringKeyPath(TagField field);
+/// Where a tag set holds the field's number; null for a field that is no number.
+NumberMember integerKeyPath(TagField field);
+
+/// A selection of fields.
+class TagFields {
+ public:
+  constexpr TagFields() = default;
+  constexpr TagFields(std::initializer_list<TagField> fields) {
+    for (const TagField field : fields) insert(field);
+  }
+
+  constexpr void insert(TagField field) { bits_ |= bitOf(field); }
+  constexpr bool contains(TagField field) const { return (bits_ & bitOf(field)) != 0; }
+  constexpr bool isEmpty() const { return bits_ == 0; }
+  bool operator==(const TagFields&) const = default;
+
+  static const TagFields all;
+  /// What all tracks of an album have in common.
+  static const TagFields albumIdentity;
+
+ private:
+  static constexpr std::uint32_t bitOf(TagField field) { return 1U << static_cast<unsigned>(field); }
+
+  std::uint32_t bits_ = 0;
+};
+
+inline constexpr TagFields TagFields::all = [] {
+  TagFields fields;
+  for (const TagField field : allTagFields) fields.insert(field);
+  return fields;
+}();
+
+inline constexpr TagFields TagFields::albumIdentity{
+    TagField::album,     TagField::albumArtist, TagField::artist,    TagField::genre,
+    TagField::year,      TagField::discNumber,  TagField::discTotal, TagField::trackTotal,
+    TagField::publisher, TagField::copyright,   TagField::artwork,
+};
+
+}  // namespace QuillmarkKit

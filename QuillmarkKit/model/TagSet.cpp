@@ -1,0 +1,79 @@
+#include "QuillmarkKit/model/TagSet.h"
+
+#include <algorithm>
+
+#include "platform/Text.h"
+
+namespace QuillmarkKit {
+
+namespace {
+
+constexpr std::array summaryFields{
+    TagField::title, TagField::artist,      TagField::album,      TagField::albumArtist, TagField::genre,
+    TagField::year,  TagField::trackNumber, TagField::discNumber, TagField::artwork,
+};
+
+std::string describe(const Artwork& artwork) {
+  std::string format(rawValue(artwork.format));
+  std::ranges::transform(format, format.begin(), [](char c) { return static_cast<char>(c - 'a' + 'A'); });
+  return format + ", " + std::to_string(artwork.data.size()) + " bytes";
+}
+
+}  // namespace
+
+std::optional<std::string> TagSet::value(TagField field) const {
+  if (const TextMember text = stringKeyPath(field)) return this->*text;
+  if (const NumberMember number = integerKeyPath(field)) {
+    const Number& member = this->*number;
+    return member ? std::optional(std::to_string(*member)) : std::nullopt;
+  }
+  return artwork ? std::optional(describe(*artwork)) : std::nullopt;
+}
+
+TagFields TagSet::populatedFields() const {
+  TagFields fields;
+  for (const TagField field : allTagFields) {
+    if (value(field)) fields.insert(field);
+  }
+  return fields;
+}
+
+TagSet TagSet::merging(const TagSet& other, TagFields fields) const {
+  TagSet merged = *this;
+  for (const TagField field : allTagFields) {
+    if (!fields.contains(field)) continue;
+    if (const TextMember text = stringKeyPath(field)) {
+      merged.*text = other.*text;
+    } else if (const NumberMember number = integerKeyPath(field)) {
+      merged.*number = other.*number;
+    } else {
+      merged.artwork = other.artwork;
+    }
+  }
+  return merged;
+}
+
+TagSet TagSet::normalized() const {
+  TagSet normalized = *this;
+  for (const TagField field : allTagFields) {
+    const TextMember member = stringKeyPath(field);
+    if (member == nullptr || !(this->*member)) continue;
+    const std::string_view trimmed =
+        platform::Text::trimmingNulls(platform::Text::trimmingWhiteSpace(*(this->*member)));
+    normalized.*member = trimmed.empty() ? std::nullopt : std::optional(std::string(trimmed));
+  }
+  return normalized;
+}
+
+std::string TagSet::summary() const {
+  std::string lines;
+  for (const TagField field : summaryFields) {
+    const auto shown = value(field);
+    if (!shown) continue;
+    if (!lines.empty()) lines += '\n';
+    lines.append(displayName(field)).append(": ").append(*shown);
+  }
+  return lines.empty() ? "No tags" : lines;
+}
+
+}  // namespace QuillmarkKit

@@ -1,0 +1,17 @@
+#pragma once
+
+#include "QuillmarkKit/model/TagSet.h"
+#include "platform/JSON.h"
+
+namespace QuillmarkKit {
+
+/// An object with a member for each field that has a value, named by the field's raw value: texts as strings,
+/// numbers as integers, the artwork as an object with "data", in base64, and "format".
+platform::JSON::Value encodeTagSet(const TagSet& tags);
+
+/// The tag set that such an object holds; missing members, nulls and members of other names are no values.
+/// Texts come back as they stand. Throws platform::JSON::DecodingError, which names the member by its path
+/// behind `path`, when any value is not of its field's kind.
+TagSet decodeTagSet(const platform::JSON::Value& value, const std::string& path);
+
+}  // namespace QuillmarkKit
