@@ -1,0 +1,49 @@
+#pragma once
+
+#include <exception>
+#include <optional>
+#include <set>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace quillmark {
+
+/// Words of the command line; they live as long as the process.
+using Words = std::span<const std::string_view>;
+
+/// A word that takes a value but is the last one.
+class ArgumentError : public std::exception {
+ public:
+  /// `name` is the option's, without its hyphens.
+  static ArgumentError missingValue(std::string_view name) {
+    return ArgumentError("--" + std::string(name) + " needs a value.");
+  }
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  explicit ArgumentError(std::string description) : description_(std::move(description)) {}
+
+  std::string description_;
+};
+
+/// The words behind a command, told apart. Words that start with two hyphens are options, where the command
+/// takes a value for them, or else flags; all others are positional. Nothing is refused for being unknown,
+/// and nothing ends the options.
+struct Arguments {
+  /// Throws ArgumentError. What follows an option's name is its value, whatever it looks like.
+  Arguments(Words words, const std::set<std::string_view>& valueTaking);
+
+  /// The option's value, the last one when it was given more than once.
+  std::optional<std::string_view> option(std::string_view name) const;
+  bool hasFlag(std::string_view name) const { return flags.contains(name); }
+
+  std::set<std::string_view> flags;
+  /// Names and values, each name once, in the order in which they were last given.
+  std::vector<std::pair<std::string_view, std::string_view>> options;
+  std::vector<std::string_view> positional;
+};
+
+}  // namespace quillmark

@@ -1,0 +1,27 @@
+#pragma once
+
+#include <exception>
+#include <string>
+#include <string_view>
+
+namespace quillmark {
+
+/// What is wrong with a command line.
+class CLIError : public std::exception {
+ public:
+  static CLIError unknownField(std::string_view name);
+  static CLIError unreadableArtwork(std::string_view path);
+  static CLIError noFiles();
+  /// A message that only one command has.
+  explicit CLIError(std::string description) : description_(std::move(description)) {}
+
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  std::string description_;
+};
+
+/// Writes one line to standard error: the tool's name, a colon, a blank and the message.
+void printError(std::string_view message);
+
+}  // namespace quillmark

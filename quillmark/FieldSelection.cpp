@@ -1,0 +1,26 @@
+#include "quillmark/FieldSelection.h"
+
+#include "platform/Text.h"
+#include "quillmark/CLIError.h"
+
+namespace quillmark {
+
+using QuillmarkKit::TagFields;
+
+TagFields fieldsNamed(std::string_view list) {
+  TagFields fields;
+  for (const std::string_view piece : platform::Text::split(list, ',')) {
+    const std::string_view name = platform::Text::trimmingBlanks(piece);
+    const auto field = QuillmarkKit::fieldFromCliName(name);
+    if (!field) throw CLIError::unknownField(name);
+    fields.insert(*field);
+  }
+  return fields;
+}
+
+TagFields fieldMask(const Arguments& from) {
+  if (const auto list = from.option("fields")) return fieldsNamed(*list);
+  return from.hasFlag("all") ? TagFields::all : TagFields::albumIdentity;
+}
+
+}  // namespace quillmark
