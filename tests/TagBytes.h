@@ -1,0 +1,100 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+#include "platform/Bytes.h"
+
+namespace tests {
+
+using namespace std::string_literals;
+using namespace std::string_view_literals;
+
+/// Makes the bytes of a tag frame by frame, of any version, right or wrong:
+/// `TagBytes(3).text("TIT2", "Kyrie").frame("PRIV", "\1\2"s).padding(64).bytes()`.
+class TagBytes {
+ public:
+  explicit TagBytes(int version) : version_(version) {}
+
+  /// A frame with these bytes behind its header.
+  TagBytes& frame(std::string_view id, std::string_view body, std::uint16_t flags = 0) {
+    return frameDeclaring(body.size(), id, body, flags);
+  }
+  /// A text frame in ISO-8859-1.
+  TagBytes& text(std::string_view id, std::string_view content) { return frame(id, "\0"s + std::string(content)); }
+  /// A frame whose header tells another size than its body has.
+  TagBytes& frameDeclaring(std::uint64_t size, std::string_view id, std::string_view body, std::uint16_t flags = 0) {
+    body_ += id;
+    if (version_ == 2) {
+      body_ += bigEndian(size).substr(1);
+    } else {
+      body_ += version_ == 4 ? synchsafe(size) : bigEndian(size);
+      body_ += {static_cast<char>(flags >> 8), static_cast<char>(flags)};
+    }
+    body_ += body;
+    return *this;
+  }
+  TagBytes& raw(std::string_view bytes) {
+    body_ += bytes;
+    return *this;
+  }
+  TagBytes& padding(std::size_t count) { return raw(std::string(count, '\0')); }
+  /// The flags byte of the tag header.
+  TagBytes& flags(std::uint8_t flags) {
+    flags_ = flags;
+    return *this;
+  }
+  TagBytes& revision(std::uint8_t revision) {
+    revision_ = revision;
+    return *this;
+  }
+  /// Makes the tag header tell another size than the body has.
+  TagBytes& declaring(std::uint64_t size) {
+    declared_ = static_cast<std::int64_t>(size);
+    return *this;
+  }
+
+  /// The tag as characters, to be written to a file.
+  std::string characters() const {
+    const std::uint64_t size = declared_ < 0 ? body_.size() : static_cast<std::uint64_t>(declared_);
+    return "ID3"s + static_cast<char>(version_) + static_cast<char>(revision_) + static_cast<char>(flags_) +
+           synchsafe(size) + body_;
+  }
+  platform::Bytes bytes() const {
+    const std::string all = characters();
+    return {all.begin(), all.end()};
+  }
+
+  static std::string bigEndian(std::uint64_t value) { return grouped(value, 8, 0xFF); }
+  static std::string synchsafe(std::uint64_t value) { return grouped(value, 7, 0x7F); }
+
+ private:
+  static std::string grouped(std::uint64_t value, unsigned bits, std::uint8_t mask) {
+    std::string field;
+    for (unsigned group = 4; group-- > 0;) field += static_cast<char>(value >> (bits * group) & mask);
+    return field;
+  }
+
+  int version_;
+  std::uint8_t revision_ = 0;
+  std::uint8_t flags_ = 0;
+  std::int64_t declared_ = -1;
+  std::string body_;
+};
+
+/// The text as UTF-16 with a little-endian mark; ASCII only.
+inline std::string utf16(std::string_view ascii) {
+  std::string bytes = "\xFF\xFE";
+  for (const char character : ascii) bytes += {character, '\0'};
+  return bytes;
+}
+
+/// The start of an audio stream: enough to be taken for one, not enough to be played.
+inline std::string audio(std::size_t size = 4096) {
+  std::string bytes = "\xFF\xFB\x90\x44";
+  for (std::size_t i = bytes.size(); i < size; ++i) bytes += static_cast<char>(i * 31 % 251);
+  return bytes;
+}
+
+}  // namespace tests
