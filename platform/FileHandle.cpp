@@ -36,6 +36,7 @@ FileHandle::FileHandle(std::filesystem::path path, int flags, std::string_view f
 
 FileHandle::FileHandle(std::filesystem::path file, int descriptor)
     : path_(std::move(file)), failure_(FileError::notWritten), descriptor_(descriptor) {
+  loadAttributes();
 }
 
 FileHandle FileHandle::forReading(const std::filesystem::path& file) {

@@ -19,7 +19,7 @@ class FileHandle {
   /// Creates a file, or empties an existing one, for writing.
   static FileHandle forWriting(const std::filesystem::path& file);
 
-  /// Takes over a descriptor that is open for writing; errors name `file`.
+  /// Takes over a descriptor, -1 as one that could not be opened. Errors name `file`.
   FileHandle(std::filesystem::path file, int descriptor);
   /// Opens a file that the program has written, to finish it: to set its attributes and to synchronise it.
   static FileHandle forFinishing(const std::filesystem::path& file);

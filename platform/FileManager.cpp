@@ -6,6 +6,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <string>
@@ -160,9 +161,9 @@ void createDirectories(const path& directory) {
   if (failure) throw FileError(directory, "could not be created", failure.value());
 }
 
-Bytes contents(const path& file) {
+Bytes contents(const path& file, std::uint64_t limit) {
   FileHandle handle = FileHandle::forReading(file);
-  return handle.read(handle.size());
+  return handle.read(std::min(handle.size(), limit));
 }
 
 bool isSameFile(const path& a, const path& b) {

@@ -50,8 +50,8 @@ void writeAtomically(const std::filesystem::path& file, const std::function<void
 /// Creates `directory` and every missing one above it. Throws FileError.
 void createDirectories(const std::filesystem::path& directory);
 
-/// The whole of a regular file. Throws FileError.
-Bytes contents(const std::filesystem::path& file);
+/// A regular file's bytes, its first `limit` where it has more. Throws FileError.
+Bytes contents(const std::filesystem::path& file, std::uint64_t limit);
 
 /// Whether both paths lead to one and the same existing file.
 bool isSameFile(const std::filesystem::path& a, const std::filesystem::path& b);
