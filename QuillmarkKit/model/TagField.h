@@ -78,6 +78,7 @@ class TagFields {
   }
 
   constexpr void insert(TagField field) { bits_ |= bitOf(field); }
+  constexpr void insert(TagFields fields) { bits_ |= fields.bits_; }
   constexpr bool contains(TagField field) const { return (bits_ & bitOf(field)) != 0; }
   constexpr bool isEmpty() const { return bits_ == 0; }
   bool operator==(const TagFields&) const = default;

@@ -1,5 +1,6 @@
 #include "QuillmarkKit/model/TagSetJSON.h"
 
+#include "QuillmarkKit/model/JSONDecoding.h"
 #include "platform/Base64.h"
 
 namespace QuillmarkKit {
@@ -16,42 +17,10 @@ JSON::Value encodeArtwork(const Artwork& artwork) {
   return object;
 }
 
-[[noreturn]] void failAt(const std::string& path, std::string_view expected, const JSON::Value& found) {
-  throw JSON::DecodingError("\"" + path + "\" should be " + std::string(expected) + " but is " +
-                            std::string(found.kind()));
-}
-
-const std::string& decodeText(const JSON::Value& value, const std::string& path) {
-  const std::string* text = value.string();
-  if (text == nullptr) failAt(path, "a text", value);
-  return *text;
-}
-
-std::int64_t decodeNumber(const JSON::Value& value, const std::string& path) {
-  const JSON::Number* number = value.number();
-  if (number == nullptr) failAt(path, "a number", value);
-  const auto integer = number->integer();
-  if (!integer) {
-    throw JSON::DecodingError("\"" + path + "\" should be a whole number of at most 64 bits but is " +
-                              number->text);
-  }
-  return *integer;
-}
-
-const JSON::Value& requiredMember(const JSON::Object& object, const std::string& path,
-                                  std::string_view name) {
-  const auto found = object.find(name);
-  if (found == object.end()) {
-    throw JSON::DecodingError("\"" + path + "\" has no member \"" + std::string(name) + "\"");
-  }
-  return found->second;
-}
-
 Artwork decodeArtwork(const JSON::Value& value, const std::string& path) {
-  const JSON::Object* object = value.object();
-  if (object == nullptr) failAt(path, "an object", value);
-  const std::string& text = decodeText(requiredMember(*object, path, "data"), path + ".data");
-  const std::string& name = decodeText(requiredMember(*object, path, "format"), path + ".format");
+  const JSON::Object& object = requireObject(value, path);
+  const std::string& text = decodeText(requireMember(object, path, "data"), path + ".data");
+  const std::string& name = decodeText(requireMember(object, path, "format"), path + ".format");
   auto data = Base64::decode(text);
   if (!data) throw JSON::DecodingError("\"" + path + ".data\" is not base64");
   const auto format = artworkFormatFromRawValue(name);
@@ -77,10 +46,9 @@ JSON::Value encodeTagSet(const TagSet& tags) {
 }
 
 TagSet decodeTagSet(const JSON::Value& value, const std::string& path) {
-  const JSON::Object* object = value.object();
-  if (object == nullptr) failAt(path, "an object", value);
+  const JSON::Object& object = requireObject(value, path);
   TagSet tags;
-  for (const auto& [name, member] : *object) {
+  for (const auto& [name, member] : object) {
     const auto field = fieldFromRawValue(name);
     if (!field || member.isNull()) continue;
     const std::string memberPath = path + "." + name;

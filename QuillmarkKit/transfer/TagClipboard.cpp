@@ -1,0 +1,63 @@
+#include "QuillmarkKit/transfer/TagClipboard.h"
+
+#include "QuillmarkKit/model/JSONDecoding.h"
+#include "QuillmarkKit/model/TagSetJSON.h"
+#include "platform/JSON.h"
+
+namespace QuillmarkKit::TagClipboard {
+
+namespace JSON = platform::JSON;
+using platform::Pasteboard;
+
+ClipboardError ClipboardError::unsupportedPayloadVersion(std::int64_t version) {
+  return ClipboardError("These tags were copied by a newer version of Quillmark (format " +
+                        std::to_string(version) + ").");
+}
+
+namespace {
+
+JSON::Value encode(const Payload& payload) {
+  JSON::Object document;
+  document.emplace("version", payload.version);
+  document.emplace("tags", encodeTagSet(payload.tags));
+  return document;
+}
+
+Payload decode(const JSON::Value& document) {
+  const JSON::Object& members = requireObject(document, "document");
+  return {.version = decodeNumber(requireMember(members, "document", "version"), "version"),
+          .tags = decodeTagSet(requireMember(members, "document", "tags"), "tags")};
+}
+
+}  // namespace
+
+bool copy(const TagSet& tags, Pasteboard& to) {
+  const std::string document =
+      JSON::print(encode({.version = currentVersion, .tags = tags}), JSON::Layout::compact);
+  to.clearContents();
+  to.declareTypes({std::string(pasteboardType), std::string(Pasteboard::stringType)});
+  const bool hasDocument = to.setData(platform::bytesOf(document), pasteboardType);
+  // The pasteboard takes both or neither.
+  return to.setString(tags.summary(), Pasteboard::stringType) && hasDocument;
+}
+
+std::optional<TagSet> paste(const Pasteboard& from) {
+  const auto document = from.data(pasteboardType);
+  if (!document) return std::nullopt;
+  Payload payload = [&] {
+    try {
+      return decode(JSON::parse(platform::charactersOf(*document)));
+    } catch (const JSON::DecodingError& error) {
+      throw JSON::DecodingError("The tags on the clipboard cannot be read: " + std::string(error.what()) +
+                                ".");
+    }
+  }();
+  if (payload.version > currentVersion) throw ClipboardError::unsupportedPayloadVersion(payload.version);
+  return std::move(payload.tags);
+}
+
+bool hasTags(const Pasteboard& on) {
+  return on.data(pasteboardType).has_value();
+}
+
+}  // namespace QuillmarkKit::TagClipboard

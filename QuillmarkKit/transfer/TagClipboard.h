@@ -1,0 +1,50 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "QuillmarkKit/model/TagSet.h"
+#include "platform/Pasteboard.h"
+
+/// Carries one tag set across the pasteboard, as a JSON document with the members "version" and "tags", with
+/// a plain-text summary beside it.
+namespace QuillmarkKit::TagClipboard {
+
+/// The type of the document.
+inline constexpr std::string_view pasteboardType = "org.quillmark.tagset";
+
+/// The document's format that is written, and the highest that is read.
+inline constexpr std::int64_t currentVersion = 1;
+
+struct Payload {
+  std::int64_t version;
+  TagSet tags;
+};
+
+/// A document that this program does not understand.
+class ClipboardError : public std::exception {
+ public:
+  static ClipboardError unsupportedPayloadVersion(std::int64_t version);
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  explicit ClipboardError(std::string description) : description_(std::move(description)) {}
+
+  std::string description_;
+};
+
+/// Puts the tag set in the place of what was there. False when it could not be stored; the pasteboard is
+/// empty then.
+bool copy(const TagSet& tags, platform::Pasteboard& to);
+
+/// The tag set on the pasteboard; nothing when there is no document of the type. Throws
+/// platform::JSON::DecodingError for a malformed document, and ClipboardError for one of a newer format.
+std::optional<TagSet> paste(const platform::Pasteboard& from);
+
+/// Whether there is something of the document's type, whatever it holds.
+bool hasTags(const platform::Pasteboard& on);
+
+}  // namespace QuillmarkKit::TagClipboard
