@@ -11,8 +11,14 @@ using platform::StandardOutput;
 
 /// Lists the tags of files, or prints them as JSON.
 int commandRead(Words words, StandardOutput& output);
+/// Puts one file's tags on the pasteboard.
+int commandCopy(Words words, StandardOutput& output);
+/// Writes the tags on the pasteboard into files.
+int commandPaste(Words words, StandardOutput& output);
 /// Writes one file's tags into others.
 int commandApply(Words words, StandardOutput& output);
+/// Writes given values into files.
+int commandSet(Words words, StandardOutput& output);
 /// Lists the names of the fields.
 int commandFields(Words words, StandardOutput& output);
 

@@ -1,10 +1,14 @@
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
 #include "QuillmarkKit/transfer/TagApplier.h"
-#include "platform/Signals.h"
+#include "QuillmarkKit/transfer/TagClipboard.h"
+#include "platform/FileError.h"
+#include "platform/Pasteboard.h"
+#include "platform/Text.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FieldSelection.h"
 #include "quillmark/FileLocations.h"
-#include "quillmark/Report.h"
+#include "quillmark/ToolName.h"
+#include "quillmark/WriteRun.h"
 
 namespace quillmark {
 
@@ -13,15 +17,43 @@ using QuillmarkKit::TagApplier;
 using QuillmarkKit::TagFields;
 using QuillmarkKit::TagSet;
 
-int writeInto(Words paths, const TagApplier& applier, const TagSet& tags, TagFields selection, bool dryRun,
-              StandardOutput& output) {
-  platform::Signals::noteInterruptions();
-  Report report(dryRun, output);
-  for (const std::filesystem::path& file : urls(paths)) {
-    if (platform::Signals::interruption() != 0) break;
-    report.add(applier.apply(tags, file, selection, dryRun));
+namespace {
+
+/// The tag set's summary, each line indented.
+std::string indentedSummary(const TagSet& tags) {
+  const std::string summary = tags.summary();
+  std::string text;
+  for (const std::string_view line : platform::Text::split(summary, '\n'))
+    text.append("  ").append(line).append("\n");
+  return text;
+}
+
+}  // namespace
+
+int commandCopy(Words words, StandardOutput& output) {
+  const Arguments arguments(words, {});
+  const std::filesystem::path file = *urls(arguments.positional).begin();
+  const TagSet tags = ID3TagEditorStore(true).read(file);
+  auto pasteboard = platform::Pasteboard::general();
+  if (!QuillmarkKit::TagClipboard::copy(tags, pasteboard)) {
+    printError("The tags could not be stored on the clipboard, which is empty now.");
   }
-  return report.finish();
+  output.write("Copied tags from " + platform::lastPathComponent(file) + ".\n" + indentedSummary(tags));
+  return 0;
+}
+
+int commandPaste(Words words, StandardOutput& output) {
+  const Arguments arguments(words, {"fields"});
+  urls(arguments.positional);
+  const auto tags = QuillmarkKit::TagClipboard::paste(platform::Pasteboard::general());
+  if (!tags) {
+    throw CLIError("No Quillmark tags on the clipboard. Run '" + std::string(toolName) +
+                   " copy <file>' first.");
+  }
+  const ID3TagEditorStore store(true);
+  const TagFields selection = fieldMask(arguments);
+  return writeInto(arguments.positional, TagApplier(store), *tags, selection, arguments.hasFlag("dry-run"),
+                   output);
 }
 
 int commandApply(Words words, StandardOutput& output) {

@@ -34,7 +34,10 @@ int printUsage(Words, StandardOutput& output) {
 
 constexpr std::array commands = std::to_array<CommandRow>({
     {"read", commandRead},
+    {"copy", commandCopy},
+    {"paste", commandPaste},
     {"apply", commandApply},
+    {"set", commandSet},
     {"fields", commandFields},
     {"help", printUsage},
     {"--help", printUsage},

@@ -1,0 +1,91 @@
+#include <string>
+
+#include "QuillmarkKit/model/Artwork.h"
+#include "QuillmarkKit/store/ID3TagEditorStore.h"
+#include "platform/FileError.h"
+#include "platform/FileManager.h"
+#include "platform/Paths.h"
+#include "platform/Text.h"
+#include "quillmark/Commands.h"
+#include "quillmark/FieldSelection.h"
+#include "quillmark/FileLocations.h"
+#include "quillmark/WriteRun.h"
+
+namespace quillmark {
+
+using QuillmarkKit::Artwork;
+using QuillmarkKit::TagField;
+using QuillmarkKit::TagFields;
+using QuillmarkKit::TagSet;
+
+namespace {
+
+constexpr std::string_view clearOption = "clear";
+
+std::set<std::string_view> valueTakingNames() {
+  std::set<std::string_view> names{clearOption};
+  for (const TagField field : QuillmarkKit::allTagFields) {
+    names.insert(rawValue(field));
+    names.insert(cliName(field));
+  }
+  return names;
+}
+
+std::string textFrom(std::string_view option, std::string_view value) {
+  if (!platform::Text::isValidUTF8(value)) {
+    throw CLIError("--" + std::string(option) + " expects text in UTF-8.");
+  }
+  return std::string(value);
+}
+
+std::int64_t numberFrom(std::string_view option, std::string_view value) {
+  const auto number = platform::Text::decimalInteger(value);
+  if (!number) {
+    throw CLIError("--" + std::string(option) + " expects a number, got '" + std::string(value) + "'.");
+  }
+  return *number;
+}
+
+Artwork artworkFrom(std::string_view path) {
+  // A picture of this many bytes fits into no tag, and more of it need not be read to find that out.
+  constexpr std::uint64_t limit = std::uint64_t{1} << 28;
+  try {
+    auto artwork = Artwork::detecting(platform::FileManager::contents(platform::fileLocation(path), limit));
+    if (artwork) return std::move(*artwork);
+  } catch (const platform::FileError&) {
+    // Whatever is wrong with the file, the message is the same.
+  }
+  throw CLIError::unreadableArtwork(path);
+}
+
+void setField(TagField field, std::string_view option, std::string_view value, TagSet& tags) {
+  if (const auto text = stringKeyPath(field)) {
+    tags.*text = textFrom(option, value);
+  } else if (const auto number = integerKeyPath(field)) {
+    tags.*number = numberFrom(option, value);
+  } else {
+    tags.artwork = artworkFrom(value);
+  }
+}
+
+}  // namespace
+
+int commandSet(Words words, StandardOutput& output) {
+  const Arguments arguments(words, valueTakingNames());
+  urls(arguments.positional);
+  TagSet tags;
+  TagFields selection;
+  for (const auto& [name, value] : arguments.options) {
+    const auto field = QuillmarkKit::fieldFromCliName(name);
+    if (!field) continue;
+    setField(*field, name, value, tags);
+    selection.insert(*field);
+  }
+  if (const auto list = arguments.option(clearOption)) selection.insert(fieldsNamed(*list));
+  if (selection.isEmpty()) throw CLIError("set needs at least one field, e.g. --artist \"Väskelund\".");
+  const QuillmarkKit::ID3TagEditorStore store(true);
+  return writeInto(arguments.positional, QuillmarkKit::TagApplier(store), tags, selection,
+                   arguments.hasFlag("dry-run"), output);
+}
+
+}  // namespace quillmark
