@@ -36,41 +36,36 @@ path resolved(const path& file) {
   return real;
 }
 
+/// Throws FileError about `item` when a system call gave -1.
+void check(const path& item, ssize_t result) {
+  if (result == -1) throw FileError(item, FileError::notWritten, errno);
+}
+
 /// The replacement gets the target's owner and group as far as the user may give them away.
-bool keepsOwner(int replacement, const struct stat& target) {
-  if (::fchown(replacement, target.st_uid, target.st_gid) == 0) return true;
-  static_cast<void>(::fchown(replacement, static_cast<uid_t>(-1), target.st_gid) == 0);
+bool keepsOwner(const path& target, const FileHandle& replacement, const struct stat& attributes) {
+  const int descriptor = replacement.descriptor();
+  if (::fchown(descriptor, attributes.st_uid, attributes.st_gid) == 0) return true;
+  if (errno != EPERM) check(target, -1);
+  if (::fchown(descriptor, static_cast<uid_t>(-1), attributes.st_gid) == -1 && errno != EPERM)
+    check(target, -1);
   return false;
 }
 
-/// The names of the file's extended attributes, each ended by a zero byte.
-std::string extendedAttributeNames(const path& file) {
-  std::string names;
+/// What a call like listxattr gives that tells the size of its answer when it is not given room for it;
+/// nothing when it fails, for the reason in errno.
+template <class Call>
+std::optional<std::string> answerOfUnknownSize(Call call) {
+  std::string answer;
   for (;;) {
-    const ssize_t size = ::listxattr(file.c_str(), nullptr, 0);
-    if (size <= 0) return {};
-    names.resize(static_cast<std::size_t>(size));
-    const ssize_t filled = ::listxattr(file.c_str(), names.data(), names.size());
+    const ssize_t size = call(nullptr, 0);
+    if (size == -1) return std::nullopt;
+    answer.resize(static_cast<std::size_t>(size));
+    const ssize_t filled = size == 0 ? 0 : call(answer.data(), answer.size());
     if (filled >= 0) {
-      names.resize(static_cast<std::size_t>(filled));
-      return names;
+      answer.resize(static_cast<std::size_t>(filled));
+      return answer;
     }
-    if (errno != ERANGE) return {};
-  }
-}
-
-/// The value of one extended attribute; nothing where it is gone or the user may not see it.
-std::optional<std::string> extendedAttribute(const path& file, const char* name) {
-  std::string value;
-  for (;;) {
-    const ssize_t size = ::getxattr(file.c_str(), name, nullptr, 0);
-    if (size < 0) return std::nullopt;
-    value.resize(static_cast<std::size_t>(size));
-    const ssize_t filled = ::getxattr(file.c_str(), name, value.data(), value.size());
-    if (filled >= 0) {
-      value.resize(static_cast<std::size_t>(filled));
-      return value;
-    }
+    // It has grown meanwhile.
     if (errno != ERANGE) return std::nullopt;
   }
 }
@@ -83,19 +78,23 @@ bool mayBeRefused(std::string_view name, int code) {
 
 void copyExtendedAttributes(const path& target, const FileHandle& replacement) {
   // A default list of the folder must not widen who may use the file.
-  if (::fremovexattr(replacement.descriptor(), accessControlList) == -1 && errno != ENODATA &&
-      errno != EOPNOTSUPP) {
-    throw FileError(target, FileError::notWritten, errno);
-  }
-  const std::string names = extendedAttributeNames(target);
-  for (std::size_t at = 0; at < names.size();) {
-    const char* name = names.c_str() + at;
+  const int removed = ::fremovexattr(replacement.descriptor(), accessControlList);
+  if (removed == -1 && errno != ENODATA && errno != EOPNOTSUPP) check(target, removed);
+
+  const auto names = answerOfUnknownSize(
+      [&](char* buffer, std::size_t size) { return ::listxattr(target.c_str(), buffer, size); });
+  if (!names && errno == EOPNOTSUPP) return;
+  if (!names) check(target, -1);
+  // Each name is ended by a zero byte.
+  for (std::size_t at = 0; at < names->size();) {
+    const char* name = names->c_str() + at;
     at += std::string_view(name).size() + 1;
-    const auto value = extendedAttribute(target, name);
-    if (value && ::fsetxattr(replacement.descriptor(), name, value->data(), value->size(), 0) == -1 &&
-        !mayBeRefused(name, errno)) {
-      throw FileError(target, FileError::notWritten, errno);
-    }
+    const auto value = answerOfUnknownSize(
+        [&](char* buffer, std::size_t size) { return ::getxattr(target.c_str(), name, buffer, size); });
+    const bool isKept =
+        value && ::fsetxattr(replacement.descriptor(), name, value->data(), value->size(), 0) == 0;
+    const bool isGone = !value && errno == ENODATA;
+    if (!isKept && !isGone && !mayBeRefused(name, errno)) check(target, -1);
   }
 }
 
@@ -117,22 +116,19 @@ namespace FileManager {
 
 void replaceItem(const path& target, const path& replacement) {
   const path real = resolved(target);
-  const auto check = [&](int result) {
-    if (result == -1) throw FileError(target, FileError::notWritten, errno);
-  };
   FileHandle handle = FileHandle::forFinishing(replacement);
   struct stat attributes {};
   if (::stat(real.c_str(), &attributes) == 0) {
     // Bits that lend the owner's rights must not lend another one's.
-    const mode_t kept = keepsOwner(handle.descriptor(), attributes) ? 07777U : 0777U;
+    const mode_t kept = keepsOwner(target, handle, attributes) ? 07777U : 0777U;
     copyExtendedAttributes(real, handle);
-    check(::fchmod(handle.descriptor(), attributes.st_mode & kept));
+    check(target, ::fchmod(handle.descriptor(), attributes.st_mode & kept));
   } else if (errno != ENOENT) {
-    check(-1);
+    check(target, -1);
   }
   handle.synchronise();
   handle.close();
-  check(std::rename(replacement.c_str(), real.c_str()));
+  check(target, std::rename(replacement.c_str(), real.c_str()));
 }
 
 void writeAtomically(const path& file, const std::function<void(FileHandle&)>& writing) {

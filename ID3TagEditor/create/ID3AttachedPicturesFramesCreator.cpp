@@ -1,5 +1,7 @@
 #include "ID3TagEditor/create/ID3AttachedPicturesFramesCreator.h"
 
+#include "ID3TagEditor/model/FramesInTag.h"
+
 namespace ID3TagEditor {
 
 void ID3AttachedPictureFrameCreator::createFrame(const ID3FrameAttachedPicture& picture, const ID3Tag& id3Tag,
@@ -16,11 +18,8 @@ void ID3AttachedPictureFrameCreator::createFrame(const ID3FrameAttachedPicture& 
 }
 
 void ID3AttachedPicturesFramesCreator::createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const {
-  for (const ID3PictureType type : allPictureTypes) {
-    if (const auto* frame = id3Tag.frame<ID3FrameAttachedPicture>(FrameName::attachedPicture(type))) {
-      attachedPictureFrameCreator_->createFrame(*frame, id3Tag, output);
-    }
-  }
+  for (const auto* frame : picturesIn(id3Tag))
+    attachedPictureFrameCreator_->createFrame(*frame, id3Tag, output);
 }
 
 std::unique_ptr<ID3FrameCreator> ID3AttachedPicturesFramesCreatorFactory::make() {

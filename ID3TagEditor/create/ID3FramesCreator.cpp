@@ -1,7 +1,7 @@
 #include "ID3TagEditor/create/ID3FramesCreator.h"
 
 #include "ID3TagEditor/ID3TagEditorError.h"
-#include "ID3TagEditor/model/ID3Frames.h"
+#include "ID3TagEditor/model/FramesInTag.h"
 
 namespace ID3TagEditor {
 
@@ -10,10 +10,7 @@ namespace {
 /// Room for the tag's pictures, which are most of a long tag, and for a usual amount of everything else.
 std::size_t expectedSize(const ID3Tag& tag) {
   std::size_t size = 0x2000;
-  for (const ID3PictureType type : allPictureTypes) {
-    const auto* frame = tag.frame<ID3FrameAttachedPicture>(FrameName::attachedPicture(type));
-    if (frame != nullptr) size += frame->picture().size();
-  }
+  for (const auto* frame : picturesIn(tag)) size += frame->picture().size();
   return size;
 }
 

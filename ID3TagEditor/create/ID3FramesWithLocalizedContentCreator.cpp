@@ -1,6 +1,7 @@
 #include "ID3TagEditor/create/ID3FramesWithLocalizedContentCreator.h"
 
 #include "ID3TagEditor/model/FrameNamesWithLocalizedContent.h"
+#include "ID3TagEditor/model/FramesInTag.h"
 #include "platform/Text.h"
 
 namespace ID3TagEditor {
@@ -28,10 +29,8 @@ void ID3LocalizedFrameCreator::createFrame(const ID3FrameWithLocalizedContent& f
 
 void ID3FramesWithLocalizedContentCreator::createFrames(const ID3Tag& id3Tag, Bytes& output) const {
   for (const auto& [type, nameFor] : FrameNamesWithLocalizedContent) {
-    for (const ID3FrameContentLanguage language : allLanguages) {
-      if (const auto* frame = id3Tag.frame<ID3FrameWithLocalizedContent>(nameFor(language))) {
-        localizedFrameCreator_->createFrame(*frame, type, id3Tag.properties.version, output);
-      }
+    for (const auto* frame : localizedFramesIn(id3Tag, nameFor)) {
+      localizedFrameCreator_->createFrame(*frame, type, id3Tag.properties.version, output);
     }
   }
 }

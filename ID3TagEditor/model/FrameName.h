@@ -39,7 +39,7 @@ class FrameName {
   /// lyrics and then the comment of every language.
   static std::vector<FrameName> allCases();
 
-  /// Names with a payload stand in the order of their payload's cases.
+  /// Names with a payload stand together, in the order of their payload's cases.
   friend constexpr auto operator<=>(const FrameName&, const FrameName&) = default;
 
  private:

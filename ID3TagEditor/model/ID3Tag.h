@@ -4,6 +4,7 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "ID3TagEditor/model/FrameName.h"
 #include "ID3TagEditor/model/ID3Frame.h"
@@ -34,6 +35,16 @@ class ID3Tag {
   const Frame* frame(FrameName name) const {
     const auto found = frames.find(name);
     return found != frames.end() ? dynamic_cast<const Frame*>(found->second.get()) : nullptr;
+  }
+
+  /// The frames of that class from the one name to the other, in the order of their names.
+  template <class Frame>
+  std::vector<const Frame*> framesBetween(FrameName first, FrameName last) const {
+    std::vector<const Frame*> found;
+    for (auto at = frames.lower_bound(first), end = frames.upper_bound(last); at != end; ++at) {
+      if (const auto* frame = dynamic_cast<const Frame*>(at->second.get())) found.push_back(frame);
+    }
+    return found;
   }
 
   ID3TagProperties properties;

@@ -1,6 +1,6 @@
 #include "ID3TagEditor/parse/ID3TagContentReader.h"
 
-#include "ID3TagEditor/model/ID3Frames.h"
+#include "ID3TagEditor/model/FramesInTag.h"
 
 namespace ID3TagEditor {
 
@@ -50,10 +50,8 @@ std::optional<DateTime> ID3TagContentReader::recordingDateTime() const {
 
 std::vector<AttachedPicture> ID3TagContentReader::attachedPictures() const {
   std::vector<AttachedPicture> pictures;
-  for (const ID3PictureType type : allPictureTypes) {
-    if (const auto* frame = id3Tag_.frame<ID3FrameAttachedPicture>(FrameName::attachedPicture(type))) {
-      pictures.push_back({.picture = frame->picture(), .format = frame->format(), .type = frame->type()});
-    }
+  for (const auto* frame : picturesIn(id3Tag_)) {
+    pictures.push_back({.picture = frame->picture(), .format = frame->format(), .type = frame->type()});
   }
   return pictures;
 }
@@ -61,12 +59,10 @@ std::vector<AttachedPicture> ID3TagContentReader::attachedPictures() const {
 std::vector<LocalizedContent> ID3TagContentReader::localized(
     FrameName (*nameFor)(ID3FrameContentLanguage)) const {
   std::vector<LocalizedContent> contents;
-  for (const ID3FrameContentLanguage language : allLanguages) {
-    if (const auto* frame = id3Tag_.frame<ID3FrameWithLocalizedContent>(nameFor(language))) {
-      contents.push_back({.language = frame->language(),
-                          .contentDescription = frame->contentDescription(),
-                          .content = frame->content()});
-    }
+  for (const auto* frame : localizedFramesIn(id3Tag_, nameFor)) {
+    contents.push_back({.language = frame->language(),
+                        .contentDescription = frame->contentDescription(),
+                        .content = frame->content()});
   }
   return contents;
 }

@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "ID3TagEditor/model/ID3Frames.h"
+#include "ID3TagEditor/model/FramesInTag.h"
 
 namespace ID3TagEditor {
 
@@ -118,9 +118,7 @@ std::string lines(const ID3Tag& tag, const std::array<Line, Count>& table) {
 
 std::string pictureList(const ID3Tag& tag) {
   std::string rendered;
-  for (const ID3PictureType type : allPictureTypes) {
-    const auto* frame = tag.frame<ID3FrameAttachedPicture>(FrameName::attachedPicture(type));
-    if (frame == nullptr) continue;
+  for (const auto* frame : picturesIn(tag)) {
     rendered.append("\n")
         .append(caseName(frame->type()))
         .append(" ")
@@ -132,9 +130,7 @@ std::string pictureList(const ID3Tag& tag) {
 
 std::string localizedList(const ID3Tag& tag, FrameName (*nameFor)(ID3FrameContentLanguage)) {
   std::string rendered;
-  for (const ID3FrameContentLanguage language : allLanguages) {
-    const auto* frame = tag.frame<ID3FrameWithLocalizedContent>(nameFor(language));
-    if (frame == nullptr) continue;
+  for (const auto* frame : localizedFramesIn(tag, nameFor)) {
     rendered.append("\nlanguage: ").append(caseName(frame->language()));
     rendered.append("\ncontentDescription: ").append(frame->contentDescription());
     rendered.append("\ncontent: ").append(frame->content()).append("\n");
