@@ -4,12 +4,17 @@
 
 namespace ID3TagEditor {
 
-void ID3FrameParser::parse(const platform::SharedBytes& frame, std::size_t frameSize, ID3Tag& id3Tag) const {
+void ID3FrameParser::parse(const platform::SharedBytes& mp3, std::size_t framePosition, std::size_t frameSize,
+                           ID3Tag& id3Tag) const {
   const ID3Version version = id3Tag.properties.version;
-  const platform::ByteView identifier = frame.view().first(id3FrameConfiguration_.identifierSizeFor(version));
+  const auto identifier =
+      mp3.view().subspan(framePosition, id3FrameConfiguration_.identifierSizeFor(version));
   const FrameType type = id3FrameConfiguration_.frameTypeFor(platform::charactersOf(identifier), version);
+  // Padding comes by here in small steps; it must cost next to nothing.
+  if (type == FrameType::invalid) return;
   const auto operation = frameContentParsingOperations_.find(type);
   if (operation == frameContentParsingOperations_.end()) return;
+  const platform::SharedBytes frame = mp3.slice(framePosition, frameSize);
   operation->second->parse(frame, version, [&](FrameName name, std::unique_ptr<ID3Frame> parsed) {
     parsed->id3Identifier = platform::Text::fromLatin1(identifier);
     parsed->size = frameSize;

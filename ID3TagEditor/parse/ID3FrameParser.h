@@ -13,9 +13,11 @@ class ID3FrameParser {
   explicit ID3FrameParser(FrameContentParsingOperations frameContentParsingOperations)
       : frameContentParsingOperations_(std::move(frameContentParsingOperations)) {}
 
-  /// Adds what the frame holds to the tag; of frames with one name the last one stays. `frame` is the whole
-  /// frame, at least its header. Frames of unknown kinds, and frames that cannot be read, are ignored.
-  void parse(const platform::SharedBytes& frame, std::size_t frameSize, ID3Tag& id3Tag) const;
+  /// Adds what the frame at that position holds to the tag; of frames with one name the last one stays. The
+  /// buffer must hold the whole frame, which is at least its header. Frames of unknown kinds, and frames that
+  /// cannot be read, are ignored.
+  void parse(const platform::SharedBytes& mp3, std::size_t framePosition, std::size_t frameSize,
+             ID3Tag& id3Tag) const;
 
  private:
   FrameContentParsingOperations frameContentParsingOperations_;

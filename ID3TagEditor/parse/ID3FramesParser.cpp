@@ -10,7 +10,7 @@ void ID3FramesParser::parse(const platform::SharedBytes& mp3, ID3Tag& id3Tag) co
   while (position < size) {
     const std::uint64_t total = frameSizeParser_->parse(mp3, position, id3Tag.properties.version);
     if (total >= size || position + total > mp3.size()) return;
-    id3FrameParser_.parse(mp3.slice(position, total), total, id3Tag);
+    id3FrameParser_.parse(mp3, position, total, id3Tag);
     position += total;
   }
 }
