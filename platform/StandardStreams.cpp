@@ -1,8 +1,10 @@
 #include "platform/StandardStreams.h"
 
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
+#include <initializer_list>
 
 namespace platform {
 
@@ -31,6 +33,13 @@ void StandardOutput::write(std::string_view text) {
 void StandardOutput::flush() {
   if (failure_ == 0) failure_ = writeAll(STDOUT_FILENO, pending_);
   pending_.clear();
+}
+
+void occupyMissingStreams() {
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    // The lowest free descriptor is the one that is missing. Open for reading only, it takes nothing that is printed.
+    if (::fcntl(stream, F_GETFD) == -1) static_cast<void>(::open("/dev/null", O_RDONLY));
+  }
 }
 
 void writeToStandardError(std::string_view text) {

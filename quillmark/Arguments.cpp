@@ -3,6 +3,7 @@
 namespace quillmark {
 
 Arguments::Arguments(Words words, const std::set<std::string_view>& valueTaking) {
+  positional.reserve(words.size());
   for (std::size_t i = 0; i < words.size(); ++i) {
     if (!words[i].starts_with("--")) {
       positional.push_back(words[i]);

@@ -70,6 +70,7 @@ int run(StandardOutput& output) {
 }  // namespace
 
 int quillmarkMain(int argumentCount, char** arguments) {
+  platform::occupyMissingStreams();
   platform::Signals::reportFailedWrites();
   usage = usageText();
   if (argumentCount > 1) allArguments.assign(arguments + 1, arguments + argumentCount);

@@ -165,17 +165,20 @@ std::optional<ParsedTag> parse(const SharedBytes& data) {
 }
 
 std::vector<ID3Frame> unmanagedFrames(FileHandle& file) {
-  const auto tag = parseTagOf(file);
+  auto tag = parseTagOf(file);
   if (!tag) return {};
-  std::vector<ID3Frame> unmanaged;
-  for (const ID3Frame& frame : tag->frames) {
-    if (isManaged(frame.id)) continue;
-    // The few bytes that are kept must not keep the whole tag in memory.
-    const ByteView payload = frame.payload;
-    unmanaged.push_back(
-        {.id = frame.id, .flags = frame.flags, .payload = Bytes(payload.begin(), payload.end())});
+  std::vector<ID3Frame> frames = std::move(tag->frames);
+  std::erase_if(frames, [](const ID3Frame& frame) { return isManaged(frame.id); });
+  // The few bytes that are kept must not keep the whole tag in memory.
+  Bytes kept;
+  for (const ID3Frame& frame : frames) platform::append(kept, frame.payload);
+  const SharedBytes payloads = std::move(kept);
+  std::size_t position = 0;
+  for (ID3Frame& frame : frames) {
+    frame.payload = payloads.slice(position, frame.payload.size());
+    position += frame.payload.size();
   }
-  return unmanaged;
+  return frames;
 }
 
 std::vector<ID3Frame> unmanagedFrames(const std::filesystem::path& inFileAt) {
