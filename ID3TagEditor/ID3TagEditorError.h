@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <exception>
 
@@ -23,8 +24,7 @@ class ID3TagEditorError : public std::exception {
   ID3TagEditorError(Case error) : case_(error) {}
   Case value() const { return case_; }
   const char* what() const noexcept override {
-    static constexpr const char* names[] = {"invalidFileFormat", "tagTooBig", "invalidTagData",
-                                            "corruptedFile"};
+    static constexpr std::array names{"invalidFileFormat", "tagTooBig", "invalidTagData", "corruptedFile"};
     return names[case_];
   }
   friend bool operator==(const ID3TagEditorError& a, const ID3TagEditorError& b) {

@@ -113,7 +113,7 @@ void FileHandle::write(ByteView bytes) {
   }
 }
 
-void FileHandle::copyInsideKernel(FileHandle& source) {
+void FileHandle::copyInsideKernel(const FileHandle& source) const {
   ssize_t count = 0;
   do {
     count = retrying([&] {

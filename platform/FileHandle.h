@@ -53,7 +53,7 @@ class FileHandle {
   FileHandle(std::filesystem::path path, int flags, std::string_view failure);
   void loadAttributes();
   std::size_t readInto(std::span<std::uint8_t> buffer);
-  void copyInsideKernel(FileHandle& source);
+  void copyInsideKernel(const FileHandle& source) const;
 
   std::filesystem::path path_;
   std::string_view failure_;

@@ -1,14 +1,15 @@
 #include "platform/FileManager.h"
 
 #include <fcntl.h>
-#include <stdlib.h>
 #include <sys/stat.h>
 #include <sys/xattr.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <array>
 #include <cerrno>
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 #include <string_view>
 #include <system_error>
@@ -147,8 +148,8 @@ std::optional<timespec> modificationDate(const path& file) {
 }
 
 void setModificationDate(const path& file, timespec date) {
-  const timespec times[] = {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, date};
-  ::utimensat(AT_FDCWD, file.c_str(), times, 0);
+  const std::array<timespec, 2> times{{{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, date}};
+  ::utimensat(AT_FDCWD, file.c_str(), times.data(), 0);
 }
 
 void createDirectories(const path& directory) {

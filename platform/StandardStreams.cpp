@@ -37,7 +37,8 @@ void StandardOutput::flush() {
 
 void occupyMissingStreams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    // The lowest free descriptor is the one that is missing. Open for reading only, it takes nothing that is printed.
+    // The lowest free descriptor is the one that is missing. Open for reading only, it takes nothing that is
+    // printed.
     if (::fcntl(stream, F_GETFD) == -1) static_cast<void>(::open("/dev/null", O_RDONLY));
   }
 }

@@ -19,8 +19,8 @@ class StandardOutput {
   int failure_ = 0;
 };
 
-/// Takes up those of the three standard streams that the program was started without, so that no file that it opens gets
-/// their place, and with it what is printed. Printing to such a stream still fails.
+/// Takes up those of the three standard streams that the program was started without, so that no file that it
+/// opens gets their place, and with it what is printed. Printing to such a stream still fails.
 void occupyMissingStreams();
 
 /// Writes the text to standard error in one write.

@@ -40,7 +40,8 @@ class FrameName {
   static std::vector<FrameName> allCases();
 
   /// Names with a payload stand together, in the order of their payload's cases.
-  friend constexpr auto operator<=>(const FrameName&, const FrameName&) = default;
+  friend constexpr auto operator<=>(const FrameName&,
+                                    const FrameName&) = default;  // NOLINT(modernize-use-nullptr)
 
  private:
   static constexpr std::uint8_t pictureKind = iTunesPodcastKeywords + 1;

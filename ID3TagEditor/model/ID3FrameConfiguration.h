@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <string_view>
 
@@ -40,7 +41,8 @@ class ID3FrameConfiguration {
     std::uint32_t sizeMask;
     std::size_t identifierSize;
   };
-  static constexpr Layout layouts[] = {{6, 2, 0x00FFFFFF, 3}, {10, 4, 0xFFFFFFFF, 4}, {10, 4, 0xFFFFFFFF, 4}};
+  static constexpr std::array<Layout, 3> layouts{
+      {{6, 2, 0x00FFFFFF, 3}, {10, 4, 0xFFFFFFFF, 4}, {10, 4, 0xFFFFFFFF, 4}}};
 
   static constexpr const Layout& layoutOf(ID3Version version) { return layouts[columnOf(version)]; }
 };

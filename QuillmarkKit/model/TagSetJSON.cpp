@@ -51,7 +51,8 @@ TagSet decodeTagSet(const JSON::Value& value, const std::string& path) {
   for (const auto& [name, member] : object) {
     const auto field = fieldFromRawValue(name);
     if (!field || member.isNull()) continue;
-    const std::string memberPath = path + "." + name;
+    std::string memberPath = path;
+    memberPath.append(".").append(name);
     if (const TextMember text = stringKeyPath(*field)) {
       tags.*text = decodeText(member, memberPath);
     } else if (const NumberMember number = integerKeyPath(*field)) {

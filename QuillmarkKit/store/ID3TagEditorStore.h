@@ -15,7 +15,7 @@ namespace QuillmarkKit {
 /// and platform::FileError, and each of them names the file.
 class ID3TagEditorStore : public TagStore {
  public:
-  explicit ID3TagEditorStore(bool preservesModificationDate);
+  explicit ID3TagEditorStore(bool preservesDate);
   ~ID3TagEditorStore() override;
 
   /// The tags, normalised; an MP3 without a tag gives an empty tag set. Nothing of the audio is read.
