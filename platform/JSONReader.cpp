@@ -75,6 +75,9 @@ class ValueBuilder {
 }  // namespace
 
 Value parse(std::string_view document) {
+  // The parser takes a zero byte for the end of the document, whatever follows it.
+  if (document.find('\0') != std::string_view::npos)
+    throw DecodingError("not valid JSON: it holds a zero byte");
   ValueBuilder builder;
   nlohmann::json::sax_parse(document.begin(), document.end(), &builder);
   return builder.take();

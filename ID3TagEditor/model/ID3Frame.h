@@ -22,7 +22,9 @@ class ID3Frame {
  protected:
   ID3Frame() = default;
   ID3Frame(const ID3Frame&) = default;
+  ID3Frame(ID3Frame&&) = default;
   ID3Frame& operator=(const ID3Frame&) = default;
+  ID3Frame& operator=(ID3Frame&&) = default;
 };
 
 }  // namespace ID3TagEditor
