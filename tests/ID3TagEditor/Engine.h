@@ -1,0 +1,119 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "ID3TagEditor/ID3TagEditor.h"
+#include "tests/TagBytes.h"
+
+namespace tests {
+
+// The engine's door is a class in a namespace of the same name.
+namespace engine = ID3TagEditor;
+using Editor = engine::ID3TagEditor;
+using EngineError = engine::ID3TagEditorError;
+using namespace engine;
+using OptionalText = std::optional<std::string>;
+using Name = FrameName;
+using Text = ID3FrameWithStringContent;
+using Integer = ID3FrameWithIntegerContent;
+
+inline platform::SharedBytes shared(std::string_view characters) {
+  return platform::Bytes(characters.begin(), characters.end());
+}
+
+inline std::string charactersOf(const platform::Bytes& bytes) {
+  return {bytes.begin(), bytes.end()};
+}
+
+/// The bodies of text frames in the encodings that the engine writes, terminator included.
+inline std::string latin1(std::string_view text) {
+  return "\0"s + std::string(text) + "\0"s;
+}
+inline std::string unicode(std::string_view ascii) {
+  return "\1" + utf16(ascii) + "\0\0"s;
+}
+
+inline std::optional<ID3Tag> tagIn(std::string_view mp3) {
+  return Editor().read(shared(mp3));
+}
+
+/// A tag that was read, with its typed view.
+struct Reading {
+  explicit Reading(std::string_view mp3) : tag(tagIn(mp3).value()) {}
+  /// Of a tag with this one frame; the padding keeps the frame clear of the tag's last bytes.
+  Reading(int version, std::string_view id, std::string_view body)
+      : Reading(TagBytes(version).frame(id, body).padding(32).characters()) {}
+  Reading(const Reading&) = delete;
+  Reading& operator=(const Reading&) = delete;
+
+  ID3Tag tag;
+  ID3TagContentReader content{tag};
+};
+
+/// The error that the engine ends the action with, if any.
+template <class Action>
+std::optional<EngineError::Case> engineErrorOf(Action action) {
+  try {
+    action();
+  } catch (const EngineError& error) {
+    return error.value();
+  }
+  return std::nullopt;
+}
+
+/// The tag as the bytes of a file that has nothing else in it.
+inline std::string written(ID3Tag tag) {
+  return charactersOf(Editor().write(tag, platform::SharedBytes()));
+}
+
+inline const std::string jpeg = "\xFF\xD8\xFF\xE0 a photograph"s;
+inline const std::string png = "\x89PNG a drawing"s;
+
+/// A tag of the builder's version with a frame of every kind that it has, each text being its field's name.
+template <class Builder>
+ID3Tag fullTag() {
+  constexpr int version = rawValue(Builder::version);
+  const ID3FramePartOfTotal disc(1, 2);
+  const std::vector<Integer> number{Integer(0), Integer(1), Integer(2), Integer(3), Integer(4), Integer(5)};
+  Builder builder;
+  builder.title(Text("title")).album(Text("album")).albumArtist(Text("albumArtist")).artist(Text("artist"));
+  builder.composer(Text("composer")).conductor(Text("conductor")).copyright(Text("copyright"));
+  builder.contentGrouping(Text("contentGrouping")).encodedBy(Text("encodedBy")).lyricist(Text("lyricist"));
+  builder.encoderSettings(Text("encoderSettings")).mixArtist(Text("mixArtist")).subtitle(Text("subtitle"));
+  builder.publisher(Text("publisher")).initialKey(Text("initialKey"));
+  builder.originalFilename(Text("originalFilename"));
+  builder.beatsPerMinute(number[1]).lengthInMilliseconds(number[2]);
+  builder.genre({ID3Genre::rock, "Rock"}).discPosition(disc).trackPosition({3, 12});
+  builder.attachedPicture(ID3PictureType::backCover,
+                          {shared(png), ID3PictureType::backCover, ID3PictureFormat::png});
+  builder.attachedPicture(ID3PictureType::frontCover,
+                          {shared(jpeg), ID3PictureType::frontCover, ID3PictureFormat::jpeg});
+  for (const auto language : {ID3FrameContentLanguage::ita, ID3FrameContentLanguage::eng}) {
+    builder.unsynchronisedLyrics(language, {language, "l", "lyrics"});
+    builder.comment(language, {language, "c", "comment"});
+  }
+  if constexpr (version < 4) {
+    builder.sizeInBytes(number[3]).recordingYear(Integer(1977));
+    builder.recordingDayMonth({3, 12}).recordingHourMinute({9, 5});
+  } else {
+    builder.recordingDateTime(
+        ID3FrameRecordingDateTime({RecordingDate{14, 11, 2023}, RecordingTime{22, 13}}));
+  }
+  if constexpr (version > 2) {
+    builder.fileOwner(Text("fileOwner")).iTunesGrouping(Text("iTunesGrouping"));
+    builder.iTunesMovementName(Text("iTunesMovementName"));
+    builder.iTunesMovementIndex(number[4]).iTunesMovementCount(number[5]);
+    builder.iTunesPodcastCategory(Text("iTunesPodcastCategory"));
+    builder.iTunesPodcastDescription(Text("iTunesPodcastDescription"));
+    builder.iTunesPodcastID(Text("iTunesPodcastID")).iTunesPodcastKeywords(Text("iTunesPodcastKeywords"));
+  }
+  return builder.build();
+}
+
+}  // namespace tests
