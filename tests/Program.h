@@ -1,8 +1,10 @@
 #pragma once
 
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
@@ -17,13 +19,21 @@ struct Finished {
   int status = 0;
   std::string output;
   std::string error;
+  /// The most memory that the process had at once.
+  long peakKilobytes = 0;
 };
 
-/// Runs the built program with these arguments in `folder`, which is its home folder too.
-inline Finished quillmark(const std::vector<std::string>& arguments, const std::filesystem::path& folder) {
+/// Runs the built program with these arguments in `folder`, which is its home folder too. A run that does not
+/// come to an end is ended by a signal. What it prints goes to `output` where one is named, else it is
+/// collected.
+inline Finished quillmark(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
+                          std::filesystem::path output = {}) {
+  constexpr unsigned secondsToFinish = 20;
   const TemporaryFolder streams;
-  const auto output = streams.file("output", "");
+  if (output.empty()) output = streams.file("output", "");
   const auto error = streams.file("error", "");
+  // What waits in the buffers of this process must not be written by the child as well.
+  std::fflush(nullptr);
   const pid_t child = ::fork();
   if (child == -1) throw std::runtime_error("fork failed");
   if (child == 0) {
@@ -33,12 +43,18 @@ inline Finished quillmark(const std::vector<std::string>& arguments, const std::
     const bool ready = ::chdir(folder.c_str()) == 0 && ::setenv("HOME", folder.c_str(), 1) == 0 &&
                        ::freopen(output.c_str(), "w", stdout) != nullptr &&
                        ::freopen(error.c_str(), "w", stderr) != nullptr;
+    ::alarm(secondsToFinish);
     if (ready) ::execv(QUILLMARK_PROGRAM, argv.data());
     ::_exit(127);
   }
   int status = 0;
-  ::waitpid(child, &status, 0);
-  return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), contentsOf(output), contentsOf(error)};
+  struct rusage usage {};
+  ::wait4(child, &status, 0, &usage);
+  const bool isCollected = std::filesystem::is_regular_file(output);
+  return {.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
+          .output = isCollected ? contentsOf(output) : "",
+          .error = contentsOf(error),
+          .peakKilobytes = usage.ru_maxrss};
 }
 
 }  // namespace tests

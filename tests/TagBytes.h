@@ -22,9 +22,12 @@ class TagBytes {
     return frameDeclaring(body.size(), id, body, flags);
   }
   /// A text frame in ISO-8859-1.
-  TagBytes& text(std::string_view id, std::string_view content) { return frame(id, "\0"s + std::string(content)); }
+  TagBytes& text(std::string_view id, std::string_view content) {
+    return frame(id, "\0"s + std::string(content));
+  }
   /// A frame whose header tells another size than its body has.
-  TagBytes& frameDeclaring(std::uint64_t size, std::string_view id, std::string_view body, std::uint16_t flags = 0) {
+  TagBytes& frameDeclaring(std::uint64_t size, std::string_view id, std::string_view body,
+                           std::uint16_t flags = 0) {
     body_ += id;
     if (version_ == 2) {
       body_ += bigEndian(size).substr(1);

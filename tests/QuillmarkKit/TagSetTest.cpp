@@ -1,0 +1,117 @@
+#include "QuillmarkKit/model/TagSet.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/Samples.h"
+
+namespace tests {
+
+using namespace QuillmarkKit;
+namespace JSON = platform::JSON;
+
+TEST(TagFieldTest, NamesAreForgivingAboutHyphensOnly) {
+  for (const TagField field : allTagFields) {
+    EXPECT_EQ(fieldFromCliName(rawValue(field)), field);
+    EXPECT_EQ(fieldFromCliName(cliName(field)), field);
+  }
+  for (const auto name :
+       {"album-artist", "album--artist", "-album-artist", "album-artist-", "album-Artist"}) {
+    EXPECT_EQ(fieldFromCliName(name), TagField::albumArtist) << name;
+  }
+  for (const auto name :
+       {"Album", "ALBUM", "album-ARTIST", "Track-Number", "albumartist", " album", "--", ""}) {
+    EXPECT_EQ(fieldFromCliName(name), std::nullopt) << name;
+  }
+}
+
+TEST(TagSetTest, MergingMovesTheSelectedFieldAndNoOther) {
+  const TagSet full = everyField();
+  for (const TagField field : allTagFields) {
+    const TagSet alone = TagSet().merging(full, {field});
+    EXPECT_EQ(alone.populatedFields(), TagFields{field});
+    EXPECT_EQ(alone.value(field), full.value(field));
+    const TagSet cleared = full.merging(TagSet(), {field});
+    EXPECT_EQ(cleared.value(field), std::nullopt);
+    EXPECT_EQ(cleared.merging(full, {field}), full);
+  }
+}
+
+TEST(TagSetTest, NormalisingTrimsEveryText) {
+  const std::string inside = "\u200B \0\uFEFF"s;
+  const std::vector<std::pair<std::string, std::optional<std::string>>> rows{
+      {"  Kyrie\n", "Kyrie"},
+      {"   ", {}},
+      {"", {}},
+      {"\0\0"s, {}},
+      {"Gloria\0\0"s, "Gloria"},
+      {"Note \0"s, "Note "},
+      {"\0 Note"s, " Note"},
+      {inside, inside},
+      {"\r\n\t\v\f\u00A0\u2003\u3000Credo\u0085\u2028", "Credo"}};
+  for (const auto& [text, normal] : rows) {
+    SCOPED_TRACE(testing::PrintToString(text));
+    TagSet tags = everyField();
+    TagSet expected = tags;
+    for (const TagField field : allTagFields) {
+      const TextMember member = stringKeyPath(field);
+      if (member == nullptr) continue;
+      tags.*member = text;
+      expected.*member = normal;
+    }
+    EXPECT_EQ(tags.normalized(), expected);
+  }
+}
+
+TEST(TagSetTest, SummaryTellsATrackFromOthers) {
+  EXPECT_EQ(TagSet().merging(everyField(), {TagField::comment}).summary(), "No tags");
+  EXPECT_EQ(everyField().summary(),
+            "Title: the title\nArtist: the artist\nAlbum: the album\nAlbum Artist: the album-artist\n"
+            "Genre: the genre\nYear: 1971\nTrack Number: 1973\nDisc Number: 1975\nArtwork: JPEG, 9 bytes");
+}
+
+TEST(ArtworkTest, IsToldByItsSignature) {
+  EXPECT_EQ(Artwork::detecting(bytesFrom("\x89PNG\r\n\x1A\n")).value().format, Artwork::Format::png);
+  EXPECT_EQ(Artwork::detecting(bytesFrom("\xFF\xD8\xFF")).value().format, Artwork::Format::jpeg);
+  for (const auto bytes : {"\x89PNG\r\n\x1A", "\xFF\xD8", " \xFF\xD8\xFF", "GIF89a", ""}) {
+    EXPECT_EQ(Artwork::detecting(bytesFrom(bytes)), std::nullopt) << bytes;
+  }
+}
+
+TEST(TagSetJSONTest, HasAMemberForEachValue) {
+  const std::string document =
+      R"({"album":"the album","albumArtist":"the album-artist","artist":"the artist",)"
+      R"("artwork":{"data":"\/9j\/4GNvdmVy","format":"jpeg"},"bpm":1972,"comment":"the comment",)"
+      R"("composer":"the composer","conductor":"the conductor","copyright":"the copyright",)"
+      R"("discNumber":1975,"discTotal":1976,"encodedBy":"the encoded-by","fileOwner":"the file-owner",)"
+      R"("genre":"the genre","grouping":"the grouping","initialKey":"the initial-key",)"
+      R"("lyricist":"the lyricist","lyrics":"the lyrics","publisher":"the publisher",)"
+      R"("subtitle":"the subtitle","title":"the title","trackNumber":1973,"trackTotal":1974,"year":1971})";
+  EXPECT_EQ(JSON::print(encodeTagSet(everyField()), JSON::Layout::compact), document);
+  EXPECT_EQ(decodeTagSet(JSON::parse(document), "tags"), everyField());
+}
+
+TEST(TagSetJSONTest, TakesTextsAndNumbersAsTheyStand) {
+  TagSet expected;
+  expected.title = "";
+  expected.comment = " \n";
+  expected.year = INT64_MIN;
+  expected.bpm = 120;
+  const auto document =
+      R"({"year":-9223372036854775808,"bpm":1.2e2,"title":"","comment":" \n","mood":"calm",)"
+      R"("genre":null,"discTotal":null,"artwork":null})";
+  EXPECT_EQ(decodeTagSet(JSON::parse(document), "tags"), expected);
+}
+
+TEST(TagSetJSONTest, RefusesWhatIsNotAFieldsValue) {
+  for (const auto document :
+       {R"([])", R"({"title":1})", R"({"title":{}})", R"({"year":"1977"})", R"({"year":19.77})",
+        R"({"year":9223372036854775808})", R"({"year":true})", R"({"artwork":"\/9j\/"})",
+        R"({"artwork":{"data":"\/9j\/"}})", R"({"artwork":{"format":"png"}})",
+        R"({"artwork":{"data":null,"format":"png"}})", R"({"artwork":{"data":"\/9j\/","format":"JPEG"}})",
+        R"({"artwork":{"data":"\/9j","format":"jpeg"}})",
+        R"({"artwork":{"data":"\/9j\/ ","format":"png"}})"}) {
+    EXPECT_THROW(decodeTagSet(JSON::parse(document), "tags"), JSON::DecodingError) << document;
+  }
+}
+
+}  // namespace tests

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <exception>
+#include <ostream>
+#include <string>
+#include <string_view>
+
+#include "QuillmarkKit/model/TagSet.h"
+#include "QuillmarkKit/model/TagSetJSON.h"
+#include "platform/JSON.h"
+#include "tests/TagBytes.h"
+
+namespace QuillmarkKit {
+
+inline void PrintTo(const TagSet& tags, std::ostream* out) {
+  *out << platform::JSON::print(encodeTagSet(tags), platform::JSON::Layout::compact);
+}
+
+}  // namespace QuillmarkKit
+
+namespace tests {
+
+inline platform::Bytes bytesFrom(std::string_view characters) {
+  return {characters.begin(), characters.end()};
+}
+
+/// A v2.3 frame.
+inline std::string frame(std::string_view id, std::string_view body, std::uint16_t flags = 0) {
+  return TagBytes(3).frame(id, body, flags).characters().substr(10);
+}
+
+/// A v2.3 text frame in ISO-8859-1.
+inline std::string text(std::string_view id, std::string_view content) {
+  return frame(id, "\0"s + std::string(content));
+}
+
+/// A v2.3 tag of these frames and the audio behind it.
+inline std::string track(std::string_view frames, std::size_t padding = 0) {
+  return TagBytes(3).raw(frames).padding(padding).characters() + audio();
+}
+
+/// A tag set with a value of its own for every field.
+inline QuillmarkKit::TagSet everyField() {
+  QuillmarkKit::TagSet tags;
+  std::int64_t number = 1970;
+  for (const auto field : QuillmarkKit::allTagFields) {
+    if (const auto text = stringKeyPath(field)) tags.*text = "the " + std::string(cliName(field));
+    if (const auto integer = integerKeyPath(field)) tags.*integer = ++number;
+  }
+  tags.artwork =
+      QuillmarkKit::Artwork::detecting(bytesFrom("\xFF\xD8\xFF\xE0"
+                                                 "cover"));
+  return tags;
+}
+
+/// What the error says that the operation throws; nothing when it throws none.
+template <class Operation>
+std::string messageOf(Operation operation) {
+  try {
+    operation();
+  } catch (const std::exception& error) {
+    return error.what();
+  }
+  return {};
+}
+
+}  // namespace tests

@@ -1,0 +1,121 @@
+#include <gtest/gtest.h>
+
+#include "tests/Program.h"
+
+namespace tests {
+
+namespace {
+
+const std::string usage = R"(quillmark — read and write ID3 tags on MP3 files.
+
+USAGE
+  quillmark read  [--json] <files...>
+  quillmark copy  <file>
+  quillmark paste [--all | --fields <a,b>] [--dry-run] <files...>
+  quillmark apply --from <file> [--all | --fields <a,b>] [--dry-run] <files...>
+  quillmark set   [--<field> <value>]... [--clear <a,b>] [--dry-run] <files...>
+  quillmark fields
+
+FIELD SELECTION
+  By default paste and apply copy album identity only — album, artist, genre,
+  year, disc, artwork and friends — leaving each file's own title and track
+  number alone. Pass --all for a full clone, or --fields to name your own.
+
+EXAMPLES
+  quillmark read track.mp3
+  quillmark copy "01 Kyrie.mp3" && quillmark paste *.mp3
+  quillmark apply --from "01 Kyrie.mp3" --all "02 Gloria.mp3"
+  quillmark set --artist "Väskelund" --year 1977 --clear comment *.mp3
+  quillmark set --artwork cover.jpg *.mp3
+
+Tags are written as ID3v2.3. Files are rewritten atomically and keep their
+original modification date.
+)";
+
+const std::string fieldList = R"(Field names (use with --fields, or as flags for 'set'):
+
+  * album         Album
+  * album-artist  Album Artist
+  * artist        Artist
+  * artwork       Artwork
+    bpm           BPM
+    comment       Comment
+    composer      Composer
+    conductor     Conductor
+  * copyright     Copyright
+  * disc-number   Disc Number
+  * disc-total    Disc Total
+    encoded-by    Encoded By
+    file-owner    File Owner
+  * genre         Genre
+    grouping      Grouping
+    initial-key   Initial Key
+    lyricist      Lyricist
+    lyrics        Lyrics
+  * publisher     Publisher
+    subtitle      Subtitle
+    title         Title
+    track-number  Track Number
+  * track-total   Track Total
+  * year          Year
+
+  * included in the default paste (album identity)
+)";
+
+}  // namespace
+
+TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
+  struct Row {
+    std::vector<std::string> arguments;
+    int status;
+    std::string output;
+    std::string error;
+  };
+  const std::string noSource = "quillmark: apply needs --from <file>.\n";
+  const auto unknownField = [](const std::string& name) {
+    return "quillmark: Unknown field '" + name + "'. Run 'quillmark fields' for the list.\n";
+  };
+  const std::string noFiles = "quillmark: No files given.\n";
+  for (const Row& row : std::vector<Row>{
+           {{}, 0, usage, ""},
+           {{"help", "READ"}, 0, usage, ""},
+           {{"--help"}, 0, usage, ""},
+           {{"-h"}, 0, usage, ""},
+           {{"READ"}, 1, usage, "quillmark: Unknown command 'READ'.\n\n"},
+           {{""}, 1, usage, "quillmark: Unknown command ''.\n\n"},
+           {{"fields", "--json", "x"}, 0, fieldList, ""},
+           {{"read"}, 1, "", noFiles},
+           {{"read", "--json", "--x.mp3"}, 1, "", noFiles},
+           {{"apply"}, 1, "", noSource},
+           {{"apply", "--from=x.mp3", "x.mp3"}, 1, "", noSource},
+           {{"apply", "--fields", "--from", "x.mp3"}, 1, "", noSource},
+           {{"apply", "x.mp3", "--from"}, 1, "", "quillmark: --from needs a value.\n"},
+           {{"apply", "--from", "x.mp3", "--fields"}, 1, "", "quillmark: --fields needs a value.\n"},
+           {{"apply", "--fields", "mood", "--from", "x.mp3"}, 1, "", noFiles},
+           {{"apply", "--from", "x", "--fields", "album, Year ", "y"}, 1, "", unknownField("Year")},
+           {{"apply", "--from", "x", "--fields", "album\n", "y"}, 1, "", unknownField("album\n")},
+           {{"apply", "--from", "x", "--fields", "album,\u00A0", "y"}, 1, "", unknownField("")},
+       }) {
+    SCOPED_TRACE(testing::PrintToString(row.arguments));
+    const TemporaryFolder folder;
+    const Finished run = quillmark(row.arguments, folder.path());
+    EXPECT_EQ(run.status, row.status);
+    EXPECT_EQ(run.output, row.output);
+    EXPECT_EQ(run.error, row.error);
+    EXPECT_EQ(folder.entryCount(), 0);
+  }
+}
+
+TEST(CommandLineTest, SaysWhenItsOutputCannotBeWritten) {
+  const TemporaryFolder folder;
+  for (const char* command : {"fields", "help", "unknown"}) {
+    SCOPED_TRACE(command);
+    const Finished run = quillmark({command}, folder.path(), "/dev/full");
+    EXPECT_EQ(run.status, 1);
+    const std::string lastLine = "quillmark: The output could not be written: No space left on device.\n";
+    EXPECT_TRUE(run.error.ends_with(lastLine)) << run.error;
+    EXPECT_EQ(run.error.find(lastLine), run.error.rfind("quillmark: "));
+  }
+}
+
+}  // namespace tests
