@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include "platform/Pasteboard.h"
+#include "tests/FileState.h"
+#include "tests/Program.h"
+#include "tests/Samples.h"
+
+namespace tests {
+
+namespace {
+
+const std::string nothingThere =
+    "quillmark: No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first.\n";
+
+class ClipboardCommandsTest : public testing::Test {
+ protected:
+  const TemporaryFolder folder;
+  const std::filesystem::path source =
+      folder.file("01.mp3", track(text("TIT2", "Kyrie") + text("TALB", "Mass") + text("TYER", "1977"), 64));
+  const std::filesystem::path target = folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
+  const std::filesystem::path state = folder.path() / ".local/state/quillmark";
+
+  Finished run(const std::vector<std::string>& words) const { return quillmark(words, folder.path()); }
+  void putDocument(std::string_view document) const {
+    platform::Pasteboard pasteboard(folder.path());
+    pasteboard.declareTypes({"org.quillmark.tagset"});
+    ASSERT_TRUE(pasteboard.setString(document, "org.quillmark.tagset"));
+  }
+};
+
+mode_t modeOf(const std::filesystem::path& file) {
+  struct stat attributes {};
+  return ::stat(file.c_str(), &attributes) == 0 ? attributes.st_mode & 07777 : 0;
+}
+
+}  // namespace
+
+TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
+  const Finished copied = run({"copy", "01.mp3", "ignored.mp3"});
+  EXPECT_EQ(copied.output, "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n");
+  EXPECT_EQ(copied.error + std::to_string(copied.status), "0");
+  EXPECT_EQ(modeOf(state), 0700U);
+  EXPECT_EQ(modeOf(state / "pasteboard"), 0600U);
+
+  EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).output,
+            "would     02.mp3\n\nwould change 1, unchanged 0, failed 0\n");
+  EXPECT_EQ(run({"paste", "--fields", "year", "02.mp3"}).status, 0);
+  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Year   1977\n");
+  EXPECT_EQ(run({"paste", "02.mp3"}).status, 0);
+  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Album  Mass\n  Year   1977\n");
+  EXPECT_EQ(run({"paste", "--all", "02.mp3"}).status, 0);
+  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Kyrie\n  Album  Mass\n  Year   1977\n");
+
+  folder.file("empty.mp3", audio());
+  EXPECT_EQ(run({"copy", "empty.mp3"}).output, "Copied tags from empty.mp3.\n  No tags\n");
+  EXPECT_EQ(run({"paste", "--fields", "album", "02.mp3"}).status, 0);
+  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Kyrie\n  Year   1977\n");
+}
+
+TEST_F(ClipboardCommandsTest, CheckInOrder) {
+  EXPECT_EQ(run({"copy"}).error, "quillmark: No files given.\n");
+  EXPECT_EQ(run({"copy", "nope.mp3"}).error, "quillmark: nope.mp3 could not be read.\n");
+  EXPECT_EQ(run({"paste", "--fields", "mood"}).error, "quillmark: No files given.\n");
+  EXPECT_EQ(run({"paste", "--fields", "mood", "02.mp3"}).error, nothingThere);
+  putDocument(R"({"version":1,"tags":{}})");
+  const Finished unknown = run({"paste", "--fields", "mood", "02.mp3"});
+  EXPECT_EQ(unknown.error, "quillmark: Unknown field 'mood'. Run 'quillmark fields' for the list.\n");
+  EXPECT_EQ(unknown.status, 1);
+}
+
+TEST_F(ClipboardCommandsTest, ReadsDocumentsOfOthers) {
+  const std::string unreadable = "quillmark: The tags on the clipboard cannot be read: ";
+  struct Row {
+    std::string document;
+    std::string error;
+  };
+  for (const Row& row : std::vector<Row>{
+           {R"({"version":1,"tags":{"year":1977.0,"mood":[{}]},"extra":null})", ""},
+           {R"({"tags":{"year":3,"year":1.977e3,"title":null},"version":-1})", ""},
+           {R"({"version":0,"tags":{"year":1977}})", ""},
+           {R"({"version":2,"tags":{}})",
+            "quillmark: These tags were copied by a newer version of Quillmark (format 2).\n"},
+           {R"({"version":99999999999999999999,"tags":{}})",
+            unreadable +
+                "\"version\" should be a whole number of at most 64 bits but is 99999999999999999999.\n"},
+           {R"({"tags":{}})", unreadable + "\"document\" has no member \"version\".\n"},
+           {R"({"version":1,"tags":null})", unreadable + "\"tags\" should be an object but is null.\n"},
+           {R"({"version":1,"tags":{"year":"1977"}})",
+            unreadable + "\"tags.year\" should be a number but is a text.\n"},
+           {R"({"version":1,"tags":{"artwork":{"data":"/9j/4A","format":"jpeg"}}})",
+            unreadable + "\"tags.artwork.data\" is not base64.\n"},
+           {R"({"version":1,"tags":{"artwork":{"data":"/9j/","format":"JPEG"}}})",
+            unreadable + "\"tags.artwork.format\" is neither \"jpeg\" nor \"png\".\n"},
+           {std::string(100000, '['), unreadable + "values nested more than 512 deep.\n"},
+       }) {
+    SCOPED_TRACE(row.document.substr(0, 80));
+    folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
+    putDocument(row.document);
+    const Finished pasted = run({"paste", "--fields", "year", "02.mp3"});
+    EXPECT_EQ(pasted.error, row.error);
+    EXPECT_EQ(pasted.status, row.error.empty() ? 0 : 1);
+    EXPECT_EQ(run({"read", "02.mp3"}).output,
+              row.error.empty() ? "  Title  Gloria\n  Year   1977\n" : "  Title  Gloria\n");
+  }
+}
+
+TEST_F(ClipboardCommandsTest, TakeADamagedOrForeignStoreForAnEmptyOne) {
+  ASSERT_EQ(run({"copy", "01.mp3"}).status, 0);
+  const std::string stored = contentsOf(state / "pasteboard");
+  const std::string document = stored.substr(stored.find('{'));
+  for (const std::string& bytes :
+       {std::string(), stored.substr(0, stored.size() / 2), stored.substr(1), document, stored + "more",
+        "quillmark pasteboard 1\norg.quillmark.tagset\n-1\n"s + document,
+        "quillmark pasteboard 1\norg.quillmark.tagset\n99999999\n"s + document}) {
+    SCOPED_TRACE(bytes.substr(0, 60));
+    folder.file(".local/state/quillmark/pasteboard", bytes);
+    EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
+  }
+
+  // A link is not followed, to read nor to write, and what a crashed writer left does not matter.
+  std::filesystem::remove(state / "pasteboard");
+  const auto planted = folder.file("planted", stored);
+  std::filesystem::create_symlink(planted, state / "pasteboard");
+  EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
+  std::filesystem::create_symlink(planted, state / "pasteboard.unfinished");
+  ASSERT_EQ(run({"copy", "02.mp3"}).status, 0);
+  EXPECT_EQ(contentsOf(planted), stored);
+  EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).error, "");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(state), {}), 2);
+
+  if (::geteuid() != 0) return;
+  ASSERT_EQ(::chown((state / "pasteboard").c_str(), 65534, 65534), 0);
+  EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
+  ASSERT_EQ(::chown(state.c_str(), 65534, 65534), 0);
+  EXPECT_NE(run({"copy", "01.mp3"}).error, "");
+}
+
+}  // namespace tests
