@@ -33,8 +33,8 @@ class ID3TagEditor {
 
   /// Writes the audio of the file `to` behind the new tag, into the file `andSaveTo` or, when that is absent,
   /// in the place of `to`, which is then either as it was or complete. The audio does not pass through
-  /// memory. The tag's size property becomes the new tag's. `revise` may replace the tag's bytes before they
-  /// are written. Throws ID3TagEditorError (any of them) before a file is touched, and platform::FileError.
+  /// memory. The tag's size property becomes the new tag's. `revise` may replace the tag's bytes after
+  /// that, before they are written. Throws ID3TagEditorError (any of them) before a file is touched, and platform::FileError.
   void write(ID3Tag& tag, const std::filesystem::path& to,
              const std::optional<std::filesystem::path>& andSaveTo = std::nullopt,
              const TagRevision& revise = nullptr) const;

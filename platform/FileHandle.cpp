@@ -28,34 +28,36 @@ auto retrying(Call call) {
 
 }  // namespace
 
-FileHandle::FileHandle(std::filesystem::path path, int flags, std::string_view failure)
-    : path_(std::move(path)), failure_(failure) {
-  descriptor_ = retrying([&] { return ::open(path_.c_str(), flags | O_CLOEXEC, 0666); });
-  if (descriptor_ == -1) throw FileError(path_, failure_, errno);
+FileHandle::FileHandle(std::filesystem::path path, std::string_view failure, int descriptor)
+    : path_(std::move(path)), failure_(failure), descriptor_(descriptor) {
 }
 
 FileHandle::FileHandle(std::filesystem::path file, int descriptor)
-    : path_(std::move(file)), failure_(FileError::notWritten), descriptor_(descriptor) {
+    : FileHandle(std::move(file), FileError::notWritten, descriptor) {
   loadAttributes();
 }
 
-FileHandle FileHandle::forReading(const std::filesystem::path& file) {
-  // Without O_NONBLOCK, opening a pipe would wait for a writer.
-  FileHandle handle(file, O_RDONLY | O_NONBLOCK, FileError::notRead);
+FileHandle FileHandle::open(const std::filesystem::path& file, int flags, std::string_view failure) {
+  // Without O_NONBLOCK, opening a pipe would wait for its other end.
+  const int descriptor = retrying([&] { return ::open(file.c_str(), flags | O_NONBLOCK | O_CLOEXEC, 0666); });
+  if (descriptor == -1) throw FileError(file, failure, errno);
+  FileHandle handle(file, failure, descriptor);
   handle.loadAttributes();
-  if (S_ISDIR(handle.attributes_.st_mode)) throw FileError(file, FileError::notRead, "it is a folder");
-  if (!S_ISREG(handle.attributes_.st_mode)) {
-    throw FileError(file, FileError::notRead, "it is not a regular file");
-  }
+  if (S_ISDIR(handle.attributes_.st_mode)) throw FileError(file, failure, "it is a folder");
+  if (!S_ISREG(handle.attributes_.st_mode)) throw FileError(file, failure, "it is not a regular file");
   return handle;
 }
 
+FileHandle FileHandle::forReading(const std::filesystem::path& file) {
+  return open(file, O_RDONLY, FileError::notRead);
+}
+
 FileHandle FileHandle::forWriting(const std::filesystem::path& file) {
-  return {file, O_WRONLY | O_CREAT | O_TRUNC, FileError::notWritten};
+  return open(file, O_WRONLY | O_CREAT | O_TRUNC, FileError::notWritten);
 }
 
 FileHandle FileHandle::forFinishing(const std::filesystem::path& file) {
-  return {file, O_RDONLY | O_NOFOLLOW, FileError::notWritten};
+  return open(file, O_RDONLY | O_NOFOLLOW, FileError::notWritten);
 }
 
 FileHandle::FileHandle(FileHandle&& other) noexcept
@@ -93,6 +95,14 @@ std::size_t FileHandle::readOnto(Bytes& bytes, std::size_t count) {
   return came;
 }
 
+void FileHandle::readExactlyOnto(Bytes& bytes, std::size_t count) {
+  if (readOnto(bytes, count) != count) failForEndingEarly();
+}
+
+void FileHandle::failForEndingEarly() const {
+  throw FileError(path_, FileError::notRead, "it has become shorter meanwhile");
+}
+
 Bytes FileHandle::read(std::size_t count) {
   Bytes bytes;
   readOnto(bytes, count);
@@ -113,22 +123,29 @@ void FileHandle::write(ByteView bytes) {
   }
 }
 
-void FileHandle::copyInsideKernel(const FileHandle& source) const {
-  ssize_t count = 0;
-  do {
-    count = retrying([&] {
+/// Gives the bytes that were copied.
+std::uint64_t FileHandle::copyInsideKernel(const FileHandle& source) const {
+  std::uint64_t copied = 0;
+  for (;;) {
+    const ssize_t count = retrying([&] {
       return ::copy_file_range(source.descriptor_, nullptr, descriptor_, nullptr, kernelChunkSize, 0);
     });
-  } while (count > 0);
+    if (count <= 0) return copied;
+    copied += static_cast<std::uint64_t>(count);
+  }
 }
 
 void FileHandle::copy(FileHandle& source, std::uint64_t offset) {
   source.seek(offset);
-  copyInsideKernel(source);
+  std::uint64_t position = offset + copyInsideKernel(source);
   // Where the kernel cannot copy, or stops early, both positions stand at the first byte not yet copied. What
   // is really wrong with either file shows itself here again.
   std::array<std::uint8_t, copyChunkSize> chunk;
-  while (const std::size_t count = source.readInto(chunk)) write(ByteView(chunk).first(count));
+  while (const std::size_t count = source.readInto(chunk)) {
+    write(ByteView(chunk).first(count));
+    position += count;
+  }
+  if (position < source.size()) source.failForEndingEarly();
 }
 
 void FileHandle::synchronise() {

@@ -16,7 +16,7 @@ class FileHandle {
  public:
   /// Opens a regular file for reading. A folder, a pipe or a device is refused, and never waited for.
   static FileHandle forReading(const std::filesystem::path& file);
-  /// Creates a file, or empties an existing one, for writing.
+  /// Creates a regular file, or empties an existing one, for writing.
   static FileHandle forWriting(const std::filesystem::path& file);
 
   /// Takes over a descriptor, -1 as one that could not be opened. Errors name `file`.
@@ -38,11 +38,13 @@ class FileHandle {
   Bytes read(std::size_t count);
   /// The same, put behind the bytes that are there. Gives how many came.
   std::size_t readOnto(Bytes& bytes, std::size_t count);
+  /// The same, when the file must have as many: FileError when it ends before.
+  void readExactlyOnto(Bytes& bytes, std::size_t count);
   void seek(std::uint64_t offset);
   /// Writes all bytes at the current position.
   void write(ByteView bytes);
   /// Writes all of `source` from `offset` to its end at the current position, inside the kernel where the
-  /// file systems can do that.
+  /// file systems can do that. A source that has become shorter since it was opened is an error.
   void copy(FileHandle& source, std::uint64_t offset);
   /// Waits until what was written has reached the disk.
   void synchronise();
@@ -50,10 +52,12 @@ class FileHandle {
   void close();
 
  private:
-  FileHandle(std::filesystem::path path, int flags, std::string_view failure);
+  FileHandle(std::filesystem::path path, std::string_view failure, int descriptor);
+  static FileHandle open(const std::filesystem::path& file, int flags, std::string_view failure);
   void loadAttributes();
+  [[noreturn]] void failForEndingEarly() const;
   std::size_t readInto(std::span<std::uint8_t> buffer);
-  void copyInsideKernel(const FileHandle& source) const;
+  std::uint64_t copyInsideKernel(const FileHandle& source) const;
 
   std::filesystem::path path_;
   std::string_view failure_;

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <climits>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -42,14 +43,33 @@ void check(const path& item, ssize_t result) {
   if (result == -1) throw FileError(item, FileError::notWritten, errno);
 }
 
+bool isUnsupported(int code) {
+  return code == EOPNOTSUPP || code == ENOSYS;
+}
+
+/// What a system says that does not let the user, or anybody, give files away.
+bool mayNotChangeOwner(int code) {
+  return code == EPERM || code == EACCES || code == EINVAL || isUnsupported(code);
+}
+
 /// The replacement gets the target's owner and group as far as the user may give them away.
 bool keepsOwner(const path& target, const FileHandle& replacement, const struct stat& attributes) {
-  const int descriptor = replacement.descriptor();
-  if (::fchown(descriptor, attributes.st_uid, attributes.st_gid) == 0) return true;
-  if (errno != EPERM) check(target, -1);
-  if (::fchown(descriptor, static_cast<uid_t>(-1), attributes.st_gid) == -1 && errno != EPERM)
+  constexpr auto same = static_cast<uid_t>(-1);
+  const struct stat& own = replacement.attributes();
+  if (own.st_uid == attributes.st_uid && own.st_gid == attributes.st_gid) return true;
+  if (::fchown(replacement.descriptor(), attributes.st_uid, attributes.st_gid) == 0) return true;
+  if (!mayNotChangeOwner(errno)) check(target, -1);
+  if (::fchown(replacement.descriptor(), same, attributes.st_gid) == -1 && !mayNotChangeOwner(errno)) {
     check(target, -1);
+  }
   return false;
+}
+
+void setMode(const path& target, const FileHandle& replacement, mode_t mode) {
+  struct stat now {};
+  check(target, ::fstat(replacement.descriptor(), &now));
+  // Where files have no modes of their own, there is nothing to set and no leave to.
+  if ((now.st_mode & 07777U) != mode) check(target, ::fchmod(replacement.descriptor(), mode));
 }
 
 /// What a call like listxattr gives that tells the size of its answer when it is not given room for it;
@@ -71,20 +91,21 @@ std::optional<std::string> answerOfUnknownSize(Call call) {
   }
 }
 
-/// Attributes that belong to the system may be out of the user's reach; the user's own must not get lost.
+/// Attributes that belong to the system may be out of the user's reach; the user's own, and who may use the
+/// file, must not get lost.
 bool mayBeRefused(std::string_view name, int code) {
-  return !name.starts_with("user.") &&
-         (code == EPERM || code == EACCES || code == EOPNOTSUPP || code == EINVAL);
+  return !name.starts_with("user.") && name != accessControlList &&
+         (code == EPERM || code == EACCES || code == EINVAL || isUnsupported(code));
 }
 
 void copyExtendedAttributes(const path& target, const FileHandle& replacement) {
   // A default list of the folder must not widen who may use the file.
   const int removed = ::fremovexattr(replacement.descriptor(), accessControlList);
-  if (removed == -1 && errno != ENODATA && errno != EOPNOTSUPP) check(target, removed);
+  if (removed == -1 && errno != ENODATA && !isUnsupported(errno)) check(target, removed);
 
   const auto names = answerOfUnknownSize(
       [&](char* buffer, std::size_t size) { return ::listxattr(target.c_str(), buffer, size); });
-  if (!names && errno == EOPNOTSUPP) return;
+  if (!names && isUnsupported(errno)) return;
   if (!names) check(target, -1);
   // Each name is ended by a zero byte.
   for (std::size_t at = 0; at < names->size();) {
@@ -102,15 +123,26 @@ void copyExtendedAttributes(const path& target, const FileHandle& replacement) {
 }  // namespace
 
 ItemReplacementDirectory::ItemReplacementDirectory(const std::filesystem::path& file) {
+  std::filesystem::path folder = resolved(file).parent_path();
   // The name does not grow with the file's: a file whose name is as long as names can be has room beside it.
-  std::string name = (resolved(file).parent_path() / ".quillmark-XXXXXX").native();
-  if (::mkdtemp(name.data()) == nullptr) throw FileError(file, FileError::notWritten, errno);
-  path_ = name;
+  constexpr std::string_view name = ".quillmark-XXXXXX";
+  if (folder.native().size() + name.size() + file.filename().native().size() + 3 > PATH_MAX) {
+    // A path that is as long as paths can be has not; by way of its open folder, it is a short one.
+    folder_ = ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    folder = "/proc/self/fd/" + std::to_string(folder_);
+  }
+  std::string path = (folder / name).native();
+  const bool isMade = ::mkdtemp(path.data()) != nullptr;
+  const int failure = errno;
+  if (!isMade && folder_ != -1) ::close(folder_);
+  if (!isMade) throw FileError(file, FileError::notWritten, failure);
+  path_ = path;
 }
 
 ItemReplacementDirectory::~ItemReplacementDirectory() {
   std::error_code ignored;
   std::filesystem::remove_all(path_, ignored);
+  if (folder_ != -1) ::close(folder_);
 }
 
 namespace FileManager {
@@ -123,7 +155,7 @@ void replaceItem(const path& target, const path& replacement) {
     // Bits that lend the owner's rights must not lend another one's.
     const mode_t kept = keepsOwner(target, handle, attributes) ? 07777U : 0777U;
     copyExtendedAttributes(real, handle);
-    check(target, ::fchmod(handle.descriptor(), attributes.st_mode & kept));
+    setMode(target, handle, attributes.st_mode & kept);
   } else if (errno != ENOENT) {
     check(target, -1);
   }
@@ -152,10 +184,11 @@ void setModificationDate(const path& file, timespec date) {
   ::utimensat(AT_FDCWD, file.c_str(), times.data(), 0);
 }
 
-void createDirectories(const path& directory) {
+void createDirectoriesAbove(const path& file) {
+  if (!file.has_parent_path()) return;
   std::error_code failure;
-  std::filesystem::create_directories(directory, failure);
-  if (failure) throw FileError(directory, "could not be created", failure.value());
+  std::filesystem::create_directories(file.parent_path(), failure);
+  if (failure) throw FileError(file, FileError::notWritten, failure.value());
 }
 
 Bytes contents(const path& file, std::uint64_t limit) {

@@ -25,6 +25,8 @@ class ItemReplacementDirectory {
 
  private:
   std::filesystem::path path_;
+  /// The open folder above, where the path needs it; else -1.
+  int folder_ = -1;
 };
 
 /// What the program asks of the file system beyond open files.
@@ -46,8 +48,8 @@ void setModificationDate(const std::filesystem::path& file, timespec date);
 /// `replaceItem` does it, or becomes a new file; when anything fails, `file` is as it was. Throws FileError.
 void writeAtomically(const std::filesystem::path& file, const std::function<void(FileHandle&)>& writing);
 
-/// Creates `directory` and every missing one above it. Throws FileError.
-void createDirectories(const std::filesystem::path& directory);
+/// Creates every missing folder above `file`. Throws FileError, which names `file`.
+void createDirectoriesAbove(const std::filesystem::path& file);
 
 /// A regular file's bytes, its first `limit` where it has more. Throws FileError.
 Bytes contents(const std::filesystem::path& file, std::uint64_t limit);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstdint>
 #include <exception>
 #include <map>
@@ -30,7 +31,9 @@ struct Number {
 class Value {
  public:
   Value() = default;
-  Value(bool value) : value_(value) {}
+  // Only a bool: whatever else turns into one, such as the address of a text, is a mistake.
+  template <std::same_as<bool> Bool>
+  Value(Bool value) : value_(value) {}
   Value(std::int64_t value) : value_(Number{std::to_string(value)}) {}
   Value(Number value) : value_(std::move(value)) {}
   Value(std::string value) : value_(std::move(value)) {}

@@ -31,11 +31,13 @@ class ValueBuilder {
   bool end_array() { return close(); }
 
   bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) {
-    // "[json.exception.parse_error.101] parse error at line 1, column 9: syntax error ..."
-    std::string_view text = error.what();
+    // "[json.exception.parse_error.101] parse error at line 1, column 9: syntax error ...; last read: '...'".
+    // What was read last may be a whole picture.
+    const std::string_view text = error.what();
     const std::size_t place = text.find("at line");
-    text.remove_prefix(place != std::string_view::npos ? place : text.find("] ") + 2);
-    throw DecodingError("not valid JSON " + std::string(text));
+    if (place == std::string_view::npos) throw DecodingError("a number in it is out of range");
+    throw DecodingError("not valid JSON " +
+                        std::string(text.substr(place, text.find("; last read") - place)));
   }
 
  private:

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -27,23 +26,32 @@ class Pasteboard {
 
   /// Starts new content without any types.
   void clearContents();
-  /// Tells the types in which the new content will be given.
+  /// Tells the types in which the new content will be given, in their order. A type's name is one line.
   void declareTypes(const std::vector<std::string>& types);
   /// Gives the new content in a declared type. The last of the declared types stores it: false means that it
-  /// could not be stored and that the pasteboard is empty instead. Throws FileError when it could not even be
-  /// emptied.
+  /// could not be stored, for the reason in `failure()`, and that the pasteboard is empty instead. Throws
+  /// FileError when it could not even be emptied.
   bool setData(ByteView data, std::string_view forType);
   bool setString(std::string_view string, std::string_view forType);
+  /// Why the content could not be stored, as a line for people.
+  const std::string& failure() const { return failure_; }
 
   /// What is on the pasteboard in that type, or nothing.
   std::optional<Bytes> data(std::string_view forType) const;
 
  private:
-  bool store() const;
+  struct TypedData {
+    std::string type;
+    std::optional<Bytes> data;
+  };
+
+  bool store();
+  void replaceStore(int folder) const;
 
   std::filesystem::path home_;
-  /// The new content: the declared types and, where they have been given, their data.
-  std::map<std::string, std::optional<Bytes>, std::less<>> content_;
+  /// The new content: the declared types in their order and, where they have been given, their data.
+  std::vector<TypedData> content_;
+  std::string failure_;
 };
 
 }  // namespace platform

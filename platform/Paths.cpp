@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <optional>
+#include <system_error>
 
 namespace platform {
 
@@ -38,7 +39,11 @@ std::string expandingTilde(std::string_view path) {
 std::filesystem::path fileLocation(std::string_view word) {
   const std::filesystem::path location = expandingTilde(word);
   // An empty word names no file, and must not come to name the folder.
-  return location.empty() ? location : std::filesystem::absolute(location);
+  if (location.empty()) return location;
+  std::error_code failure;
+  std::filesystem::path absolute = std::filesystem::absolute(location, failure);
+  // In a folder that is gone, the name alone will tell what cannot be read.
+  return failure ? location : absolute;
 }
 
 }  // namespace platform

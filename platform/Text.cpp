@@ -35,6 +35,8 @@ bool isWhiteSpace(char32_t character) {
 
 template <class Predicate>
 std::string_view trimming(std::string_view text, Predicate isTrimmed) {
+  // Words of the command line come by here before anybody knows whether they are text.
+  if (!isValidUTF8(text)) return text;
   while (!text.empty()) {
     const Character first = firstCharacter(text);
     if (!isTrimmed(first.value)) break;

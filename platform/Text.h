@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/Bytes.h"
 
@@ -26,6 +27,8 @@ bool isValidUTF8(std::string_view bytes);
 std::optional<Bytes> toLatin1(std::string_view text);
 /// FF FE, then little-endian units.
 Bytes toUTF16WithMark(std::string_view text);
+
+// The three that trim leave bytes that are no text as they are.
 
 /// Without the characters of the Unicode property White_Space at both ends.
 std::string_view trimmingWhiteSpace(std::string_view text);

@@ -3,13 +3,14 @@
 namespace quillmark {
 
 Arguments::Arguments(Words words, const std::set<std::string_view>& valueTaking) {
-  positional.reserve(words.size());
+  std::size_t positionalCount = 0;
   for (std::size_t i = 0; i < words.size(); ++i) {
-    if (!words[i].starts_with("--")) {
-      positional.push_back(words[i]);
+    const std::string_view word = words[i];
+    if (!word.starts_with("--")) {
+      words[positionalCount++] = words[i];
       continue;
     }
-    const std::string_view name = words[i].substr(2);
+    const std::string_view name = word.substr(2);
     if (!valueTaking.contains(name)) {
       flags.insert(name);
       continue;
@@ -18,6 +19,7 @@ Arguments::Arguments(Words words, const std::set<std::string_view>& valueTaking)
     std::erase_if(options, [&](const auto& option) { return option.first == name; });
     options.emplace_back(name, words[i]);
   }
+  positional = words.first(positionalCount);
 }
 
 std::optional<std::string_view> Arguments::option(std::string_view name) const {

@@ -11,8 +11,8 @@
 
 namespace quillmark {
 
-/// Words of the command line; they live as long as the process.
-using Words = std::span<const std::string_view>;
+/// Words of the command line where the system has put them: ten thousand file names need no second place.
+using Words = std::span<char*>;
 
 /// A word that takes a value but is the last one.
 class ArgumentError : public std::exception {
@@ -33,7 +33,8 @@ class ArgumentError : public std::exception {
 /// takes a value for them, or else flags; all others are positional. Nothing is refused for being unknown,
 /// and nothing ends the options.
 struct Arguments {
-  /// Throws ArgumentError. What follows an option's name is its value, whatever it looks like.
+  /// Throws ArgumentError. What follows an option's name is its value, whatever it looks like. The positional
+  /// words are moved to the front of `words`.
   Arguments(Words words, const std::set<std::string_view>& valueTaking);
 
   /// The option's value, the last one when it was given more than once.
@@ -43,7 +44,7 @@ struct Arguments {
   std::set<std::string_view> flags;
   /// Names and values, each name once, in the order in which they were last given.
   std::vector<std::pair<std::string_view, std::string_view>> options;
-  std::vector<std::string_view> positional;
+  Words positional;
 };
 
 }  // namespace quillmark

@@ -35,6 +35,8 @@ void list(const TagSet& tags, StandardOutput& output) {
 void readAsText(Words paths, const TagStore& store, StandardOutput& output) {
   bool first = true;
   for (const std::filesystem::path& file : urls(paths)) {
+    // Nobody is there to read what else would come.
+    if (output.failure() != 0) return;
     if (!first) output.write("\n");
     first = false;
     if (paths.size() > 1) output.write(platform::lastPathComponent(file) + ":\n");

@@ -59,13 +59,10 @@ Artwork artworkFrom(std::string_view path) {
 }
 
 void setField(TagField field, std::string_view option, std::string_view value, TagSet& tags) {
-  if (const auto text = stringKeyPath(field)) {
-    tags.*text = textFrom(option, value);
-  } else if (const auto number = integerKeyPath(field)) {
-    tags.*number = numberFrom(option, value);
-  } else {
-    tags.artwork = artworkFrom(value);
-  }
+  dispatch(
+      field, [&](QuillmarkKit::TextMember text) { tags.*text = textFrom(option, value); },
+      [&](QuillmarkKit::NumberMember number) { tags.*number = numberFrom(option, value); },
+      [&] { tags.artwork = artworkFrom(value); });
 }
 
 }  // namespace

@@ -36,7 +36,7 @@ int commandCopy(Words words, StandardOutput& output) {
   const TagSet tags = ID3TagEditorStore(true).read(file);
   auto pasteboard = platform::Pasteboard::general();
   if (!QuillmarkKit::TagClipboard::copy(tags, pasteboard)) {
-    printError("The tags could not be stored on the clipboard, which is empty now.");
+    printError(pasteboard.failure());
   }
   output.write("Copied tags from " + platform::lastPathComponent(file) + ".\n" + indentedSummary(tags));
   return 0;

@@ -5,7 +5,6 @@
 #include <string>
 #include <string_view>
 #include <system_error>
-#include <vector>
 
 #include "platform/Signals.h"
 #include "platform/StandardStreams.h"
@@ -19,7 +18,7 @@ namespace {
 
 // Set once at start.
 std::string usage;
-std::vector<std::string_view> allArguments;
+Words allArguments;
 Words rest;
 
 struct CommandRow {
@@ -47,7 +46,7 @@ constexpr std::array commands = std::to_array<CommandRow>({
 int dispatch(StandardOutput& output) {
   if (allArguments.empty()) return printUsage({}, output);
   const std::string_view word = allArguments.front();
-  rest = Words(allArguments).subspan(1);
+  rest = allArguments.subspan(1);
   for (const CommandRow& command : commands) {
     if (command.word == word) return command.run(rest, output);
   }
@@ -73,7 +72,8 @@ int quillmarkMain(int argumentCount, char** arguments) {
   platform::occupyMissingStreams();
   platform::Signals::reportFailedWrites();
   usage = usageText();
-  if (argumentCount > 1) allArguments.assign(arguments + 1, arguments + argumentCount);
+  // Not even the program's own path has to be there.
+  allArguments = Words(arguments, static_cast<std::size_t>(argumentCount)).subspan(argumentCount > 0 ? 1 : 0);
 
   StandardOutput output;
   const int status = run(output);

@@ -17,7 +17,7 @@ class LocalizedFrameCreator {
 };
 
 /// Writes one comment or lyrics frame in UTF-16, the content without a terminator (ID3v2.3.0 §4.9, §4.11). An
-/// unknown language is written as "XXX", the code that ID3v2.4.0 frames §4 keeps for it.
+/// unknown language is written as "XXX", the code that ID3v2.4.0 structure §4 keeps for it.
 class ID3LocalizedFrameCreator : public LocalizedFrameCreator {
  public:
   ID3LocalizedFrameCreator(std::unique_ptr<FrameHeaderCreator> frameHeaderCreator,

@@ -9,7 +9,7 @@ using platform::FileHandle;
 namespace FileManager = platform::FileManager;
 
 void Mp3FileWriter::eventuallyCreateIntermediatesDirectoriesFor(const std::filesystem::path& path) {
-  if (path.has_parent_path()) FileManager::createDirectories(path.parent_path());
+  FileManager::createDirectoriesAbove(path);
 }
 
 void Mp3FileWriter::write(platform::ByteView newId3TagData, FileHandle& source, std::uint64_t audioStart,

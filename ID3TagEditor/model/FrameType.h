@@ -101,6 +101,13 @@ inline constexpr std::array<FrameTypeRow, 39> frameTypeTable{{
     {FrameType::invalid, "", {"", "", ""}},
 }};
 
+static_assert([] {
+  for (std::size_t i = 0; i < frameTypeTable.size(); ++i) {
+    if (static_cast<std::size_t>(frameTypeTable[i].type) != i) return false;
+  }
+  return true;
+}());
+
 constexpr std::string_view rawValue(FrameType type) {
   return frameTypeTable[static_cast<std::size_t>(type)].rawValue;
 }

@@ -1,5 +1,7 @@
 #include "QuillmarkKit/model/TagField.h"
 
+#include <algorithm>
+
 #include "QuillmarkKit/model/TagSet.h"
 #include "platform/Text.h"
 
@@ -8,6 +10,7 @@ namespace QuillmarkKit {
 namespace {
 
 struct FieldRow {
+  TagField field;
   std::string_view rawValue;
   std::string_view cliName;
   std::string_view displayName;
@@ -16,31 +19,33 @@ struct FieldRow {
 };
 
 constexpr std::array<FieldRow, tagFieldCount> table{{
-    {"title", "title", "Title", &TagSet::title},
-    {"artist", "artist", "Artist", &TagSet::artist},
-    {"album", "album", "Album", &TagSet::album},
-    {"albumArtist", "album-artist", "Album Artist", &TagSet::albumArtist},
-    {"composer", "composer", "Composer", &TagSet::composer},
-    {"conductor", "conductor", "Conductor", &TagSet::conductor},
-    {"grouping", "grouping", "Grouping", &TagSet::grouping},
-    {"publisher", "publisher", "Publisher", &TagSet::publisher},
-    {"copyright", "copyright", "Copyright", &TagSet::copyright},
-    {"lyricist", "lyricist", "Lyricist", &TagSet::lyricist},
-    {"subtitle", "subtitle", "Subtitle", &TagSet::subtitle},
-    {"encodedBy", "encoded-by", "Encoded By", &TagSet::encodedBy},
-    {"initialKey", "initial-key", "Initial Key", &TagSet::initialKey},
-    {"fileOwner", "file-owner", "File Owner", &TagSet::fileOwner},
-    {"genre", "genre", "Genre", &TagSet::genre},
-    {"comment", "comment", "Comment", &TagSet::comment},
-    {"lyrics", "lyrics", "Lyrics", &TagSet::lyrics},
-    {"year", "year", "Year", nullptr, &TagSet::year},
-    {"bpm", "bpm", "BPM", nullptr, &TagSet::bpm},
-    {"trackNumber", "track-number", "Track Number", nullptr, &TagSet::trackNumber},
-    {"trackTotal", "track-total", "Track Total", nullptr, &TagSet::trackTotal},
-    {"discNumber", "disc-number", "Disc Number", nullptr, &TagSet::discNumber},
-    {"discTotal", "disc-total", "Disc Total", nullptr, &TagSet::discTotal},
-    {"artwork", "artwork", "Artwork"},
+    {TagField::title, "title", "title", "Title", &TagSet::title},
+    {TagField::artist, "artist", "artist", "Artist", &TagSet::artist},
+    {TagField::album, "album", "album", "Album", &TagSet::album},
+    {TagField::albumArtist, "albumArtist", "album-artist", "Album Artist", &TagSet::albumArtist},
+    {TagField::composer, "composer", "composer", "Composer", &TagSet::composer},
+    {TagField::conductor, "conductor", "conductor", "Conductor", &TagSet::conductor},
+    {TagField::grouping, "grouping", "grouping", "Grouping", &TagSet::grouping},
+    {TagField::publisher, "publisher", "publisher", "Publisher", &TagSet::publisher},
+    {TagField::copyright, "copyright", "copyright", "Copyright", &TagSet::copyright},
+    {TagField::lyricist, "lyricist", "lyricist", "Lyricist", &TagSet::lyricist},
+    {TagField::subtitle, "subtitle", "subtitle", "Subtitle", &TagSet::subtitle},
+    {TagField::encodedBy, "encodedBy", "encoded-by", "Encoded By", &TagSet::encodedBy},
+    {TagField::initialKey, "initialKey", "initial-key", "Initial Key", &TagSet::initialKey},
+    {TagField::fileOwner, "fileOwner", "file-owner", "File Owner", &TagSet::fileOwner},
+    {TagField::genre, "genre", "genre", "Genre", &TagSet::genre},
+    {TagField::comment, "comment", "comment", "Comment", &TagSet::comment},
+    {TagField::lyrics, "lyrics", "lyrics", "Lyrics", &TagSet::lyrics},
+    {TagField::year, "year", "year", "Year", nullptr, &TagSet::year},
+    {TagField::bpm, "bpm", "bpm", "BPM", nullptr, &TagSet::bpm},
+    {TagField::trackNumber, "trackNumber", "track-number", "Track Number", nullptr, &TagSet::trackNumber},
+    {TagField::trackTotal, "trackTotal", "track-total", "Track Total", nullptr, &TagSet::trackTotal},
+    {TagField::discNumber, "discNumber", "disc-number", "Disc Number", nullptr, &TagSet::discNumber},
+    {TagField::discTotal, "discTotal", "disc-total", "Disc Total", nullptr, &TagSet::discTotal},
+    {TagField::artwork, "artwork", "artwork", "Artwork"},
 }};
+
+static_assert(std::ranges::equal(table, allTagFields, {}, &FieldRow::field));
 
 const FieldRow& rowOf(TagField field) {
   return table[static_cast<std::size_t>(field)];

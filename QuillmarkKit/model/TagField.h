@@ -69,6 +69,15 @@ TextMember stringKeyPath(TagField field);
 /// Where a tag set holds the field's number; null for a field that is no number.
 NumberMember integerKeyPath(TagField field);
 
+/// Calls the first operation with where a tag set holds the field's text, the second with where it holds its
+/// number, or the third for the picture.
+template <class OnText, class OnNumber, class OnPicture>
+decltype(auto) dispatch(TagField field, OnText onText, OnNumber onNumber, OnPicture onPicture) {
+  if (const TextMember text = stringKeyPath(field)) return onText(text);
+  if (const NumberMember number = integerKeyPath(field)) return onNumber(number);
+  return onPicture();
+}
+
 /// A selection of fields.
 class TagFields {
  public:

@@ -22,12 +22,13 @@ std::string describe(const Artwork& artwork) {
 }  // namespace
 
 std::optional<std::string> TagSet::value(TagField field) const {
-  if (const TextMember text = stringKeyPath(field)) return this->*text;
-  if (const NumberMember number = integerKeyPath(field)) {
-    const Number& member = this->*number;
-    return member ? std::optional(std::to_string(*member)) : std::nullopt;
-  }
-  return artwork ? std::optional(describe(*artwork)) : std::nullopt;
+  return dispatch(
+      field, [&](TextMember text) { return this->*text; },
+      [&](NumberMember number) {
+        const Number& member = this->*number;
+        return member ? std::optional(std::to_string(*member)) : std::nullopt;
+      },
+      [&] { return artwork ? std::optional(describe(*artwork)) : std::nullopt; });
 }
 
 TagFields TagSet::populatedFields() const {
@@ -42,13 +43,10 @@ TagSet TagSet::merging(const TagSet& other, TagFields fields) const {
   TagSet merged = *this;
   for (const TagField field : allTagFields) {
     if (!fields.contains(field)) continue;
-    if (const TextMember text = stringKeyPath(field)) {
-      merged.*text = other.*text;
-    } else if (const NumberMember number = integerKeyPath(field)) {
-      merged.*number = other.*number;
-    } else {
-      merged.artwork = other.artwork;
-    }
+    dispatch(
+        field, [&](TextMember text) { merged.*text = other.*text; },
+        [&](NumberMember number) { merged.*number = other.*number; },
+        [&] { merged.artwork = other.artwork; });
   }
   return merged;
 }

@@ -33,14 +33,18 @@ Artwork decodeArtwork(const JSON::Value& value, const std::string& path) {
 JSON::Value encodeTagSet(const TagSet& tags) {
   JSON::Object object;
   for (const TagField field : allTagFields) {
-    std::string name(rawValue(field));
-    if (const TextMember text = stringKeyPath(field)) {
-      if (tags.*text) object.emplace(std::move(name), *(tags.*text));
-    } else if (const NumberMember number = integerKeyPath(field)) {
-      if (tags.*number) object.emplace(std::move(name), *(tags.*number));
-    } else if (tags.artwork) {
-      object.emplace(std::move(name), encodeArtwork(*tags.artwork));
-    }
+    const auto add = [&](JSON::Value value) { object.emplace(rawValue(field), std::move(value)); };
+    dispatch(
+        field,
+        [&](TextMember text) {
+          if (tags.*text) add(*(tags.*text));
+        },
+        [&](NumberMember number) {
+          if (tags.*number) add(*(tags.*number));
+        },
+        [&] {
+          if (tags.artwork) add(encodeArtwork(*tags.artwork));
+        });
   }
   return object;
 }
@@ -48,18 +52,16 @@ JSON::Value encodeTagSet(const TagSet& tags) {
 TagSet decodeTagSet(const JSON::Value& value, const std::string& path) {
   const JSON::Object& object = requireObject(value, path);
   TagSet tags;
-  for (const auto& [name, member] : object) {
-    const auto field = fieldFromRawValue(name);
+  for (const auto& entry : object) {
+    const JSON::Value& member = entry.second;
+    const auto field = fieldFromRawValue(entry.first);
     if (!field || member.isNull()) continue;
     std::string memberPath = path;
-    memberPath.append(".").append(name);
-    if (const TextMember text = stringKeyPath(*field)) {
-      tags.*text = decodeText(member, memberPath);
-    } else if (const NumberMember number = integerKeyPath(*field)) {
-      tags.*number = decodeNumber(member, memberPath);
-    } else {
-      tags.artwork = decodeArtwork(member, memberPath);
-    }
+    memberPath.append(".").append(entry.first);
+    dispatch(
+        *field, [&](TextMember text) { tags.*text = decodeText(member, memberPath); },
+        [&](NumberMember number) { tags.*number = decodeNumber(member, memberPath); },
+        [&] { tags.artwork = decodeArtwork(member, memberPath); });
   }
   return tags;
 }

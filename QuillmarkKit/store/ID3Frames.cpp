@@ -16,16 +16,6 @@ using platform::FileHandle;
 using platform::SharedBytes;
 namespace FileManager = platform::FileManager;
 
-ID3FrameError ID3FrameError::unreadableTag(const std::filesystem::path& url) {
-  return ID3FrameError(platform::lastPathComponent(url) +
-                       ": the ID3 tag could not be read back after writing.");
-}
-
-ID3FrameError ID3FrameError::tagTooBig(const std::filesystem::path& url) {
-  return ID3FrameError(platform::lastPathComponent(url) +
-                       ": its tag would be larger than 256 MiB, more than an ID3 tag can hold.");
-}
-
 namespace ID3Frames {
 
 namespace {
@@ -35,12 +25,6 @@ constexpr std::size_t frameHeaderSize = 10;
 constexpr std::size_t identifierSize = 4;
 constexpr std::uint8_t unsynchronisationFlag = 0x80;
 constexpr std::uint8_t extendedHeaderFlag = 0x40;
-
-// In ascending order.
-constexpr std::array managed = std::to_array<std::string_view>({
-    "APIC", "COMM", "TALB", "TBPM", "TCOM", "TCON", "TCOP", "TENC", "TEXT", "TIT1", "TIT2",
-    "TIT3", "TKEY", "TOWN", "TPE1", "TPE2", "TPE3", "TPOS", "TPUB", "TRCK", "TYER", "USLT",
-});
 
 std::uint32_t bigEndian(ByteView field) {
   return std::uint32_t{field[0]} << 24 | std::uint32_t{field[1]} << 16 | std::uint32_t{field[2]} << 8 |
@@ -92,37 +76,74 @@ bool isIdentifier(ByteView id) {
                              [](std::uint8_t c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); });
 }
 
-std::vector<ID3Frame> walk(const SharedBytes& body, std::uint64_t position, std::uint8_t version) {
-  const ByteView bytes = body;
-  std::vector<ID3Frame> frames;
-  while (position + frameHeaderSize <= bytes.size()) {
-    const ByteView header = bytes.subspan(position, frameHeaderSize);
+/// One frame in its tag.
+struct FrameView {
+  std::string_view id;
+  std::uint16_t flags;
+  std::size_t payloadStart;
+  ByteView payload;
+};
+
+/// Calls `visit` for each frame of the body from `position` on, up to the first one that does not fit or is
+/// none.
+template <class Visit>
+void walk(ByteView body, std::uint64_t position, std::uint8_t version, Visit visit) {
+  while (position + frameHeaderSize <= body.size()) {
+    const ByteView header = body.subspan(position, frameHeaderSize);
     const ByteView id = header.first(identifierSize);
-    if (!isIdentifier(id)) break;
+    if (!isIdentifier(id)) return;
     const std::uint64_t size = version >= 4 ? synchsafe(header.subspan(4)) : bigEndian(header.subspan(4));
     const std::uint64_t payloadStart = position + frameHeaderSize;
-    if (size == 0 || size > bytes.size() - payloadStart) break;
-    frames.push_back({.id = std::string(platform::charactersOf(id)),
-                      .flags = static_cast<std::uint16_t>(header[8] << 8 | header[9]),
-                      .payload = body.slice(payloadStart, size)});
+    if (size == 0 || size > body.size() - payloadStart) return;
+    visit(FrameView{.id = platform::charactersOf(id),
+                    .flags = static_cast<std::uint16_t>(header[8] << 8 | header[9]),
+                    .payloadStart = payloadStart,
+                    .payload = body.subspan(payloadStart, size)});
     position = payloadStart + size;
   }
-  return frames;
+}
+
+/// A tag's frames, still to be walked.
+struct TagBody {
+  Header header;
+  SharedBytes bytes;
+  std::uint64_t framesStart = 0;
+
+  template <class Visit>
+  void forEachFrame(Visit visit) const {
+    walk(bytes, framesStart, header.version, visit);
+  }
+};
+
+/// Nothing when the bytes do not hold a whole tag.
+std::optional<TagBody> parseBody(const SharedBytes& data) {
+  const auto header = parseHeader(data);
+  if (!header || data.size() < header->tagLength) return std::nullopt;
+  TagBody body{.header = *header, .bytes = data.slice(tagHeaderSize, header->tagLength - tagHeaderSize)};
+  if ((header->flags & unsynchronisationFlag) != 0) body.bytes = deunsynchronise(body.bytes);
+  if ((header->flags & extendedHeaderFlag) != 0) {
+    const auto length = extendedHeaderLength(body.bytes, header->version);
+    if (!length) return std::nullopt;
+    body.framesStart = *length;
+  }
+  return body;
 }
 
 /// The bytes of the file's tag, or nothing when it has none; leaves the file open at an unspecified position.
 std::optional<SharedBytes> tagBytes(FileHandle& file) {
-  Bytes bytes = file.read(tagHeaderSize);
+  if (file.size() < tagHeaderSize) return std::nullopt;
+  Bytes bytes;
+  file.readExactlyOnto(bytes, tagHeaderSize);
   const auto header = parseHeader(bytes);
   // A size field alone must not allocate: what the file does not have is not asked for.
   if (!header || header->tagLength > file.size()) return std::nullopt;
-  file.readOnto(bytes, header->tagLength - tagHeaderSize);
+  file.readExactlyOnto(bytes, header->tagLength - tagHeaderSize);
   return SharedBytes(std::move(bytes));
 }
 
-std::optional<ParsedTag> parseTagOf(FileHandle& file) {
+std::optional<TagBody> bodyOfTagIn(FileHandle& file) {
   const auto bytes = tagBytes(file);
-  return bytes ? parse(*bytes) : std::nullopt;
+  return bytes ? parseBody(*bytes) : std::nullopt;
 }
 
 void appendBigEndian(Bytes& bytes, std::uint32_t value) {
@@ -131,6 +152,26 @@ void appendBigEndian(Bytes& bytes, std::uint32_t value) {
 
 void appendSynchsafe(Bytes& bytes, std::uint32_t value) {
   for (const int shift : {21, 14, 7, 0}) bytes.push_back(static_cast<std::uint8_t>(value >> shift & 0x7F));
+}
+
+void appendFrame(Bytes& bytes, std::string_view id, std::uint16_t flags, ByteView payload) {
+  platform::append(bytes, platform::bytesOf(id));
+  appendBigEndian(bytes, static_cast<std::uint32_t>(payload.size()));
+  bytes.push_back(static_cast<std::uint8_t>(flags >> 8));
+  bytes.push_back(static_cast<std::uint8_t>(flags & 0xFF));
+  platform::append(bytes, payload);
+}
+
+/// An ID3v2.3 tag header in front of what will be `bodySize` bytes, with room for them. Throws ID3FrameError,
+/// which names `file`, for more than a tag can hold; less than that always fits the size field of a frame.
+Bytes tagStart(std::uint64_t bodySize, const std::filesystem::path& file) {
+  constexpr std::uint64_t bodyLimit = std::uint64_t{1} << 28;
+  if (bodySize >= bodyLimit) throw ID3FrameError(ID3FrameError::Case::tagTooBig, file);
+  Bytes tag;
+  tag.reserve(tagHeaderSize + bodySize);
+  tag = {'I', 'D', '3', 3, 0, 0};
+  appendSynchsafe(tag, static_cast<std::uint32_t>(bodySize));
+  return tag;
 }
 
 /// The new tag and the audio behind the old one, put together in the place of `to`.
@@ -142,6 +183,15 @@ void writeTagWithAudio(const Bytes& tag, FileHandle& source, std::uint64_t audio
   });
 }
 
+/// Puts what `makeTag` makes of the source's tag, if it has one, in front of its audio.
+template <class MakeTag>
+void rewrite(const std::filesystem::path& source, const std::filesystem::path& to, MakeTag makeTag) {
+  FileHandle file = FileHandle::forReading(source);
+  const auto tag = tagBytes(file);
+  const auto body = tag ? parseBody(*tag) : std::nullopt;
+  writeTagWithAudio(makeTag(tag), file, body ? body->header.tagLength : 0, to);
+}
+
 }  // namespace
 
 bool isManaged(std::string_view id) {
@@ -149,93 +199,88 @@ bool isManaged(std::string_view id) {
 }
 
 std::optional<ParsedTag> parse(const SharedBytes& data) {
-  const auto header = parseHeader(data);
-  if (!header || data.size() < header->tagLength) return std::nullopt;
-  SharedBytes body = data.slice(tagHeaderSize, header->tagLength - tagHeaderSize);
-  if ((header->flags & unsynchronisationFlag) != 0) body = deunsynchronise(body);
-  std::uint64_t start = 0;
-  if ((header->flags & extendedHeaderFlag) != 0) {
-    const auto length = extendedHeaderLength(body, header->version);
-    if (!length) return std::nullopt;
-    start = *length;
-  }
-  return ParsedTag{.version = header->version,
-                   .frames = walk(body, start, header->version),
-                   .audioOffset = header->tagLength};
-}
-
-std::vector<ID3Frame> unmanagedFrames(FileHandle& file) {
-  auto tag = parseTagOf(file);
-  if (!tag) return {};
-  std::vector<ID3Frame> frames = std::move(tag->frames);
-  std::erase_if(frames, [](const ID3Frame& frame) { return isManaged(frame.id); });
-  // The few bytes that are kept must not keep the whole tag in memory.
-  Bytes kept;
-  for (const ID3Frame& frame : frames) platform::append(kept, frame.payload);
-  const SharedBytes payloads = std::move(kept);
-  std::size_t position = 0;
-  for (ID3Frame& frame : frames) {
-    frame.payload = payloads.slice(position, frame.payload.size());
-    position += frame.payload.size();
-  }
-  return frames;
+  const auto body = parseBody(data);
+  if (!body) return std::nullopt;
+  ParsedTag tag{.version = body->header.version, .frames = {}, .audioOffset = body->header.tagLength};
+  body->forEachFrame([&](const FrameView& frame) {
+    tag.frames.push_back({.id = std::string(frame.id),
+                          .flags = frame.flags,
+                          .payload = body->bytes.slice(frame.payloadStart, frame.payload.size())});
+  });
+  return tag;
 }
 
 std::vector<ID3Frame> unmanagedFrames(const std::filesystem::path& inFileAt) {
   try {
     FileHandle file = FileHandle::forReading(inFileAt);
-    return unmanagedFrames(file);
+    const auto bytes = tagBytes(file);
+    auto tag = bytes ? parse(*bytes) : std::nullopt;
+    if (!tag) return {};
+    std::erase_if(tag->frames, [](const ID3Frame& frame) { return isManaged(frame.id); });
+    return std::move(tag->frames);
   } catch (const platform::FileError&) {
     return {};
   }
 }
 
+FrameData unmanagedFrameData(FileHandle& file) {
+  FrameData unmanaged;
+  const auto body = bodyOfTagIn(file);
+  if (!body) return unmanaged;
+  body->forEachFrame([&](const FrameView& frame) {
+    if (!isManaged(frame.id)) appendFrame(unmanaged.bytes, frame.id, frame.flags, frame.payload);
+  });
+  return unmanaged;
+}
+
 Bytes tagData(const std::vector<ID3Frame>& frames, std::size_t padding, const std::filesystem::path& file) {
-  constexpr std::uint64_t bodyLimit = std::uint64_t{1} << 28;
   const auto isWritten = [](const ID3Frame& frame) { return frame.id.size() == identifierSize; };
   std::uint64_t bodySize = padding;
   for (const ID3Frame& frame : frames) {
     if (isWritten(frame)) bodySize += frameHeaderSize + frame.payload.size();
-    if (bodySize >= bodyLimit) throw ID3FrameError::tagTooBig(file);
   }
-  if (bodySize >= bodyLimit) throw ID3FrameError::tagTooBig(file);
-
-  Bytes tag{'I', 'D', '3', 3, 0, 0};
-  tag.reserve(tagHeaderSize + bodySize);
-  appendSynchsafe(tag, static_cast<std::uint32_t>(bodySize));
+  Bytes tag = tagStart(bodySize, file);
   for (const ID3Frame& frame : frames) {
-    if (!isWritten(frame)) continue;
-    platform::append(tag, platform::bytesOf(frame.id));
-    appendBigEndian(tag, static_cast<std::uint32_t>(frame.payload.size()));
-    tag.push_back(static_cast<std::uint8_t>(frame.flags >> 8));
-    tag.push_back(static_cast<std::uint8_t>(frame.flags & 0xFF));
-    platform::append(tag, frame.payload);
+    if (isWritten(frame)) appendFrame(tag, frame.id, frame.flags, frame.payload);
   }
   tag.resize(tagHeaderSize + bodySize);
   return tag;
 }
 
-Bytes appending(const std::vector<ID3Frame>& frames, const SharedBytes& tag,
-                const std::filesystem::path& file) {
-  auto parsed = parse(tag);
-  if (!parsed) throw ID3FrameError::unreadableTag(file);
-  parsed->frames.insert(parsed->frames.end(), frames.begin(), frames.end());
-  return tagData(parsed->frames, 0, file);
+Bytes appending(const FrameData& frames, const SharedBytes& tag, const std::filesystem::path& file) {
+  const auto body = parseBody(tag);
+  if (!body) throw ID3FrameError(ID3FrameError::Case::unreadableTag, file);
+  std::uint64_t bodySize = frames.bytes.size();
+  body->forEachFrame([&](const FrameView& frame) { bodySize += frameHeaderSize + frame.payload.size(); });
+  Bytes extended = tagStart(bodySize, file);
+  body->forEachFrame(
+      [&](const FrameView& frame) { appendFrame(extended, frame.id, frame.flags, frame.payload); });
+  platform::append(extended, frames.bytes);
+  return extended;
 }
 
 void append(const std::vector<ID3Frame>& frames, const std::filesystem::path& toFileAt) {
   if (frames.empty()) return;
-  FileHandle file = FileHandle::forReading(toFileAt);
-  const auto tag = tagBytes(file);
-  if (!tag) throw ID3FrameError::unreadableTag(toFileAt);
-  writeTagWithAudio(appending(frames, *tag, toFileAt), file, tag->size(), toFileAt);
+  Bytes data = tagData(frames, 0, toFileAt);
+  data.erase(data.begin(), data.begin() + tagHeaderSize);
+  rewrite(toFileAt, toFileAt, [&](const std::optional<SharedBytes>& tag) {
+    if (!tag) throw ID3FrameError(ID3FrameError::Case::unreadableTag, toFileAt);
+    return appending({std::move(data)}, *tag, toFileAt);
+  });
 }
 
 void write(const std::vector<ID3Frame>& frames, const std::filesystem::path& withAudioFrom,
            const std::filesystem::path& to) {
-  FileHandle source = FileHandle::forReading(withAudioFrom);
-  const auto tag = parseTagOf(source);
-  writeTagWithAudio(tagData(frames, 0, to), source, tag ? tag->audioOffset : 0, to);
+  rewrite(withAudioFrom, to, [&](const auto&) { return tagData(frames, 0, to); });
+}
+
+void write(const FrameData& frames, const std::filesystem::path& withAudioFrom,
+           const std::filesystem::path& to) {
+  rewrite(withAudioFrom, to, [&](const auto&) {
+    Bytes tag = tagStart(frames.bytes.size(), to);
+    platform::append(tag, frames.bytes);
+    return tag;
+  });
 }
 
 }  // namespace ID3Frames

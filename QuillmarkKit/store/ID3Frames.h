@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -39,7 +40,11 @@ struct ParsedTag {
   bool operator==(const ParsedTag&) const = default;
 };
 
-/// Whether a tag set holds what frames of this identifier hold.
+/// The identifiers of the frames that a tag set holds, in ascending order.
+inline constexpr std::array managed = std::to_array<std::string_view>({
+    "APIC", "COMM", "TALB", "TBPM", "TCOM", "TCON", "TCOP", "TENC", "TEXT", "TIT1", "TIT2",
+    "TIT3", "TKEY", "TOWN", "TPE1", "TPE2", "TPE3", "TPOS", "TPUB", "TRCK", "TYER", "USLT",
+});
 bool isManaged(std::string_view id);
 
 /// The tag that the bytes start with, whole-tag unsynchronisation undone and an extended header skipped
@@ -50,20 +55,12 @@ std::optional<ParsedTag> parse(const platform::SharedBytes& data);
 /// The file's frames that a tag set does not hold, in file order; none when the file cannot be read or has no
 /// tag.
 std::vector<ID3Frame> unmanagedFrames(const std::filesystem::path& inFileAt);
-/// The same from an open file's start. Throws platform::FileError: who is about to replace the file must not
-/// take a failed read for a tag without such frames.
-std::vector<ID3Frame> unmanagedFrames(platform::FileHandle& file);
 
 /// A whole ID3v2.3 tag with the frames and `padding` zero bytes behind them. A frame whose identifier does
 /// not have four bytes is left out. Throws ID3FrameError, which names `file`, when the sizes do not fit their
 /// fields.
 platform::Bytes tagData(const std::vector<ID3Frame>& frames, std::size_t padding,
                         const std::filesystem::path& file);
-
-/// The tag's frames followed by `frames`, without padding, as a whole ID3v2.3 tag. Throws ID3FrameError,
-/// which names `file`, when the bytes are no tag or the new one would be too big.
-platform::Bytes appending(const std::vector<ID3Frame>& frames, const platform::SharedBytes& tag,
-                          const std::filesystem::path& file);
 
 /// Adds the frames behind those in the file's tag and drops its padding; without frames the file is not
 /// touched. Throws ID3FrameError and platform::FileError; then the file is as it was.
@@ -72,6 +69,25 @@ void append(const std::vector<ID3Frame>& frames, const std::filesystem::path& to
 /// Writes a file that holds a tag with only these frames and the audio of another. Throws ID3FrameError and
 /// platform::FileError; then `to` is as it was.
 void write(const std::vector<ID3Frame>& frames, const std::filesystem::path& withAudioFrom,
+           const std::filesystem::path& to);
+
+/// Frames as they stand in an ID3v2.3 tag, one behind another: what a write carries over needs no more memory
+/// than the tag that it comes from, however small and many its frames are.
+struct FrameData {
+  platform::Bytes bytes;
+};
+
+/// What `unmanagedFrames` gives, from an open file's start. Throws platform::FileError: who is about to
+/// replace the file must not take a failed read for a tag without such frames.
+FrameData unmanagedFrameData(platform::FileHandle& file);
+
+/// The tag's frames followed by `frames`, without padding, as a whole ID3v2.3 tag. Throws ID3FrameError,
+/// which names `file`, when the bytes are no tag or the new one would be too big.
+platform::Bytes appending(const FrameData& frames, const platform::SharedBytes& tag,
+                          const std::filesystem::path& file);
+
+/// As for a list of frames.
+void write(const FrameData& frames, const std::filesystem::path& withAudioFrom,
            const std::filesystem::path& to);
 
 }  // namespace ID3Frames

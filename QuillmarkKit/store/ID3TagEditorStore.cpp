@@ -44,14 +44,14 @@ void ID3TagEditorStore::write(const TagSet& tags, const std::filesystem::path& t
   const auto modificationDate = FileManager::modificationDate(to);
   const platform::ItemReplacementDirectory temporary(to);
   platform::FileHandle file = platform::FileHandle::forReading(to);
-  const std::vector<ID3Frame> unmanaged = ID3Frames::unmanagedFrames(file);
+  const ID3Frames::FrameData unmanaged = ID3Frames::unmanagedFrameData(file);
   const std::filesystem::path assembled = temporary.path() / to.filename();
-  if (tags.isEmpty() && !unmanaged.empty()) {
+  if (tags.isEmpty() && !unmanaged.bytes.empty()) {
     ID3Frames::write(unmanaged, to, assembled);
   } else {
     ID3TagEditor::ID3TagEditor::TagRevision revision;
     // The frames join the tag before it is written, so that the audio has to be copied only once.
-    if (!unmanaged.empty()) {
+    if (!unmanaged.bytes.empty()) {
       revision = [&](platform::Bytes tag) { return ID3Frames::appending(unmanaged, std::move(tag), to); };
     }
     ID3TagEditor::ID3Tag tag = makeTag(tags);

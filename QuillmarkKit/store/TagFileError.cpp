@@ -4,6 +4,7 @@
 #include <string_view>
 #include <system_error>
 
+#include "QuillmarkKit/store/ID3FrameError.h"
 #include "platform/FileError.h"
 
 namespace QuillmarkKit {
@@ -14,7 +15,7 @@ std::string_view failure(ID3TagEditor::ID3TagEditorError::Case value, const std:
   // In the order of the cases.
   static constexpr std::array<std::string_view, 4> failures{
       " is not named .mp3, so its tag cannot be edited.",
-      ": its tag would be larger than 256 MiB, more than an ID3 tag can hold.",
+      tagTooBigDescription,
       ": nothing would be left in its tag.",
       ": its ID3 tag says it is longer than the file.",
   };

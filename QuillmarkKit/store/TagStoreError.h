@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <exception>
 #include <filesystem>
 #include <optional>
@@ -10,6 +11,8 @@ namespace QuillmarkKit {
 /// A file that no tags can be read from or written to.
 class TagStoreError : public std::exception {
  public:
+  enum class Case : std::uint8_t { unsupportedFileType, fileNotReadable };
+
   /// The file's first bytes are not those of an MP3; `detected` names the format that they are of, if it is
   /// known.
   static TagStoreError unsupportedFileType(const std::filesystem::path& url,
@@ -17,11 +20,21 @@ class TagStoreError : public std::exception {
   /// The file could not be opened.
   static TagStoreError fileNotReadable(const std::filesystem::path& url);
 
+  Case value() const { return case_; }
+  const std::filesystem::path& url() const { return url_; }
+  const std::optional<std::string>& detected() const { return detected_; }
   const char* what() const noexcept override { return description_.c_str(); }
 
- private:
-  explicit TagStoreError(std::string description) : description_(std::move(description)) {}
+  friend bool operator==(const TagStoreError& a, const TagStoreError& b) {
+    return a.case_ == b.case_ && a.url_ == b.url_ && a.detected_ == b.detected_;
+  }
 
+ private:
+  TagStoreError(Case value, std::filesystem::path url, std::optional<std::string> detected);
+
+  Case case_;
+  std::filesystem::path url_;
+  std::optional<std::string> detected_;
   std::string description_;
 };
 

@@ -9,9 +9,10 @@ namespace QuillmarkKit::TagClipboard {
 namespace JSON = platform::JSON;
 using platform::Pasteboard;
 
-ClipboardError ClipboardError::unsupportedPayloadVersion(std::int64_t version) {
-  return ClipboardError("These tags were copied by a newer version of Quillmark (format " +
-                        std::to_string(version) + ").");
+ClipboardError::ClipboardError(std::int64_t version)
+    : version_(version),
+      description_("These tags were copied by a newer version of Quillmark (format " +
+                   std::to_string(version) + ").") {
 }
 
 namespace {

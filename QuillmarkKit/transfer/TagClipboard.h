@@ -24,15 +24,22 @@ struct Payload {
   TagSet tags;
 };
 
-/// A document that this program does not understand.
+/// A document of a newer format than this program understands.
 class ClipboardError : public std::exception {
  public:
-  static ClipboardError unsupportedPayloadVersion(std::int64_t version);
+  static ClipboardError unsupportedPayloadVersion(std::int64_t version) { return ClipboardError(version); }
+
+  std::int64_t version() const { return version_; }
   const char* what() const noexcept override { return description_.c_str(); }
 
- private:
-  explicit ClipboardError(std::string description) : description_(std::move(description)) {}
+  friend bool operator==(const ClipboardError& a, const ClipboardError& b) {
+    return a.version_ == b.version_;
+  }
 
+ private:
+  explicit ClipboardError(std::int64_t version);
+
+  std::int64_t version_;
   std::string description_;
 };
 
