@@ -5,9 +5,9 @@
 #include <memory>
 #include <optional>
 
-#include "ID3TagEditor/ID3TagEditorError.h"
 #include "ID3TagEditor/model/ID3Frames.h"
 #include "ID3TagEditor/model/ID3Tag.h"
+#include "ID3TagEditor/model/ID3TagEditorError.h"
 #include "ID3TagEditor/model/TagBuilders.h"
 #include "ID3TagEditor/parse/ID3TagContentReader.h"
 #include "platform/Bytes.h"
@@ -34,7 +34,8 @@ class ID3TagEditor {
   /// Writes the audio of the file `to` behind the new tag, into the file `andSaveTo` or, when that is absent,
   /// in the place of `to`, which is then either as it was or complete. The audio does not pass through
   /// memory. The tag's size property becomes the new tag's. `revise` may replace the tag's bytes after
-  /// that, before they are written. Throws ID3TagEditorError (any of them) before a file is touched, and platform::FileError.
+  /// that, before they are written. Throws ID3TagEditorError (any of them) before a file is touched, and
+  /// platform::FileError.
   void write(ID3Tag& tag, const std::filesystem::path& to,
              const std::optional<std::filesystem::path>& andSaveTo = std::nullopt,
              const TagRevision& revise = nullptr) const;

@@ -1,7 +1,7 @@
 #include "ID3TagEditor/create/ID3FramesCreator.h"
 
-#include "ID3TagEditor/ID3TagEditorError.h"
 #include "ID3TagEditor/model/FramesInTag.h"
+#include "ID3TagEditor/model/ID3TagEditorError.h"
 
 namespace ID3TagEditor {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "ID3TagEditor/ID3TagEditorError.h"
+#include "ID3TagEditor/model/ID3TagEditorError.h"
 
 namespace ID3TagEditor {
 

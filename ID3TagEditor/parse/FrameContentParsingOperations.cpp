@@ -67,13 +67,12 @@ void ID3LocalizedFrameContentParsingOperation::parse(const platform::SharedBytes
 void ID3AttachedPictureFrameContentParsingOperation::parse(const platform::SharedBytes& frame,
                                                            ID3Version version,
                                                            const FrameReceiver& completed) const {
-  using namespace std::string_view_literals;
   struct Signature {
     ID3PictureFormat format;
     std::string_view magicNumber;
   };
   static constexpr std::array<Signature, 2> signatures{
-      {{ID3PictureFormat::jpeg, "\xFF\xD8\xFF\xE0"sv}, {ID3PictureFormat::png, "\x89PNG"sv}}};
+      {{ID3PictureFormat::jpeg, jpegMagicNumber}, {ID3PictureFormat::png, pngMagicNumber}}};
 
   for (const Signature& signature : signatures) {
     const std::size_t start = platform::charactersOf(frame).find(signature.magicNumber);

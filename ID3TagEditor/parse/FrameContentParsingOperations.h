@@ -50,6 +50,9 @@ class ID3AttachedPictureFrameContentParsingOperation : public FrameContentParsin
              const FrameReceiver& completed) const override;
 
  private:
+  static constexpr std::string_view jpegMagicNumber = "\xFF\xD8\xFF\xE0";
+  static constexpr std::string_view pngMagicNumber = "\x89PNG";
+
   ID3PictureTypeAdapter pictureTypeAdapter_;
 };
 

@@ -1,6 +1,6 @@
 #include "ID3TagEditor/parse/ID3TagParser.h"
 
-#include "ID3TagEditor/ID3TagEditorError.h"
+#include "ID3TagEditor/model/ID3TagEditorError.h"
 
 namespace ID3TagEditor {
 

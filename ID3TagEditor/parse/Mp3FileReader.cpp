@@ -1,6 +1,6 @@
 #include "ID3TagEditor/parse/Mp3FileReader.h"
 
-#include "ID3TagEditor/ID3TagEditorError.h"
+#include "ID3TagEditor/model/ID3TagEditorError.h"
 #include "ID3TagEditor/model/Mp3Extension.h"
 
 namespace ID3TagEditor {

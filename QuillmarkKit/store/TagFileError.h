@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "ID3TagEditor/ID3TagEditorError.h"
+#include "ID3TagEditor/ID3TagEditor.h"
 
 namespace QuillmarkKit {
 
