@@ -1,0 +1,195 @@
+#!/usr/bin/python3
+"""Lets each system call of a write fail in turn, by strace, and looks at what is left of the files each time.
+
+Usage: faults.py PROGRAM SAMPLES_FOLDER
+"""
+import collections
+import concurrent.futures
+import errno
+import os
+import pathlib
+import queue
+import re
+import subprocess
+import sys
+import tempfile
+
+import proof
+from proof import SOURCE, Album, check, run
+
+# The errors that each call can meet. CUT is no error: the file ends there, as when somebody cuts it short meanwhile.
+CUT = "cut short"
+FULL = "EIO ENOSPC EDQUOT"
+ERRORS = {
+    "openat": "EACCES EIO EMFILE EINTR", "newfstatat": "EACCES EIO", "readlink": "EACCES EIO",
+    "read": ["EIO", "EINTR", CUT], "write": FULL + " EINTR", "lseek": "EIO",
+    "copy_file_range": [*FULL.split(), "EINTR", "EXDEV", CUT],
+    "mkdir": FULL + " EACCES EEXIST", "close": FULL + " EINTR", "utimensat": "EACCES EIO",
+    "fchown": FULL + " EPERM", "fchmod": "EIO EPERM", "fremovexattr": "EIO EOPNOTSUPP ENODATA",
+    "listxattr": "EACCES EIO ERANGE", "getxattr": "EACCES EIO ERANGE", "fsetxattr": FULL + " EACCES",
+    "fdatasync": FULL + " EINTR", "rename": FULL + " EACCES",
+    "unlink": "EACCES EIO", "unlinkat": "EACCES EIO", "rmdir": "EACCES EIO", "getdents64": "EACCES EIO",
+}
+ERRORS = {call: errors.split() if isinstance(errors, str) else errors for call, errors in ERRORS.items()}
+
+# An error of these leaves the new file not safely on the disk, and must never end in "updated".
+UNSAFE = re.compile(r'(fdatasync|rename)\(|(write|close)\(\d+<[^>]*/\.quillmark-\w+/')
+# The date is kept as far as the system lets it be read and set; an owner only a privileged user can give away; and
+# the system's own attributes can be out of reach.
+MAY_DIFFER = (
+    (re.compile(r'utimensat\('), "EACCES EIO", "date"),
+    (re.compile(r'newfstatat\(AT_FDCWD'), "EACCES EIO", "date"),
+    (re.compile(r'fchown\('), "EPERM", "owner"),
+    (re.compile(r'f?[gs]etxattr\(.*"system.posix_acl'), "EACCES", "system.posix_acl_access"),
+)
+
+# Ways through the code that only open behind a first fault: what is injected beside, the status that gives by itself,
+# and the calls between which the second fault is tried.
+Way = collections.namedtuple("Way", "name beside status first last")
+WAYS = (
+    Way("", [], 0, r'^openat\(.*\.mp3"', r'^write\(1<.*"\\nchanged'),
+    Way("without a range copy, ", ["copy_file_range:error=EXDEV"], 0, r"^lseek", r"^utimensat"),
+    Way("after a failed rename, ", ["rename:error=EIO:when=1"], 2, r"^rename", r"^rmdir"),
+)
+Fault = collections.namedtuple("Fault", "way call when error line is_source is_tidying")
+
+
+def strace(program, words, folder, injections, log):
+    options = [option for injection in injections for option in ("-e", "inject=" + injection)]
+    return run("strace", ["-f", "-y", "--seccomp-bpf", "-qq", "-s", "20", "-o", log, "-e", "trace=" + ",".join(ERRORS),
+                          *options, "--", program, *words], folder)
+
+
+def calls_in(log):
+    """The calls of a trace, each without the process in front."""
+    return [line.split(maxsplit=1)[1] for line in pathlib.Path(log).read_text(errors="replace").splitlines()]
+
+
+def subject(line):
+    """The call and what it is about, the same in every run of it."""
+    words = re.split(r", |\) +=", line)[:2 if "AT_FDCWD" in line else 1]
+    return re.sub(r"\.quillmark-\w{6}|\d+", "", ", ".join(words))
+
+
+def faults_of(way, program, album, log):
+    """Every fault to try: each call from the first look at a file to the end of the first file's write, and the report."""
+    album.reset()
+    status, _, error = strace(program, album.words, album.folder, way.beside, log)
+    if "ptrace" in error.lower() or not os.path.getsize(log):
+        sys.exit(f"faults.py: strace cannot trace here, so nothing is proven: {error.strip()}")
+    check(f"status of a run {way.name or 'under strace'}", status, way.status)
+    calls, seen, faults = calls_in(log), collections.Counter(), []
+
+    def position(pattern, start=0):
+        for n, line in enumerate(calls):
+            if n >= start and re.search(pattern, line):
+                return n
+        sys.exit(f"faults.py: a run {way.name}made no call like {pattern}, so nothing is proven")
+
+    first = position(way.first)
+    last = position(way.last, first)
+    target, second_file, renamed = position(album.rich), position(album.names[1]), position("^rename")
+    for n, line in enumerate(calls):
+        call = line.split("(")[0]
+        seen[call] += 1
+        is_report = line.startswith("write(1<")
+        is_sanitizers = "<pipe:" in line and not is_report  # which try memory out by writing from it
+        if first <= n <= last and (n < second_file or is_report) and not is_sanitizers and "(INJECTED)" not in line:
+            faults += [Fault(way, call, seen[call], error, line, n < target, n > renamed and not is_report)
+                       for error in ERRORS[call]]
+    return faults
+
+
+def judge(fault, album, result):
+    what = f"{fault.way.name}{fault.error} of {fault.line}"
+    status, output, errors = result
+    reason = "" if fault.error == CUT else os.strerror(getattr(errno, fault.error))
+    contents = album.contents()
+    error_line = rf"quillmark: (failed    {re.escape(album.rich)}: )?(.*)\n"
+    told = re.fullmatch(error_line, errors)
+    if status == 0:
+        check(what, (contents, output, errors), (["new"] * 3, album.output, ""))
+        check(f"{what}: passed over", fault.error != "EINTR" and bool(UNSAFE.match(fault.line)), False)
+    elif status == 1 and fault.line.startswith("write(1<"):
+        check(what, (contents, errors), (["new"] * 3, f"quillmark: The output could not be written: {reason}.\n"))
+    elif status == 1 and fault.is_source:
+        check(what, (contents, output, bool(told and SOURCE in told[2])), (["old"] * 3, "", True))
+    elif status == 2:
+        lines = "".join(f"updated   {name}\n" for name in album.names[1:])
+        check(what, (contents, output), (["old", "new", "new"], album.report(lines, 2, 1)))
+        reasons = (reason if not fault.way.status else os.strerror(errno.EIO), "could not be read")
+        check(f"{what}: {errors!r} names the file and the reason",
+              bool(told and told[1] and told[2].startswith(album.rich)) and
+              (fault.error == CUT or told[2].removesuffix(".").endswith(reasons)), True)
+    else:
+        check(what, (status, output, errors), "a status of 0 or 2")
+    if fault.error == "EINTR":
+        check(f"{what}: status", status, fault.way.status)
+    differing = [key for line, errors, key in MAY_DIFFER if line.match(fault.line) and fault.error in errors.split()]
+    album.check_attributes(what, differing[0] if differing else None)
+    if fault.is_tidying:  # whose error leaves the hidden folder, which must be in nobody's way
+        album.learn_again(what)
+    else:
+        album.check_folder(what)
+
+
+class Stage(Album):
+    """An album and a log of its own for each worker."""
+
+    def __init__(self, folder, samples, program):
+        super().__init__(folder / "album", samples)
+        self.program, self.log = program, folder / "log"
+        self.learn(program)
+
+    def learn_again(self, what):
+        left = set(os.listdir(self.folder)) - set(self.old)
+        check(f"{what}: left over", [name for name in left if not name.startswith(proof.LEFT_OVER)], [])
+        check(f"{what}: the next run", run(self.program, self.words, self.folder)[0], 0)
+        check(f"{what}: after the next run", self.contents(), ["new"] * 3)
+
+    def attempt(self, fault):
+        self.reset()
+        effect = "retval=0" if fault.error == CUT else "error=" + fault.error
+        injections = [*fault.way.beside, f"{fault.call}:{effect}:when={fault.when}"]
+        result = strace(self.program, self.words, self.folder, injections, self.log)
+        hit = [subject(line) for line in calls_in(self.log) if "(INJECTED)" in line]
+        check(f"{fault.way.name}{fault.error} of {fault.line}: was injected", subject(fault.line) in hit, True)
+        judge(fault, self, result)
+
+
+def check_short_counts(stage, library):
+    subprocess.run(["cc", "-shared", "-fPIC", "-o", library, pathlib.Path(__file__).with_name("short_counts.c")], check=True)
+    stage.reset()
+    environment = {**proof.ENVIRONMENT, "LD_PRELOAD": str(library)}
+    environment["ASAN_OPTIONS"] += ":verify_asan_link_order=0"
+    result = run(stage.program, stage.words, stage.folder, env=environment)
+    check("short counts", (result, stage.contents()), ((0, stage.output, ""), ["new"] * 3))
+
+
+def main():
+    program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
+    with tempfile.TemporaryDirectory() as folder:
+        folder = pathlib.Path(folder)
+        stages = queue.Queue()
+        for number in range(2):
+            (folder / str(number)).mkdir()
+            stages.put(Stage(folder / str(number), samples, program))
+        stage = stages.queue[0]
+        check_short_counts(stage, folder / "short_counts.so")
+        faults = [fault for way in WAYS for fault in faults_of(way, program, stage, stage.log)]
+
+        def attempt(fault):
+            stage = stages.get()
+            try:
+                stage.attempt(fault)
+            finally:
+                stages.put(stage)
+
+        with concurrent.futures.ThreadPoolExecutor(2) as workers:
+            list(workers.map(attempt, faults))
+    calls = len({(fault.way.name, fault.call, fault.when) for fault in faults})
+    proof.finish(f"{len(faults)} faults in {calls} system calls cost no file a byte.")
+
+
+if __name__ == "__main__":
+    main()

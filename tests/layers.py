@@ -1,0 +1,26 @@
+"""Includes run downwards only: from each folder to those that stand beside it here, and to itself."""
+import pathlib
+import re
+import sys
+
+ALLOWED = {
+    "platform": [],
+    "ID3TagEditor/model": ["platform"],
+    "ID3TagEditor/parse": ["platform", "ID3TagEditor/model"],
+    "ID3TagEditor/create": ["platform", "ID3TagEditor/model"],
+    "ID3TagEditor": ["platform", "ID3TagEditor/model", "ID3TagEditor/parse", "ID3TagEditor/create"],
+    "QuillmarkKit/model": ["platform"],
+    "QuillmarkKit/store": ["platform", "QuillmarkKit/model", "ID3TagEditor"],
+    "QuillmarkKit/transfer": ["platform", "QuillmarkKit/model", "QuillmarkKit/store"],
+    "quillmark": ["platform", "QuillmarkKit/model", "QuillmarkKit/store", "QuillmarkKit/transfer"],
+}
+
+root = pathlib.Path(sys.argv[1])
+wrong = []
+for folder, below in ALLOWED.items():
+    for source in [*(root / folder).glob("*.h"), *(root / folder).glob("*.cpp")]:
+        for included in re.findall(r'#include "([^"]+)"', source.read_text()):
+            if str(pathlib.PurePath(included).parent) not in [folder, *below]:
+                wrong.append(f"{source.relative_to(root)} includes {included}")
+print("\n".join(wrong) or "Every include runs downwards.")
+sys.exit(1 if wrong else 0)

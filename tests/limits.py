@@ -1,0 +1,264 @@
+#!/usr/bin/python3
+"""Runs writes against full disks, missing rights, closed outputs and signals, and looks at what is left of the files.
+
+Usage: limits.py PROGRAM SAMPLES_FOLDER
+"""
+import array
+import errno
+import fcntl
+import os
+import pathlib
+import random
+import resource
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import termios
+import time
+
+import proof
+from proof import DATE, ENVIRONMENT, SOURCE, Album, attributes, check, run
+
+AS_NOBODY = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"] if os.geteuid() == 0 else ["env"]
+
+
+def check_files(what, album, result, reason):
+    """Each file is new and reported so, or old and reported as failed for the reason. Gives what the files are."""
+    status, output, errors = result
+    contents = album.contents()
+    done = [name for name, content in zip(album.names, contents) if content == "new"]
+    failed = [name for name, content in zip(album.names, contents) if content == "old"]
+    check(f"{what}: the files' bytes", len(done) + len(failed), 3)
+    lines = "".join(f"updated   {name}\n" for name in done)
+    check(f"{what}: report", output, album.report(lines, len(done), len(failed)))
+    check(f"{what}: errors", errors, "".join(
+        f"quillmark: failed    {name}: {name} could not be written: {os.strerror(reason)}.\n" for name in failed))
+    check(f"{what}: status", status, 2 if failed else 0)
+    album.check_attributes(what)
+    album.check_folder(what)
+    return contents
+
+
+def check_file_size_limit(program, album):
+    size = len(album.new[album.rich])
+    for limit in (0, 1, 100, 5000, size - 1, size):
+        album.reset()
+        result = run(program, album.words, album.folder,
+                     preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+        fits = ["new" if len(album.new[name]) <= limit else "old" for name in album.names]
+        check(f"file size limit {limit}", check_files(f"file size limit {limit}", album, result, errno.EFBIG), fits)
+
+
+def check_mounts(program, album):
+    """Runs in a mount name space of its own, so that its mounts go with it."""
+    def mount(*options):
+        subprocess.run(["mount", "-t", "tmpfs", "-o", ",".join(options), "tmpfs", album.folder.parent], check=True)
+
+    seen = []
+    for pages in range(120, 330, 7):
+        mount(f"size={4 * pages}k")
+        try:
+            album.reset()
+            result = run(program, album.words, album.folder)
+            seen.append(check_files(f"disk of {pages} pages", album, result, errno.ENOSPC))
+        except OSError as error:  # too small for the files themselves
+            check(f"disk of {pages} pages", error.errno, errno.ENOSPC)
+        subprocess.run(["umount", album.folder.parent], check=True)
+    check("a disk was too small for one file, and one was large enough",
+          (["old", "new", "new"] in seen, ["new"] * 3 in seen), (True, True))
+
+    mount("size=4m")
+    album.reset()
+    mount_point = album.folder.parent
+    subprocess.run(["mount", "-o", "remount,ro", mount_point], check=True)
+    result = run(program, album.words, album.folder)
+    check("read-only", check_files("read-only", album, result, errno.EROFS), ["old"] * 3)
+    subprocess.run(["umount", mount_point], check=True)
+
+
+def check_rights(program, album):
+    """A user without rights over the folder or a file changes nothing there."""
+    def attempt(what, reason):
+        result = run(AS_NOBODY[0], [*AS_NOBODY[1:], program, *album.words], album.folder)
+        check(what, check_files(what, album, result, reason), ["old"] * 3)
+
+    album.reset()
+    os.chmod(album.folder, 0o555)
+    for name in album.names:
+        os.chmod(album.folder / name, 0o644)
+    album.attributes = {name: attributes(album.folder / name) for name in album.names}
+    attempt("a folder without write permission", errno.EACCES)
+    os.chmod(album.folder, 0o755)
+    if os.geteuid() != 0:
+        print("skipped: files of other users, which only root can make")
+        return
+    os.chmod(album.folder, 0o1777)
+    attempt("files of another user in a sticky folder", errno.EPERM)
+
+
+def check_names(program, folder, album):
+    """A name as long as names can be works, and so does a path."""
+    folder.mkdir()
+    shutil.copy(album.folder / SOURCE, folder)
+    name = "n" * 251 + ".mp3"
+    (folder / name).write_bytes(album.old[album.rich])
+    result = run(program, ["apply", "--from", SOURCE, name], folder)
+    check("a name of 255 bytes", result, (0, album.report(f"updated   {name}\n", 1, 0), ""))
+    check("a name of 255 bytes: bytes", (folder / name).read_bytes() == album.new[album.rich], True)
+    check("a name of 255 bytes: folder", sorted(os.listdir(folder)), sorted([SOURCE, name]))
+
+    deep, here = folder, os.getcwd()
+    while len(os.fsencode(deep)) < 3900:
+        deep /= "d" * 100
+    os.makedirs(deep)
+    for length in range(4060, 4096):
+        os.chdir(deep)
+        name = "n" * (length - len(os.fsencode(deep)) - 5) + ".mp3"
+        pathlib.Path(name).write_bytes(album.old[album.rich])
+        result = run(program, ["apply", "--from", folder / SOURCE, name], None)
+        check(f"path of {length} bytes", result, (0, album.report(f"updated   {name}\n", 1, 0), ""))
+        check(f"path of {length} bytes: bytes", pathlib.Path(name).read_bytes() == album.new[album.rich], True)
+        check(f"path of {length} bytes: folder", os.listdir(), [name])
+        os.unlink(name)
+        os.chdir(here)
+
+
+class Run:
+    """A run over more files than a pipe holds lines of, so that it waits in the middle until somebody reads."""
+    COUNT = 30
+
+    def __init__(self, folder, album):
+        self.folder, self.album = folder, album
+        self.names = [f"{number:02}" + "n" * 200 + ".mp3" for number in range(self.COUNT)]
+        self.old, self.new = album.old[album.rich], album.new[album.rich]
+
+    def start(self, program, **options):
+        shutil.rmtree(self.folder, ignore_errors=True)
+        self.folder.mkdir()
+        shutil.copy(self.album.folder / SOURCE, self.folder)
+        for name in self.names:
+            (self.folder / name).write_bytes(self.old)
+            os.utime(self.folder / name, ns=(DATE, DATE))
+        options = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "env": ENVIRONMENT, **options}
+        return subprocess.Popen([program, "apply", "--from", SOURCE, *self.names], cwd=self.folder, **options)
+
+    def wait_until_stuck(self, process):
+        fcntl.fcntl(process.stdout, fcntl.F_SETPIPE_SZ, 4096)
+        waiting, before = array.array("i", [0]), -1
+        while waiting[0] != before or before < 2000:
+            before = waiting[0]
+            time.sleep(0.3)
+            fcntl.ioctl(process.stdout, termios.FIONREAD, waiting)
+
+    def check_end(self, what, process, statuses):
+        """Every file is whole, those reported are new, and the report counts them. Gives how many are new."""
+        output, errors = (stream.decode() for stream in process.communicate())
+        count = self.check_files(what)
+        report = Album.report("".join(f"updated   {name}\n" for name in self.names[:count]), count, 0)
+        # A signal that comes before the first file ends the program before there is anything to report.
+        check(f"{what}: report", (output, errors) in [(report, ""), ("", "")][:2 if count == 0 else 1], True)
+        check(f"{what}: status {process.returncode}", process.returncode in statuses, True)
+        return count
+
+    def check_files(self, what):
+        contents = [(self.folder / name).read_bytes() for name in self.names]
+        count = contents.count(self.new)
+        check(f"{what}: bytes", contents == [self.new] * count + [self.old] * (self.COUNT - count), True)
+        check(f"{what}: dates", {os.stat(self.folder / name).st_mtime_ns for name in self.names}, {DATE})
+        check(f"{what}: files in the folder", sorted(os.listdir(self.folder)), sorted([SOURCE, *self.names]))
+        return count
+
+
+def check_signals(program, folder, album):
+    long_run = Run(folder, album)
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+        process = long_run.start(program)
+        long_run.wait_until_stuck(process)
+        process.send_signal(number)
+        count = long_run.check_end(number.name, process, [-number])
+        check(f"{number.name}: came in the middle", 0 < count < long_run.COUNT, True)
+
+    chance = random.Random(4)
+    started = time.monotonic()
+    long_run.check_end("undisturbed", long_run.start(program), [0])
+    whole = time.monotonic() - started
+    in_the_middle = 0
+    for _ in range(24):
+        number = chance.choice((signal.SIGINT, signal.SIGTERM, signal.SIGHUP))
+        process = long_run.start(program)
+        time.sleep(chance.uniform(0, whole))
+        process.send_signal(number)
+        count = long_run.check_end(f"{number.name} at any moment", process, [-number, 0])
+        check(f"{number.name} at any moment: status of a whole run", process.returncode != 0 or count == long_run.COUNT, True)
+        in_the_middle += 0 < count < long_run.COUNT
+    check("signals at any moment came in the middle", in_the_middle > 0, True)
+
+    process = long_run.start(program, preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
+    long_run.wait_until_stuck(process)
+    process.send_signal(signal.SIGHUP)
+    check("ignored SIGHUP: files done", long_run.check_end("ignored SIGHUP", process, [0]), long_run.COUNT)
+
+
+def check_outputs(program, folder, album):
+    """Whoever does not read the report does not keep the files from being done."""
+    long_run = Run(folder, album)
+
+    def finish(what, process, status, message):
+        errors = process.communicate()[1]
+        check(what, (process.returncode, (errors or b"").decode()), (status, message))
+        check(f"{what}: files done", long_run.check_files(what), long_run.COUNT)
+
+    process = long_run.start(program)
+    process.stdout.close()
+    process.stdout = None
+    finish("a pipe closed at once", process, -signal.SIGPIPE, "")
+    process = long_run.start(program)
+    long_run.wait_until_stuck(process)
+    process.stdout.close()
+    process.stdout = None
+    finish("a pipe closed in the middle", process, -signal.SIGPIPE, "")
+    with open("/dev/full", "wb") as full:
+        finish("a full device", long_run.start(program, stdout=full), 1,
+               "quillmark: The output could not be written: No space left on device.\n")
+        finish("full devices", long_run.start(program, stdout=full, stderr=full), 1, "")
+
+    # Files that the program opens must not come to stand where an output was.
+    message = "quillmark: The output could not be written: Bad file descriptor.\n"
+    for closed, expected in (((1,), message), ((0, 1), message), ((0, 1, 2), "")):
+        process = long_run.start(program, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,
+                                 preexec_fn=lambda: [os.close(descriptor) for descriptor in closed])
+        finish(f"descriptors {closed} closed", process, 1, expected)
+
+
+def main():
+    program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).resolve()
+    with tempfile.TemporaryDirectory() as folder:
+        folder = pathlib.Path(folder)
+        os.chmod(folder, 0o755)
+        shutil.copy(program, folder / "program")  # where every user can run it
+        program = folder / "program"
+        (folder / "disk").mkdir()
+        album = Album(folder / "disk/album", samples)
+        album.learn(program)
+        if sys.argv[3:] == ["--in-own-mounts"]:
+            check_mounts(program, album)
+            sys.exit(proof.failures > 0)
+        check_file_size_limit(program, album)
+        check_rights(program, album)
+        check_names(program, folder / "names", album)
+        check_signals(program, folder / "run", album)
+        check_outputs(program, folder / "run", album)
+    own_mounts = ["unshare", "--mount", *([] if os.geteuid() == 0 else ["--map-root-user"])]
+    try_out = "mount -t tmpfs -o size=1m tmpfs /tmp"
+    skipped = ""
+    if subprocess.run([*own_mounts, "sh", "-c", try_out], capture_output=True).returncode != 0:
+        skipped = " Skipped, as this machine does not let tests mount: full disks and read-only file systems."
+    elif subprocess.run([*own_mounts, sys.executable, "-B", *sys.argv, "--in-own-mounts"]).returncode != 0:
+        proof.failures += 1
+    proof.finish("Full disks, missing rights, closed outputs and signals cost no file a byte." + skipped)
+
+
+if __name__ == "__main__":
+    main()
