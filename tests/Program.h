@@ -10,7 +10,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/TemporaryFolder.h"
+#include "tests/Files.h"
 
 namespace tests {
 

@@ -1,28 +1,13 @@
 #pragma once
 
 #include <exception>
-#include <ostream>
 #include <string>
 #include <string_view>
 
 #include "QuillmarkKit/model/TagSet.h"
-#include "QuillmarkKit/model/TagSetJSON.h"
-#include "platform/JSON.h"
 #include "tests/TagBytes.h"
 
-namespace QuillmarkKit {
-
-inline void PrintTo(const TagSet& tags, std::ostream* out) {
-  *out << platform::JSON::print(encodeTagSet(tags), platform::JSON::Layout::compact);
-}
-
-}  // namespace QuillmarkKit
-
 namespace tests {
-
-inline platform::Bytes bytesFrom(std::string_view characters) {
-  return {characters.begin(), characters.end()};
-}
 
 /// A v2.3 frame.
 inline std::string frame(std::string_view id, std::string_view body, std::uint16_t flags = 0) {

@@ -12,10 +12,13 @@ using namespace std::string_literals;
 using namespace std::string_view_literals;
 
 /// Makes the bytes of a tag frame by frame, of any version, right or wrong:
-/// `TagBytes(3).text("TIT2", "Kyrie").frame("PRIV", "\1\2"s).padding(64).bytes()`.
+/// `TagBytes(3).text("TIT2", "Kyrie").frame("PRIV", "\1\2"s).padding(64).characters()`.
 class TagBytes {
  public:
-  explicit TagBytes(int version) : version_(version) {}
+  explicit TagBytes(int version, std::uint8_t flags = 0, std::uint8_t revision = 0)
+      : version_(version),
+        start_("ID3"s + static_cast<char>(version) + static_cast<char>(revision) + static_cast<char>(flags)) {
+  }
 
   /// A frame with these bytes behind its header.
   TagBytes& frame(std::string_view id, std::string_view body, std::uint16_t flags = 0) {
@@ -29,45 +32,21 @@ class TagBytes {
   TagBytes& frameDeclaring(std::uint64_t size, std::string_view id, std::string_view body,
                            std::uint16_t flags = 0) {
     body_ += id;
-    if (version_ == 2) {
-      body_ += bigEndian(size).substr(1);
-    } else {
-      body_ += version_ == 4 ? synchsafe(size) : bigEndian(size);
-      body_ += {static_cast<char>(flags >> 8), static_cast<char>(flags)};
-    }
-    body_ += body;
-    return *this;
+    if (version_ == 2) return raw(bigEndian(size).substr(1)).raw(body);
+    body_ += version_ == 4 ? synchsafe(size) : bigEndian(size);
+    body_ += {static_cast<char>(flags >> 8), static_cast<char>(flags)};
+    return raw(body);
   }
   TagBytes& raw(std::string_view bytes) {
     body_ += bytes;
     return *this;
   }
   TagBytes& padding(std::size_t count) { return raw(std::string(count, '\0')); }
-  /// The flags byte of the tag header.
-  TagBytes& flags(std::uint8_t flags) {
-    flags_ = flags;
-    return *this;
-  }
-  TagBytes& revision(std::uint8_t revision) {
-    revision_ = revision;
-    return *this;
-  }
-  /// Makes the tag header tell another size than the body has.
-  TagBytes& declaring(std::uint64_t size) {
-    declared_ = static_cast<std::int64_t>(size);
-    return *this;
-  }
 
   /// The tag as characters, to be written to a file.
-  std::string characters() const {
-    const std::uint64_t size = declared_ < 0 ? body_.size() : static_cast<std::uint64_t>(declared_);
-    return "ID3"s + static_cast<char>(version_) + static_cast<char>(revision_) + static_cast<char>(flags_) +
-           synchsafe(size) + body_;
-  }
-  platform::Bytes bytes() const {
-    const std::string all = characters();
-    return {all.begin(), all.end()};
-  }
+  std::string characters() const { return declaring(body_.size()); }
+  /// The same with another size in its header than the body has.
+  std::string declaring(std::uint64_t size) const { return start_ + synchsafe(size) + body_; }
 
   static std::string bigEndian(std::uint64_t value) { return grouped(value, 8, 0xFF); }
   static std::string synchsafe(std::uint64_t value) { return grouped(value, 7, 0x7F); }
@@ -80,11 +59,13 @@ class TagBytes {
   }
 
   int version_;
-  std::uint8_t revision_ = 0;
-  std::uint8_t flags_ = 0;
-  std::int64_t declared_ = -1;
+  std::string start_;
   std::string body_;
 };
+
+inline platform::Bytes bytesFrom(std::string_view characters) {
+  return {characters.begin(), characters.end()};
+}
 
 /// The text as UTF-16 with a little-endian mark; ASCII only.
 inline std::string utf16(std::string_view ascii) {

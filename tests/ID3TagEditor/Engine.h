@@ -23,24 +23,17 @@ using Name = FrameName;
 using Text = ID3FrameWithStringContent;
 using Integer = ID3FrameWithIntegerContent;
 
-inline platform::SharedBytes shared(std::string_view characters) {
-  return platform::Bytes(characters.begin(), characters.end());
-}
-
 inline std::string charactersOf(const platform::Bytes& bytes) {
   return {bytes.begin(), bytes.end()};
 }
 
-/// The bodies of text frames in the encodings that the engine writes, terminator included.
+/// The body of a text frame in ISO-8859-1 as the engine writes it, terminator included.
 inline std::string latin1(std::string_view text) {
   return "\0"s + std::string(text) + "\0"s;
 }
-inline std::string unicode(std::string_view ascii) {
-  return "\1" + utf16(ascii) + "\0\0"s;
-}
 
 inline std::optional<ID3Tag> tagIn(std::string_view mp3) {
-  return Editor().read(shared(mp3));
+  return Editor().read(bytesFrom(mp3));
 }
 
 /// A tag that was read, with its typed view.
@@ -91,9 +84,9 @@ ID3Tag fullTag() {
   builder.beatsPerMinute(number[1]).lengthInMilliseconds(number[2]);
   builder.genre({ID3Genre::rock, "Rock"}).discPosition(disc).trackPosition({3, 12});
   builder.attachedPicture(ID3PictureType::backCover,
-                          {shared(png), ID3PictureType::backCover, ID3PictureFormat::png});
+                          {bytesFrom(png), ID3PictureType::backCover, ID3PictureFormat::png});
   builder.attachedPicture(ID3PictureType::frontCover,
-                          {shared(jpeg), ID3PictureType::frontCover, ID3PictureFormat::jpeg});
+                          {bytesFrom(jpeg), ID3PictureType::frontCover, ID3PictureFormat::jpeg});
   for (const auto language : {ID3FrameContentLanguage::ita, ID3FrameContentLanguage::eng}) {
     builder.unsynchronisedLyrics(language, {language, "l", "lyrics"});
     builder.comment(language, {language, "c", "comment"});

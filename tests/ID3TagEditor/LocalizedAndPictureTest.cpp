@@ -4,34 +4,25 @@ namespace tests {
 
 namespace {
 
-using Language = ID3FrameContentLanguage;
-
 TEST(LocalizedFrames, PartTheDescriptionFromTheContent) {
-  const std::string zeros = "\0\0"s;
   struct {
     int version;
     std::string body, description, content;
-  } const rows[] = {{3, "\1eng"s + utf16("d") + zeros + utf16("hi"), "d", "hi"},
-                    {2, "\1eng"s + utf16("d") + zeros + utf16("hi") + zeros, "d", "hi"},
-                    {3, "\1eng"s + utf16("") + zeros + utf16("hi"), "", "hi"},
-                    // The last separator counts.
-                    {3, "\1eng"s + utf16("a") + zeros + utf16("b") + zeros + utf16("c"), "a\0\uFEFFb"s, "c"},
-                    {3, "\0engd\0\0\0hi"s, "d\0"s, "hi"},
-                    {3, "\0eng\0hi\0\0"s, "\0hi"s, ""},
-                    // Without one all is content: with a big-endian mark, and with one zero.
-                    {3, "\1eng\xFE\xFF\0d\0\0\xFE\xFF\0h"s, "", "d\0\uFEFFh"s},
-                    {3, "\0engd\0hi"s, "", "d\0hi"s},
-                    {3, "\0eng\0hi"s, "", "hi"},
-                    {3, "\0eng"s, "", ""},
-                    // UTF-8 in v2.4 only.
-                    {4, "\3engd\0\0h\xC3\xA9"s, "d", "hé"},
-                    {3, "\3engd\0\0h\xC3\xA9"s, "d", "hÃ©"},
-                    {4, "\3eng\0h\xE9"s, "", "Invalid content"},
-                    {3, "\1eng"s + utf16("d") + "\0\0\xFF\xFE\0\xD8"s, "d", "Invalid content"},
-                    {3, "\1eng\xFF\xFE\0\xDC\0\0"s + utf16("hi"), "Invalid content", "hi"}};
+  } const rows[] = {
+      {2, "\1eng"s + utf16("d") + "\0\0"s + utf16("hi") + "\0\0"s, "d", "hi"},
+      // The last separator counts.
+      {3, "\1eng"s + utf16("a") + "\0\0"s + utf16("b") + "\0\0"s + utf16("c"), "a\0\uFEFFb"s, "c"},
+      // Without one all is content: with a big-endian mark, and with one zero.
+      {3, "\1eng\xFE\xFF\0d\0\0\xFE\xFF\0h"s, "", "d\0\uFEFFh"s},
+      {3, "\0eng"s, "", ""},
+      // UTF-8 in v2.4 only.
+      {4, "\3engd\0\0h\xC3\xA9"s, "d", "hé"},
+      {3, "\3engd\0\0h\xC3\xA9"s, "d", "hÃ©"},
+      {4, "\3eng\0h\xE9"s, "", "Invalid content"},
+      {3, "\1eng\xFF\xFE\0\xDC\0\0"s + utf16("hi"), "Invalid content", "hi"}};
   for (const auto& [version, body, description, content] : rows) {
     SCOPED_TRACE(testing::PrintToString(body));
-    const std::vector<LocalizedContent> expected{{Language::eng, description, content}};
+    const std::vector<LocalizedContent> expected{{ID3FrameContentLanguage::eng, description, content}};
     EXPECT_EQ(Reading(version, version == 2 ? "COM" : "COMM", body).content.comments(), expected);
     EXPECT_EQ(Reading(version, version == 2 ? "ULT" : "USLT", body).content.unsynchronizedLyrics(), expected);
   }
@@ -54,18 +45,11 @@ TEST(PictureFrames, HoldWhatFollowsAFormatsSignature) {
     int version;
     std::string body, expected;
   } const rows[] = {
-      {3, "\0image/jpeg\0\3\0"s + jpeg, "frontCover jpeg" + jpeg},
       {4, "\0image/png\0\x14\0"s + png, "publisherStudioLogotype png" + png},
-      {2, "\0JPG\3\0"s + jpeg, "frontCover jpeg" + jpeg},
-      {2, "\0PNG\4\0"s + png, "backCover png" + png},
       {3, "\0image/jpeg\0\3a long description of the cover\0"s + jpeg, "frontCover jpeg" + jpeg},
       // The type stands where the picture's own format would put it.
       {3, "\0image/jpeg\0\x15\0"s + jpeg, "other jpeg" + jpeg},
-      {3, "\0image/jpg\0\3\0"s + jpeg, "other jpeg" + jpeg},
-      {3, "\0image/jpeg\0\3\0"s + png, "other png" + png},
-      {2, "\x89PNG\3", "frontCover png\x89PNG\3"},
       {2, "\x89PNG", ""},
-      {3, "\0image/gif\0\3\0GIF89a and more"s, ""},
       {3, "\0image/jpeg\0\3\0\xFF\xD8\xFF\xE1 more"s, ""},
       // Both formats, at two types and at one.
       {3, "\0image/jpeg\0\3\0"s + jpeg + png, "other png" + png + "frontCover jpeg" + jpeg + png},

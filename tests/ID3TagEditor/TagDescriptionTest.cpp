@@ -22,30 +22,9 @@ TEST(TagDescription, ShowsATagWithEverything) {
             "- iTunesPodcastCategory: iTunesPodcastCategory\n"
             "- iTunesPodcastDescription: iTunesPodcastDescription\n- iTunesPodcastID: iTunesPodcastID\n"
             "- iTunesPodcastKeywords: iTunesPodcastKeywords");
-}
-
-TEST(TagDescription, ShowsWhatIsAbsent) {
-  ID3Tag tag(ID3Version::version4);
-  const auto shows = [&](const std::string& line) {
-    return tag.debugDescription().find("\n" + line + "\n") != std::string::npos;
-  };
-  for (const auto* line :
-       {"- title: -", "- trackPosition: -", "- recordingDateTime: -", "- genre: -", "- recordingYear: -",
-        "- attachedPicture:\n- unsynchronisedLyrics:\n- comments:"}) {
-    EXPECT_TRUE(shows(line)) << line;
-  }
-  tag.frames[Name::title] = std::make_shared<Integer>(1);
-  tag.frames[Name::recordingYear] = std::make_shared<Integer>(OptionalInteger());
-  tag.frames[Name::recordingDayMonth] = std::make_shared<ID3FrameRecordingDayMonth>(std::nullopt, 5);
-  tag.frames[Name::discPosition] = std::make_shared<ID3FramePartOfTotal>(3, std::nullopt);
-  tag.frames[Name::genre] = std::make_shared<ID3FrameGenre>(std::nullopt, "a\"\\\n");
-  tag.frames[Name::recordingDateTime] =
-      std::make_shared<ID3FrameRecordingDateTime>(RecordingDateTime{{}, RecordingTime{22, {}}});
-  for (const auto* line :
-       {"- title: -", "- recordingYear: 0", "- recordingDayMonth: 0 5", "- discPosition: 3 of -",
-        R"(- genre: nil - Optional("a\"\\\n"))", "- recordingDateTime: Date: (-) - Time: (22 0)"}) {
-    EXPECT_TRUE(shows(line)) << line;
-  }
+  const std::string empty = ID3Tag(ID3Version::version4).debugDescription();
+  EXPECT_NE(empty.find("\n- title: -\n- trackPosition: -\n"), std::string::npos);
+  EXPECT_NE(empty.find("\n- attachedPicture:\n- unsynchronisedLyrics:\n- comments:\n"), std::string::npos);
 }
 
 }  // namespace

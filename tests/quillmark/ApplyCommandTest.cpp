@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/FileState.h"
+#include "tests/Files.h"
 #include "tests/Program.h"
 #include "tests/Samples.h"
 
@@ -13,9 +13,8 @@ class ApplyCommandTest : public testing::Test {
   const TemporaryFolder folder;
   const std::filesystem::path source =
       folder.file("01.mp3", track(text("TIT2", "Kyrie") + text("TALB", "Mass") + text("TRCK", "1/2"), 64));
-  const std::filesystem::path target = folder.file(
-      "02.mp3",
-      track(text("TIT2", "Gloria") + text("TRCK", "2") + text("TCON", "Pop") + text("TCOM", "B"), 64));
+  const std::filesystem::path target =
+      folder.file("02.mp3", track(text("TIT2", "Gloria") + text("TRCK", "2") + text("TCON", "Pop"), 64));
 
   Finished apply(std::vector<std::string> words) const {
     words.insert(words.begin(), {"apply", "--from", "01.mp3"});
@@ -27,37 +26,28 @@ class ApplyCommandTest : public testing::Test {
 
 TEST_F(ApplyCommandTest, ChangesTheSelectedFields) {
   const std::string targetBefore = contentsOf(target);
-  const std::string asBefore =
-      "  Title         Gloria\n  Composer      B\n  Genre         Pop\n  Track Number  2\n";
+  const std::string asBefore = "  Title         Gloria\n  Genre         Pop\n  Track Number  2\n";
   const std::string identity =
-      "  Title         Gloria\n  Album         Mass\n  Composer      B\n  Track Number  2\n  Track Total   "
-      "2\n";
+      "  Title         Gloria\n  Album         Mass\n  Track Number  2\n  Track Total   2\n";
   const std::string albumOnly =
-      "  Title         Gloria\n  Album         Mass\n  Composer      B\n  Genre         Pop\n  Track Number  "
-      "2\n";
+      "  Title         Gloria\n  Album         Mass\n  Genre         Pop\n  Track Number  2\n";
   const std::string clone =
       "  Title         Kyrie\n  Album         Mass\n  Track Number  1\n  Track Total   2\n";
+  const std::string updated = "updated   02.mp3\n\nchanged 1, unchanged 0, failed 0\n";
+  const std::string unchanged = "unchanged 02.mp3\n\nchanged 0, unchanged 1, failed 0\n";
+  const std::string would = "would     02.mp3\n\nwould change 1, unchanged 0, failed 0\n";
   struct Row {
     std::vector<std::string> options;
     std::string listing;
     std::string report;
   };
-  const std::string updated = "updated   02.mp3\n\nchanged 1, unchanged 0, failed 0\n";
-  const std::string unchanged = "unchanged 02.mp3\n\nchanged 0, unchanged 1, failed 0\n";
   for (const Row& row : std::vector<Row>{
-           {{}, identity, updated},
            {{"--dryrun", "--all=yes"}, identity, updated},
            {{"--all"}, clone, updated},
-           {{"--fields", ", album,,"}, albumOnly, updated},
-           {{"--all", "--fields", "mood", "--fields", "\talbum,albumArtist\u2003, album-artist"},
-            albumOnly,
-            updated},
+           {{"--all", "--fields", "mood", "--fields", ",\talbum,albumArtist\u2003,"}, albumOnly, updated},
            {{"--fields", ",,", "--all"}, asBefore, unchanged},
-           {{"--fields", "composer", "--from", "02.mp3"}, asBefore, unchanged},
-           {{"--dry-run", "--all"}, asBefore, "would     02.mp3\n\nwould change 1, unchanged 0, failed 0\n"},
-           {{"--dry-run", "--fields", ""},
-            asBefore,
-            "unchanged 02.mp3\n\nwould change 0, unchanged 1, failed 0\n"},
+           {{"--fields", "genre", "--from", "02.mp3"}, asBefore, unchanged},
+           {{"--dry-run", "--all"}, asBefore, would},
        }) {
     SCOPED_TRACE(testing::PrintToString(row.options));
     folder.file("02.mp3", targetBefore);
@@ -65,8 +55,7 @@ TEST_F(ApplyCommandTest, ChangesTheSelectedFields) {
     auto words = row.options;
     words.push_back("02.mp3");
     const Finished run = apply(words);
-    EXPECT_EQ(run.output, row.report);
-    EXPECT_EQ(run.error, "");
+    EXPECT_EQ(run.output + run.error, row.report);
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(quillmark({"read", "02.mp3"}, folder.path()).output, row.listing);
     EXPECT_EQ(FileState(target) == before, row.listing == asBefore);
@@ -75,21 +64,13 @@ TEST_F(ApplyCommandTest, ChangesTheSelectedFields) {
 }
 
 TEST_F(ApplyCommandTest, ReportsEachFileAndGoesOn) {
-  std::filesystem::create_directory(folder.path() / "b");
-  std::filesystem::copy_file(target, folder.path() / "b/02.mp3");
   const FileState sourceBefore(source);
-  const Finished run = apply({"02.mp3", "missing.mp3", "~/01.mp3", "02.mp3", "b/02.mp3"});
+  const Finished run = apply({"02.mp3", "missing.mp3", "~/01.mp3", folder.path() / "02.mp3"});
   EXPECT_EQ(run.output,
-            "updated   02.mp3\nunchanged 01.mp3\nunchanged 02.mp3\nupdated   02.mp3\n\n"
-            "changed 2, unchanged 2, failed 1\n");
+            "updated   02.mp3\nunchanged 01.mp3\nunchanged 02.mp3\n\nchanged 1, unchanged 2, failed 1\n");
   EXPECT_EQ(run.error, "quillmark: failed    missing.mp3: missing.mp3 could not be read.\n");
   EXPECT_EQ(run.status, 2);
   EXPECT_TRUE(FileState(source) == sourceBefore);
-
-  const FileState targetBefore(target);
-  EXPECT_EQ(apply({"02.mp3", "--dry-run", "missing.mp3"}).status, 2);
-  EXPECT_EQ(apply({"--from", "missing.mp3", "02.mp3"}).status, 1);
-  EXPECT_TRUE(FileState(target) == targetBefore);
 }
 
 }  // namespace tests

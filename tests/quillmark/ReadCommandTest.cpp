@@ -19,34 +19,30 @@ class ReadCommandTest : public testing::Test {
   }
 
   const TemporaryFolder folder;
-  const std::string kyrie = "  Artist  Väskelund\n  Album   Morning / Songs\n";
-  const std::string credo =
-      "  Title         Credo\n  Comment       one\ntwo\n  Track Number  3\n  Track Total   12\n"
-      "  Artwork       PNG, 8 bytes\n";
 };
 
 }  // namespace
 
 TEST_F(ReadCommandTest, ListsTheFieldsOfEachFile) {
+  const std::string kyrie = "  Artist  Väskelund\n  Album   Morning / Songs\n";
+  const std::string gloria = "02 Gloria.mp3:\n  (no tags)\n";
+  const std::string credo =
+      "03.mp3:\n  Title         Credo\n  Comment       one\ntwo\n  Track Number  3\n  Track Total   12\n"
+      "  Artwork       PNG, 8 bytes\n";
+  const std::string missing = "quillmark: a~.mp3 could not be read.\n";
   struct Row {
     std::vector<std::string> arguments;
     std::string output;
     std::string error;
   };
-  const std::string none = "  (no tags)\n";
   for (const Row& row : std::vector<Row>{
            {{"read", "01 Kyrie.mp3", "--unknown"}, kyrie, ""},
-           {{"read", "02 Gloria.mp3"}, none, ""},
            {{"read", "~/03.mp3", "02 Gloria.mp3", folder.path() / "01 Kyrie.mp3", "03.mp3"},
-            "03.mp3:\n" + credo + "\n02 Gloria.mp3:\n" + none + "\n01 Kyrie.mp3:\n" + kyrie + "\n03.mp3:\n" +
-                credo,
+            credo + "\n" + gloria + "\n01 Kyrie.mp3:\n" + kyrie + "\n" + credo,
             ""},
-           {{"read", "02 Gloria.mp3", "a~.mp3", "03.mp3"},
-            "02 Gloria.mp3:\n" + none + "\na~.mp3:\n",
-            "quillmark: a~.mp3 could not be read.\n"},
-           {{"read", "02 Gloria.mp3", "--json", "a~.mp3"}, "", "quillmark: a~.mp3 could not be read.\n"},
+           {{"read", "02 Gloria.mp3", "a~.mp3", "03.mp3"}, gloria + "\na~.mp3:\n", missing},
+           {{"read", "02 Gloria.mp3", "--json", "a~.mp3"}, "", missing},
        }) {
-    SCOPED_TRACE(testing::PrintToString(row.arguments));
     const Finished run = quillmark(row.arguments, folder.path());
     EXPECT_EQ(run.output, row.output);
     EXPECT_EQ(run.error, row.error);
@@ -57,19 +53,14 @@ TEST_F(ReadCommandTest, ListsTheFieldsOfEachFile) {
 TEST_F(ReadCommandTest, PrintsJSONByPath) {
   std::string path = std::filesystem::canonical(folder.path()).native();
   for (std::size_t at = 0; (at = path.find('/', at)) != std::string::npos; at += 2) path.insert(at, 1, '\\');
-  folder.file("0\"\\\n\x01\x7F\u00FC\xFF.mp3", track(text("TCON", "\x80"), 64));
-  const Finished run = quillmark({"read", "03.mp3", "02 Gloria.mp3", "--json", "01 Kyrie.mp3",
-                                  "0\"\\\n\x01\x7F\u00FC\xFF.mp3", "03.mp3"},
-                                 folder.path());
-  EXPECT_EQ(run.error, "");
-  EXPECT_EQ(run.status, 0);
+  const std::string odd = "0\"\\\n\x01\x7F\u00FC\xFF.mp3";
+  folder.file(odd, track(text("TCON", "\x80"), 64));
+  const Finished run = quillmark({"read", "03.mp3", "02 Gloria.mp3", "--json", odd, "03.mp3"}, folder.path());
+  EXPECT_EQ(run.error + std::to_string(run.status), "0");
   const std::string key = "\n  \"" + path + "\\/";
   EXPECT_EQ(run.output, "{" + key + R"(0\"\\\n\u0001)" + "\x7F\u00FC\uFFFD" + R"(.mp3" : {
     "genre" : ")" + "\u0080" +
                             R"("
-  },)" + key + R"(01 Kyrie.mp3" : {
-    "album" : "Morning \/ Songs",
-    "artist" : "Väskelund"
   },)" + key + R"(02 Gloria.mp3" : {
 
   },)" + key + R"(03.mp3" : {

@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "tests/FileState.h"
+#include "tests/Files.h"
 #include "tests/Program.h"
 #include "tests/Samples.h"
 
@@ -29,77 +29,56 @@ TEST_F(SetCommandTest, WritesAndClearsTheNamedFields) {
   folder.file("cover", png);
   const std::string before = contentsOf(file);
   const std::string rest = "  Artist   Choir\n  Comment  Live\n";
-  struct Row {
-    std::vector<std::string> options;
-    std::string listing;
-  };
-  for (const Row& row : std::vector<Row>{
+  for (const auto& [options, listing] : std::vector<std::pair<std::vector<std::string>, std::string>>{
            {{"--title", " Gloria\n"}, "  Title    Gloria\n" + rest},
-           {{"--title", ""}, rest},
-           {{"--clear", "title,, comment"}, "  Artist  Choir\n"},
+           {{"--title", "", "--clear", ",, comment"}, "  Artist  Choir\n"},
            {{"--clear", "title", "--title", "--dry-run"}, "  Title    --dry-run\n" + rest},
            {{"--artist", "A", "--album-artist", "B", "--albumArtist", "C", "--artist", "D"},
             "  Title         Kyrie\n  Artist        D\n  Album Artist  C\n  Comment       Live\n"},
-           {{"--year", "-5", "--disc-number", "+2", "--clear", "comment,artist"},
-            "  Title        Kyrie\n  Year         -5\n  Disc Number  2\n"},
-           {{"--artwork", "~/cover", "--clear", "comment,artist"},
-            "  Title    Kyrie\n  Artwork  PNG, 16 bytes\n"},
+           {{"--year", "-5", "--disc-number", "+2", "--clear", "comment,artist", "--artwork", "~/cover"},
+            "  Title        Kyrie\n  Year         -5\n  Disc Number  2\n  Artwork      PNG, 16 bytes\n"},
            {{"--title", "Gloria", "--dry-run"}, "  Title    Kyrie\n" + rest},
        }) {
-    SCOPED_TRACE(testing::PrintToString(row.options));
+    SCOPED_TRACE(testing::PrintToString(options));
     folder.file("01.mp3", before);
-    EXPECT_EQ(set(row.options).error, "");
-    EXPECT_EQ(quillmark({"read", "01.mp3"}, folder.path()).output, row.listing);
+    EXPECT_EQ(set(options).error, "");
+    EXPECT_EQ(quillmark({"read", "01.mp3"}, folder.path()).output, listing);
   }
-  folder.file("01.mp3", before);
   EXPECT_EQ(set({"--title", "Kyrie "}).output, "unchanged 01.mp3\n\nchanged 0, unchanged 1, failed 0\n");
 }
 
 TEST_F(SetCommandTest, RefusesABadLineBeforeAnyFileIsTouched) {
   folder.file("gif", "GIF89a");
   folder.file("empty", "");
-  std::filesystem::create_directory(folder.path() / "folder");
   ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
-  struct Row {
-    std::vector<std::string> options;
-    std::string error;
-  };
-  std::vector<Row> rows{
-      {{}, "set needs at least one field, e.g. --artist \"Väskelund\"."},
+  std::vector<std::pair<std::vector<std::string>, std::string>> rows{
       {{"--clear", ","}, "set needs at least one field, e.g. --artist \"Väskelund\"."},
       {{"--year", "1977.0"}, "--year expects a number, got '1977.0'."},
       {{"--trackNumber", " 1", "--bpm", ""}, "--trackNumber expects a number, got ' 1'."},
-      {{"--bpm", "", "--trackNumber", " 1"}, "--bpm expects a number, got ''."},
       {{"--year", "9223372036854775808"}, "--year expects a number, got '9223372036854775808'."},
       {{"--title", "A", "--clear", "title, Mood ,x"},
        "Unknown field 'Mood'. Run 'quillmark fields' for the list."},
-      {{"--title", "A\xFF"}, "--title expects text in UTF-8."},
-  };
-  for (const std::string path : {"gif", "empty", "folder", "pipe", "~/missing"}) {
+      {{"--title", "A\xFF"}, "--title expects text in UTF-8."}};
+  for (const std::string path : {"gif", "empty", "pipe", "~/missing"}) {
     rows.push_back({{"--artwork", path}, "Could not read artwork at " + path + " (expected a JPEG or PNG)."});
   }
   const FileState before(file);
   for (const auto& [options, error] : rows) {
-    SCOPED_TRACE(testing::PrintToString(options));
     const Finished run = set(options);
     EXPECT_EQ(run.error, "quillmark: " + error + "\n");
     EXPECT_EQ(run.status, 1);
-    EXPECT_TRUE(FileState(file) == before);
+    EXPECT_TRUE(FileState(file) == before) << error;
   }
   EXPECT_EQ(quillmark({"set", "--year", "x"}, folder.path()).error, "quillmark: No files given.\n");
-  EXPECT_EQ(quillmark({"set", "01.mp3", "--year"}, folder.path()).error,
-            "quillmark: --year needs a value.\n");
 }
 
 TEST_F(SetCommandTest, FailsFileByFileForAPictureThatFitsNoTag) {
-  folder.file("cover", png);
-  std::filesystem::resize_file(folder.path() / "cover", std::uintmax_t{1} << 28);
+  std::filesystem::resize_file(folder.file("cover", png), std::uintmax_t{1} << 28);
   const FileState before(file);
   const Finished run = set({"--artwork", "cover"});
-  EXPECT_EQ(
-      run.error,
-      "quillmark: failed    01.mp3: 01.mp3: its tag would be larger than 256 MiB, more than an ID3 tag can "
-      "hold.\n");
+  EXPECT_EQ(run.error,
+            "quillmark: failed    01.mp3: 01.mp3: its tag would be larger than 256 MiB, more than "
+            "an ID3 tag can hold.\n");
   EXPECT_EQ(run.status, 2);
   EXPECT_TRUE(FileState(file) == before);
   EXPECT_EQ(folder.entryCount(), 2);
