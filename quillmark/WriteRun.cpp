@@ -16,7 +16,7 @@ int writeInto(Words paths, const TagApplier& applier, const TagSet& tags, TagFie
   Report report(dryRun, output);
   for (const std::filesystem::path& file : urls(paths)) {
     if (platform::Signals::interruption() != 0) break;
-    report.add(applier.apply(tags, file, selection, dryRun));
+    report.add(applier.applyToOne(tags, file, selection, dryRun));
   }
   return report.finish();
 }

@@ -17,8 +17,8 @@ TagApplier::Outcome TagApplier::outcomeFor(const TagSet& source, const std::file
   return Updated{std::move(wanted)};
 }
 
-TagApplier::Result TagApplier::apply(const TagSet& source, const std::filesystem::path& to, TagFields fields,
-                                     bool dryRun) const {
+TagApplier::Result TagApplier::applyToOne(const TagSet& source, const std::filesystem::path& to,
+                                          TagFields fields, bool dryRun) const {
   try {
     return {to, outcomeFor(source, to, fields, dryRun)};
   } catch (const std::exception& error) {
@@ -31,7 +31,7 @@ std::vector<TagApplier::Result> TagApplier::apply(const TagSet& source,
                                                   TagFields fields, bool dryRun) const {
   std::vector<Result> results;
   results.reserve(to.size());
-  for (const auto& file : to) results.push_back(apply(source, file, fields, dryRun));
+  for (const auto& file : to) results.push_back(applyToOne(source, file, fields, dryRun));
   return results;
 }
 

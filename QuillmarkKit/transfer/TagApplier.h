@@ -44,7 +44,8 @@ class TagApplier {
   explicit TagApplier(const TagStore& store) : store_(store) {}
 
   /// What becomes of one file.
-  Result apply(const TagSet& source, const std::filesystem::path& to, TagFields fields, bool dryRun) const;
+  Result applyToOne(const TagSet& source, const std::filesystem::path& to, TagFields fields,
+                    bool dryRun) const;
   /// What becomes of each file, one after another, in their order.
   std::vector<Result> apply(const TagSet& source, const std::vector<std::filesystem::path>& to,
                             TagFields fields, bool dryRun) const;

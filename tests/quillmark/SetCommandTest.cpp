@@ -58,7 +58,9 @@ TEST_F(SetCommandTest, RefusesABadLineBeforeAnyFileIsTouched) {
       {{"--year", "9223372036854775808"}, "--year expects a number, got '9223372036854775808'."},
       {{"--title", "A", "--clear", "title, Mood ,x"},
        "Unknown field 'Mood'. Run 'quillmark fields' for the list."},
-      {{"--title", "A\xFF"}, "--title expects text in UTF-8."}};
+      {{"--title", "A\xFF"}, "--title expects text in UTF-8."},
+      {{"--clear", " \x80"}, "Unknown field ' \x80'. Run 'quillmark fields' for the list."},
+  };
   for (const std::string path : {"gif", "empty", "pipe", "~/missing"}) {
     rows.push_back({{"--artwork", path}, "Could not read artwork at " + path + " (expected a JPEG or PNG)."});
   }
