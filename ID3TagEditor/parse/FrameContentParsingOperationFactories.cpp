@@ -12,15 +12,19 @@ using OperationPointer = std::unique_ptr<FrameContentParsingOperation>;
 
 namespace {
 
-/// An operation whose frame, stored under `name`, is what `makeFrame` makes of the text.
-template <class MakeFrame>
-OperationPointer textOperation(FrameName name, MakeFrame makeFrame) {
-  return std::make_unique<ID3FrameStringContentParsingOperation>([name, makeFrame](std::string text) {
-    using Frame = decltype(makeFrame(text));
-    return std::pair<FrameName, std::unique_ptr<ID3Frame>>(
-        name, std::make_unique<Frame>(makeFrame(std::move(text))));
-  });
-}
+struct ID3FrameStringContentParsingOperationFactory {
+  /// An operation whose frame, stored under `name`, is what `makeFrame` makes of the text.
+  template <class MakeFrame>
+  static OperationPointer make(FrameName name, MakeFrame makeFrame) {
+    return std::make_unique<ID3FrameStringContentParsingOperation>([name, makeFrame](std::string text) {
+      using Frame = decltype(makeFrame(text));
+      return std::pair<FrameName, std::unique_ptr<ID3Frame>>(
+          name, std::make_unique<Frame>(makeFrame(std::move(text))));
+    });
+  }
+};
+
+using TextOperation = ID3FrameStringContentParsingOperationFactory;
 
 ID3FramePartOfTotal partOfTotal(const std::string& text) {
   return ID3PartOfTotalStringAdapter().adapt(text);
@@ -29,41 +33,41 @@ ID3FramePartOfTotal partOfTotal(const std::string& text) {
 }  // namespace
 
 OperationPointer ID3ParsingOperationForID3FrameWithStringFactory::make(FrameName frameName) {
-  return textOperation(frameName,
-                       [](std::string text) { return ID3FrameWithStringContent(std::move(text)); });
+  return TextOperation::make(frameName,
+                             [](std::string text) { return ID3FrameWithStringContent(std::move(text)); });
 }
 
 OperationPointer ID3ParsingOperationForID3FrameWithIntegerFactory::make(FrameName frameName) {
-  return textOperation(frameName, [](const std::string& text) {
+  return TextOperation::make(frameName, [](const std::string& text) {
     return ID3FrameWithIntegerContent(platform::Text::decimalInteger(text));
   });
 }
 
 OperationPointer ID3DiscPositionFrameContentParsingOperationFactory::make() {
-  return textOperation(FrameName::discPosition, partOfTotal);
+  return TextOperation::make(FrameName::discPosition, partOfTotal);
 }
 
 OperationPointer ID3TrackPositionFrameContentParsingOperationFactory::make() {
-  return textOperation(FrameName::trackPosition, partOfTotal);
+  return TextOperation::make(FrameName::trackPosition, partOfTotal);
 }
 
 OperationPointer ID3RecordingDayMonthFrameContentParsingOperationFactory::make() {
-  return textOperation(FrameName::recordingDayMonth, [](const std::string& text) {
+  return TextOperation::make(FrameName::recordingDayMonth, [](const std::string& text) {
     const auto [day, month] = ID3CoupleOfNumbersAdapter().adapt(text);
     return ID3FrameRecordingDayMonth(day, month);
   });
 }
 
 OperationPointer ID3RecordingHourMinuteFrameContentParsingOperationFactory::make() {
-  return textOperation(FrameName::recordingHourMinute, [](const std::string& text) {
+  return TextOperation::make(FrameName::recordingHourMinute, [](const std::string& text) {
     const auto [hour, minute] = ID3CoupleOfNumbersAdapter().adapt(text);
     return ID3FrameRecordingHourMinute(hour, minute);
   });
 }
 
 OperationPointer ID3GenreFrameContentParsingOperationFactory::make() {
-  return textOperation(FrameName::genre,
-                       [](const std::string& text) { return ID3GenreStringAdapter().adapt(text); });
+  return TextOperation::make(FrameName::genre,
+                             [](const std::string& text) { return ID3GenreStringAdapter().adapt(text); });
 }
 
 OperationPointer ID3RecordingTimeFrameContentParsingOperationFactory::make() {

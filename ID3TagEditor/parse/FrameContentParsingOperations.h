@@ -21,7 +21,7 @@ class ID3FrameStringContentParsingOperation : public FrameContentParsingOperatio
              const FrameReceiver& completed) const override;
 
  private:
-  ID3FrameStringContentParser stringContentParser_;
+  ID3FrameStringContentParser stringContentParser_ = ID3FrameStringContentParserFactory::make();
   CreateFrame createFrameOperation_;
 };
 
@@ -65,7 +65,7 @@ class ID3RecordingTimeFrameContentParsingOperation : public FrameContentParsingO
   static RecordingDateTime recordingDateTime(std::string_view text);
 
  private:
-  ID3FrameStringContentParser stringContentParser_;
+  ID3FrameStringContentParser stringContentParser_ = ID3FrameStringContentParserFactory::make();
 };
 
 }  // namespace ID3TagEditor

@@ -59,4 +59,8 @@ class ID3FrameStringContentParser {
   ID3FrameConfiguration id3FrameConfiguration_;
 };
 
+struct ID3FrameStringContentParserFactory {
+  static ID3FrameStringContentParser make() { return {}; }
+};
+
 }  // namespace ID3TagEditor
