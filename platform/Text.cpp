@@ -62,7 +62,8 @@ bool isLowSurrogate(char32_t unit) {
 
 std::string fromLatin1(ByteView bytes) {
   std::string text;
-  text.reserve(bytes.size());
+  const auto isLong = [](std::uint8_t byte) { return byte >= 0x80; };
+  text.reserve(bytes.size() + static_cast<std::size_t>(std::ranges::count_if(bytes, isLong)));
   for (const std::uint8_t byte : bytes) appendCharacter(text, byte);
   return text;
 }
@@ -152,6 +153,12 @@ std::string_view trimmingBlanks(std::string_view text) {
 
 std::string_view trimmingNulls(std::string_view text) {
   return trimming(text, [](char32_t character) { return character == 0; });
+}
+
+void trim(std::string& text, std::string_view part) {
+  const auto start = static_cast<std::size_t>(part.data() - text.data());
+  text.erase(start + part.size());
+  text.erase(0, start);
 }
 
 Character firstCharacter(std::string_view text) {

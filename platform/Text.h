@@ -37,6 +37,9 @@ std::string_view trimmingBlanks(std::string_view text);
 /// Without the U+0000 characters at both ends.
 std::string_view trimmingNulls(std::string_view text);
 
+/// Leaves only `part`, which must be a part of `text`, in its place: a long text is not copied.
+void trim(std::string& text, std::string_view part);
+
 /// One character decoded from the front of a text.
 struct Character {
   char32_t value;

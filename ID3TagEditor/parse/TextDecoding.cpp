@@ -31,8 +31,9 @@ CharacterEncoding ID3FrameStringEncodingDetector::detect(platform::ByteView fram
   return id3StringEncodingConverter_.convert(stringEncodingFromRawValue(encodingByte), version);
 }
 
-std::string PaddingRemoverUsingTrimming::removeFrom(std::string_view string) const {
-  return std::string(Text::trimmingNulls(string));
+std::string PaddingRemoverUsingTrimming::removeFrom(std::string string) const {
+  Text::trim(string, Text::trimmingNulls(string));
+  return string;
 }
 
 std::optional<std::string> ID3FrameStringContentParser::parse(platform::ByteView frame,
@@ -44,7 +45,7 @@ std::optional<std::string> ID3FrameStringContentParser::parse(platform::ByteView
   std::optional<std::string> text = decode(content, stringEncodingDetector_.detect(frame, version));
   if (!text) text = Text::fromUTF8(content);
   if (!text) return std::nullopt;
-  return paddingRemover_.removeFrom(*text);
+  return paddingRemover_.removeFrom(std::move(*text));
 }
 
 }  // namespace ID3TagEditor

@@ -37,13 +37,13 @@ class ID3FrameStringEncodingDetector {
 class PaddingRemover {
  public:
   virtual ~PaddingRemover() = default;
-  virtual std::string removeFrom(std::string_view string) const = 0;
+  virtual std::string removeFrom(std::string string) const = 0;
 };
 
 /// Removes the U+0000 characters at both ends, and nothing else.
 class PaddingRemoverUsingTrimming : public PaddingRemover {
  public:
-  std::string removeFrom(std::string_view string) const override;
+  std::string removeFrom(std::string string) const override;
 };
 
 /// Reads the text of a text frame.

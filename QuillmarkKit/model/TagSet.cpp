@@ -53,14 +53,19 @@ TagSet TagSet::merging(const TagSet& other, TagFields fields) const {
 
 TagSet TagSet::normalized() const {
   TagSet normalized = *this;
+  normalized.normalize();
+  return normalized;
+}
+
+void TagSet::normalize() {
+  namespace Text = platform::Text;
   for (const TagField field : allTagFields) {
     const TextMember member = stringKeyPath(field);
     if (member == nullptr || !(this->*member)) continue;
-    const std::string_view trimmed =
-        platform::Text::trimmingNulls(platform::Text::trimmingWhiteSpace(*(this->*member)));
-    normalized.*member = trimmed.empty() ? std::nullopt : std::optional(std::string(trimmed));
+    TagSet::Text& text = this->*member;
+    Text::trim(*text, Text::trimmingNulls(Text::trimmingWhiteSpace(*text)));
+    if (text->empty()) text.reset();
   }
-  return normalized;
 }
 
 std::string TagSet::summary() const {

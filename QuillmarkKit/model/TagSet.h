@@ -49,6 +49,8 @@ struct TagSet {
   /// This tag set with its texts trimmed of white space and then of U+0000 at both ends, empty ones made
   /// absent.
   TagSet normalized() const;
+  /// The same in its place, without a copy of the texts.
+  void normalize();
   /// The fields that tell a track from others, a line each, or "No tags".
   std::string summary() const;
 

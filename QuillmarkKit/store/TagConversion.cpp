@@ -90,7 +90,8 @@ TagSet tagSetFrom(const ID3Tag& tag) {
   tags.comment = firstContent(reader.comments());
   tags.lyrics = firstContent(reader.unsynchronizedLyrics());
   tags.artwork = artworkAmong(reader.attachedPictures());
-  return tags.normalized();
+  tags.normalize();
+  return tags;
 }
 
 ID3Tag makeTag(const TagSet& from) {
