@@ -37,7 +37,7 @@ std::string expandingTilde(std::string_view path) {
 }
 
 std::filesystem::path fileLocation(std::string_view word) {
-  const std::filesystem::path location = expandingTilde(word);
+  std::filesystem::path location = expandingTilde(word);
   // An empty word names no file, and must not come to name the folder.
   if (location.empty()) return location;
   std::error_code failure;
