@@ -129,6 +129,7 @@ ItemReplacementDirectory::ItemReplacementDirectory(const std::filesystem::path& 
   if (folder.native().size() + name.size() + file.filename().native().size() + 3 > PATH_MAX) {
     // A path that is as long as paths can be has not; by way of its open folder, it is a short one.
     folder_ = ::open(folder.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC);
+    if (folder_ == -1) throw FileError(file, FileError::notWritten, errno);
     folder = "/proc/self/fd/" + std::to_string(folder_);
   }
   std::string path = (folder / name).native();
