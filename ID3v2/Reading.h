@@ -1,0 +1,31 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ID3v2/Tag.h"
+
+namespace ID3v2 {
+
+/// What the bytes at the start of a file hold.
+struct Reading {
+  Tag tag;
+  /// The bytes from the tag's header to the first one of the audio, a footer included.
+  std::uint64_t length = 0;
+  /// What is there but cannot be read or cannot be said in v2.3, each as a clause without a full stop that
+  /// names it for people, such as "the encrypted frame TIT2" or "what stands behind TALB in its tag".
+  std::vector<std::string> unreadable;
+};
+
+/// The bytes that the tag takes in its file, header and footer included, told by the header, the first ten
+/// bytes of the file; nothing where no tag of v2.2, v2.3 or v2.4 starts. The file may be shorter.
+std::optional<std::uint64_t> tagLength(platform::ByteView header);
+
+/// The tag at the start of the bytes, read as robust readers read what real programs wrote. Nothing where no
+/// tag starts. A tag that claims more bytes than there are is read as far as it goes, and told in
+/// `unreadable`. Pictures and opaque frames keep the bytes alive where they stand there as they are.
+std::optional<Reading> read(const platform::SharedBytes& bytes);
+
+}  // namespace ID3v2
