@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/env python3
 """Reads what the program wrote with an independent reader, mutagen, and compares it with what was asked for.
 
 Usage: crosscheck.py PROGRAM SAMPLES_FOLDER

@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/env python3
 """Lets each system call of a write fail in turn, by strace, and looks at what is left of the files each time.
 
 Usage: faults.py PROGRAM SAMPLES_FOLDER

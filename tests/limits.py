@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/env python3
 """Runs writes against full disks, missing rights, closed outputs and signals, and looks at what is left of the files.
 
 Usage: limits.py PROGRAM SAMPLES_FOLDER
