@@ -94,12 +94,14 @@ struct Frame {
   Content content;
   /// The two flag bytes at their v2.3 places (ID3v2.3.0 §3.3.1), compression and unsynchronisation undone.
   std::uint16_t flags = 0;
+  /// The byte that `flags` say names the frame's group; zero for opaque frames, whose bytes hold it.
+  std::uint8_t group = 0;
   /// The whole frame, header included, where it stood in a v2.3 tag in a form that can be written as it is;
   /// who changes anything above makes this empty.
-  platform::SharedBytes original;
+  platform::SharedBytes original = {};
 
   friend bool operator==(const Frame& a, const Frame& b) {
-    return a.identifier == b.identifier && a.flags == b.flags && a.content == b.content;
+    return a.identifier == b.identifier && a.flags == b.flags && a.group == b.group && a.content == b.content;
   }
 };
 

@@ -9,8 +9,9 @@ ALLOWED = {
     "ID3TagEditor/parse": ["platform", "ID3TagEditor/model"],
     "ID3TagEditor/create": ["platform", "ID3TagEditor/model"],
     "ID3TagEditor": ["platform", "ID3TagEditor/model", "ID3TagEditor/parse", "ID3TagEditor/create"],
+    "ID3v2": ["platform"],
     "QuillmarkKit/model": ["platform"],
-    "QuillmarkKit/store": ["platform", "QuillmarkKit/model", "ID3TagEditor"],
+    "QuillmarkKit/store": ["platform", "QuillmarkKit/model", "ID3TagEditor", "ID3v2"],
     "QuillmarkKit/transfer": ["platform", "QuillmarkKit/model", "QuillmarkKit/store"],
     "quillmark": ["platform", "QuillmarkKit/model", "QuillmarkKit/store", "QuillmarkKit/transfer"],
 }
