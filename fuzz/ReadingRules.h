@@ -25,10 +25,13 @@ inline bool isContentReadInParts(std::string_view text) {
   return platform::charactersOf(content).find("\0\0\xFF\xFE"sv) != std::string_view::npos;
 }
 
-/// A second signature in a picture is read as another picture.
+/// A second signature in a picture is read as another picture, but for a JPEG that its frame's fields lead
+/// to.
 inline bool isPictureReadInParts(platform::ByteView picture) {
   using namespace std::string_view_literals;
-  const std::string_view characters = platform::charactersOf(picture).substr(1);
+  std::string_view characters = platform::charactersOf(picture);
+  if (characters.starts_with("\xFF\xD8\xFF") && !characters.starts_with("\xFF\xD8\xFF\xE0")) return false;
+  characters.remove_prefix(1);
   return characters.find("\xFF\xD8\xFF\xE0"sv) != std::string_view::npos ||
          characters.find("\x89PNG"sv) != std::string_view::npos;
 }

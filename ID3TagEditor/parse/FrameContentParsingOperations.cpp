@@ -12,6 +12,7 @@ namespace ID3TagEditor {
 
 namespace Text = platform::Text;
 using platform::ByteView;
+using namespace std::string_view_literals;
 
 void ID3FrameStringContentParsingOperation::parse(const platform::SharedBytes& frame, ID3Version version,
                                                   const FrameReceiver& completed) const {
@@ -64,6 +65,41 @@ void ID3LocalizedFrameContentParsingOperation::parse(const platform::SharedBytes
                                       paddingRemover_.removeFrom(decodeOrComplain(content, encoding))));
 }
 
+namespace {
+
+/// Where the rest begins behind a text that a terminator of `width` zero bytes ends, on a boundary of that
+/// width; nothing when none does.
+std::optional<std::size_t> behindText(std::string_view bytes, std::size_t start, std::size_t width) {
+  const std::string_view terminator = "\0\0"sv.substr(0, width);
+  for (std::size_t at = start; at + width <= bytes.size(); at += width) {
+    if (bytes.substr(at, width) == terminator) return at + width;
+  }
+  return std::nullopt;
+}
+
+}  // namespace
+
+std::optional<std::size_t> ID3AttachedPictureFrameContentParsingOperation::startOfOtherJPEG(
+    ByteView frame, ID3Version version) const {
+  constexpr std::size_t formatSize = 3;
+  constexpr std::size_t typeSize = 1;
+  // Both forms of UTF-16, with a mark and without (ID3v2.4.0 structure §4).
+  constexpr std::string_view wideEncodings = "\1\2";
+  const std::string_view bytes = platform::charactersOf(frame);
+  const std::size_t encoding = id3FrameConfiguration_.encodingPositionFor(version);
+  const std::size_t format = encoding + ID3FrameConfiguration::encodingSize();
+  const auto type = version == ID3Version::version2 ? format + formatSize : behindText(bytes, format, 1);
+  if (!type || *type >= bytes.size()) return std::nullopt;
+  const std::size_t width = wideEncodings.find(bytes[encoding]) != std::string_view::npos ? 2 : 1;
+  const auto start = behindText(bytes, *type + typeSize, width);
+  if (!start) return std::nullopt;
+  const std::string_view picture = bytes.substr(*start);
+  const std::string_view common = jpegMagicNumber.substr(0, 3);
+  const bool isOtherJPEG =
+      picture.starts_with(common) && picture.size() > common.size() && !picture.starts_with(jpegMagicNumber);
+  return isOtherJPEG ? start : std::nullopt;
+}
+
 void ID3AttachedPictureFrameContentParsingOperation::parse(const platform::SharedBytes& frame,
                                                            ID3Version version,
                                                            const FrameReceiver& completed) const {
@@ -74,14 +110,20 @@ void ID3AttachedPictureFrameContentParsingOperation::parse(const platform::Share
   static constexpr std::array<Signature, 2> signatures{
       {{ID3PictureFormat::jpeg, jpegMagicNumber}, {ID3PictureFormat::png, pngMagicNumber}}};
 
+  const auto deliver = [&](std::size_t start, ID3PictureFormat format) {
+    const auto type = pictureTypeAdapter_.adapt(frame, format, version);
+    if (!type) return;
+    completed(
+        FrameName::attachedPicture(*type),
+        std::make_unique<ID3FrameAttachedPicture>(frame.slice(start, frame.size() - start), *type, format));
+  };
+  if (const auto start = startOfOtherJPEG(frame, version)) {
+    deliver(*start, ID3PictureFormat::jpeg);
+    return;
+  }
   for (const Signature& signature : signatures) {
     const std::size_t start = platform::charactersOf(frame).find(signature.magicNumber);
-    if (start == std::string_view::npos) continue;
-    const auto type = pictureTypeAdapter_.adapt(frame, signature.format, version);
-    if (!type) continue;
-    completed(FrameName::attachedPicture(*type),
-              std::make_unique<ID3FrameAttachedPicture>(frame.slice(start, frame.size() - start), *type,
-                                                        signature.format));
+    if (start != std::string_view::npos) deliver(start, signature.format);
   }
 }
 

@@ -42,8 +42,10 @@ class ID3LocalizedFrameContentParsingOperation : public FrameContentParsingOpera
   NameFor frameName_;
 };
 
-/// Reads a picture frame (ID3v2.3.0 §4.15): the picture is what follows from a format's signature on. A frame
-/// that holds both signatures is delivered for each of them, JPEG first.
+/// Reads a picture frame (ID3v2.2.0 §4.15, ID3v2.3.0 §4.15). Where the frame's fields lead to a JPEG that
+/// does not start as a JFIF file does, such as one from a camera, that is the picture. In every other frame
+/// it is what follows from a format's signature on, wherever that stands; a frame that holds both signatures
+/// is delivered for each of them, JPEG first.
 class ID3AttachedPictureFrameContentParsingOperation : public FrameContentParsingOperation {
  public:
   void parse(const platform::SharedBytes& frame, ID3Version version,
@@ -53,6 +55,10 @@ class ID3AttachedPictureFrameContentParsingOperation : public FrameContentParsin
   static constexpr std::string_view jpegMagicNumber = "\xFF\xD8\xFF\xE0";
   static constexpr std::string_view pngMagicNumber = "\x89PNG";
 
+  /// Where a JPEG that lacks the magic number begins by the frame's fields; nothing when there is none.
+  std::optional<std::size_t> startOfOtherJPEG(platform::ByteView frame, ID3Version version) const;
+
+  ID3FrameConfiguration id3FrameConfiguration_;
   ID3PictureTypeAdapter pictureTypeAdapter_;
 };
 

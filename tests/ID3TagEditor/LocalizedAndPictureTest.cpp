@@ -40,7 +40,8 @@ TEST(LocalizedFrames, AreKeptOncePerLanguageInTheOrderOfTheCodes) {
   EXPECT_EQ(order, "asm: asm, eng: eng, new: new, zza: zza, unknown: zzz, ");
 }
 
-TEST(PictureFrames, HoldWhatFollowsAFormatsSignature) {
+TEST(PictureFrames, HoldWhatTheirFieldsLeadToOrWhatFollowsAFormatsSignature) {
+  const std::string exif = "\xFF\xD8\xFF\xE1 a camera's " + jpeg + png;
   struct {
     int version;
     std::string body, expected;
@@ -50,7 +51,14 @@ TEST(PictureFrames, HoldWhatFollowsAFormatsSignature) {
       // The type stands where the picture's own format would put it.
       {3, "\0image/jpeg\0\x15\0"s + jpeg, "other jpeg" + jpeg},
       {2, "\x89PNG", ""},
-      {3, "\0image/jpeg\0\3\0\xFF\xD8\xFF\xE1 more"s, ""},
+      // A JPEG as from a camera: behind sound fields only, and then together with all that is in it.
+      {3, "\0image/jpeg\0\3cover\0"s + exif, "frontCover jpeg" + exif},
+      {4, "\2image/jpeg\0\3\0\1\0\0"s + exif, "frontCover jpeg" + exif},
+      {3, "\1image/jpg\0\3\xFF\xFEx\0\0\1\0\0"s + exif, "other jpeg" + exif},
+      {2, "\0JPG\4\0"s + exif, "backCover jpeg" + exif},
+      {3, "\1image/jpeg\0\3\xFF\xFEx\0\0"s + exif, "other png" + png + "frontCover jpeg" + jpeg + png},
+      {3, "\0image/jpeg\0\3 "s + exif.substr(0, 9), ""},
+      {3, "\0image/jpeg\0\3\0\xFF\xD8\xFF"s, ""},
       // Both formats, at two types and at one.
       {3, "\0image/jpeg\0\3\0"s + jpeg + png, "other png" + png + "frontCover jpeg" + jpeg + png},
       {2, "\0JPG\3\0"s + jpeg + png, "frontCover png" + png}};

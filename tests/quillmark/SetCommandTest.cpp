@@ -44,7 +44,11 @@ TEST_F(SetCommandTest, WritesAndClearsTheNamedFields) {
     EXPECT_EQ(set(options).error, "");
     EXPECT_EQ(quillmark({"read", "01.mp3"}, folder.path()).output, listing);
   }
-  EXPECT_EQ(set({"--title", "Kyrie "}).output, "unchanged 01.mp3\n\nchanged 0, unchanged 1, failed 0\n");
+  set({"--artwork", folder.file("camera", "\xFF\xD8\xFF\xE1 Exif\0\0"s)});
+  for (const auto& same :
+       std::vector<std::vector<std::string>>{{"--title", "Kyrie "}, {"--artwork", "camera"}}) {
+    EXPECT_EQ(set(same).output, "unchanged 01.mp3\n\nchanged 0, unchanged 1, failed 0\n");
+  }
 }
 
 TEST_F(SetCommandTest, RefusesABadLineBeforeAnyFileIsTouched) {
