@@ -1,6 +1,7 @@
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
 #include "QuillmarkKit/transfer/TagApplier.h"
 #include "QuillmarkKit/transfer/TagClipboard.h"
+#include "platform/DesktopClipboard.h"
 #include "platform/FileError.h"
 #include "platform/Pasteboard.h"
 #include "platform/Text.h"
@@ -35,10 +36,12 @@ int commandCopy(Words words, StandardOutput& output) {
   const std::filesystem::path file = *urls(arguments.positional).begin();
   const TagSet tags = ID3TagEditorStore(true).read(file);
   auto pasteboard = platform::Pasteboard::general();
-  if (!QuillmarkKit::TagClipboard::copy(tags, pasteboard)) {
-    printError(pasteboard.failure());
-  }
+  const bool isStored = QuillmarkKit::TagClipboard::copy(tags, pasteboard);
+  if (!isStored) printError(pasteboard.failure());
   output.write("Copied tags from " + platform::lastPathComponent(file) + ".\n" + indentedSummary(tags));
+  output.flush();
+  // Last, so that nobody waits for a desktop that does not answer to see that the tags are stored.
+  if (isStored && !arguments.hasFlag("no-desktop")) platform::putOnDesktopClipboard(tags.summary());
   return 0;
 }
 

@@ -6,6 +6,7 @@
 
 #include <cstdio>
 #include <filesystem>
+#include <map>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -25,9 +26,10 @@ struct Finished {
 
 /// Runs the built program with these arguments in `folder`, which is its home folder too. A run that does not
 /// come to an end is ended by a signal. What it prints goes to `output` where one is named, else it is
-/// collected.
+/// collected. It sees no desktop but one that `environment` names.
 inline Finished quillmark(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
-                          std::filesystem::path output = {}) {
+                          std::filesystem::path output = {},
+                          const std::map<std::string, std::string>& environment = {}) {
   constexpr unsigned secondsToFinish = 20;
   const TemporaryFolder streams;
   if (output.empty()) output = streams.file("output", "");
@@ -40,6 +42,9 @@ inline Finished quillmark(const std::vector<std::string>& arguments, const std::
     std::vector<char*> argv{const_cast<char*>(QUILLMARK_PROGRAM)};
     for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
     argv.push_back(nullptr);
+    ::unsetenv("WAYLAND_DISPLAY");
+    ::unsetenv("DISPLAY");
+    for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
     const bool ready = ::chdir(folder.c_str()) == 0 && ::setenv("HOME", folder.c_str(), 1) == 0 &&
                        ::freopen(output.c_str(), "w", stdout) != nullptr &&
                        ::freopen(error.c_str(), "w", stderr) != nullptr;

@@ -1,4 +1,6 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/stat.h>
 
 #include "platform/Pasteboard.h"
@@ -118,6 +120,69 @@ TEST_F(ClipboardCommandsTest, TakeADamagedOrForeignStoreForAnEmptyOne) {
   EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
   ASSERT_EQ(::chown(state.c_str(), 65534, 65534), 0);
   EXPECT_NE(run({"copy", "01.mp3"}).error, "");
+}
+
+TEST_F(ClipboardCommandsTest, OfferTheSummaryToTheDesktop) {
+  // Stands in for every program: notes what it is given and what it has taken over from the process.
+  const std::string script = R"sh(#!/bin/sh
+echo noise; echo noise >&2
+while read -r name value; do [ "$name" != SigIgn: ] || ignored=${value#?????????}; done </proc/$$/status
+read -r pid _ _ _ _ session _ </proc/$$/stat
+echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd)" >>"$HOME/log"
+)sh";
+  const std::string takes = script + "/bin/cat >\"$HOME/taken\"; /bin/sleep 3 & exit 0";
+  const std::string fails = script + "/bin/cat >/dev/null; exit 1";
+  const std::string hangs = script + "echo $$ >\"$HOME/hung\"; exec /bin/sleep 30";
+  const std::string wlCopy = "wl-copy --type text/plain 0000000 0 /\n";
+  const std::string xclip = "xclip -selection clipboard -in 0000000 0 /\n";
+  const std::string xsel = "xsel --clipboard --input 0000000 0 /\n";
+  const std::map<std::string, std::string> none{{"DISPLAY", ""}}, x{{"DISPLAY", ":7"}},
+      wayland{{"WAYLAND_DISPLAY", "w"}};
+  const std::map<std::string, std::string> both{*x.begin(), *wayland.begin()};
+
+  const std::string summary = "Title: " + std::string(200'000, 'k');
+  folder.file("01.mp3", track(text("TIT2", std::string(200'000, 'k')), 64));
+  struct Row {
+    std::map<std::string, std::string> environment, programs;
+    std::string log;
+    bool isTaken;
+    std::vector<std::string> words = {"copy", "01.mp3"};
+  };
+  const auto offer = [&](Row row) {
+    SCOPED_TRACE(row.log);
+    const TemporaryFolder bin;
+    for (const auto& [name, contents] : row.programs)
+      std::filesystem::permissions(bin.file(name, contents), std::filesystem::perms::owner_all);
+    for (const char* name : {"log", "taken"}) std::filesystem::remove(folder.path() / name);
+    row.environment["PATH"] = bin.path();
+    // Somebody waits for the process to end by waiting for this pipe to close.
+    std::array<int, 2> held{};
+    ASSERT_EQ(::pipe2(held.data(), O_NONBLOCK), 0);
+    const Finished run = quillmark(row.words, folder.path(), {}, row.environment);
+    ::close(held[1]);
+    char byte = 0;
+    EXPECT_EQ(::read(held[0], &byte, 1), 0);
+    ::close(held[0]);
+    EXPECT_EQ(contentsOf(folder.path() / "log"), row.log);
+    EXPECT_EQ(contentsOf(folder.path() / "taken") == summary, row.isTaken);
+    EXPECT_EQ((run.output + run.error).find("noise"), std::string::npos);
+  };
+  for (const Row& row : std::vector<Row>{
+           {none, {{"wl-copy", takes}, {"xclip", takes}, {"xsel", takes}}, "", false},
+           {both, {{"wl-copy", takes}, {"xclip", takes}, {"xsel", takes}}, wlCopy, true},
+           {both, {{"wl-copy", takes}}, "", false, {"copy", "--no-desktop", "01.mp3"}},
+           {wayland, {{"wl-copy", fails}, {"xclip", takes}}, wlCopy, false},
+           {both, {{"wl-copy", fails}, {"xclip", takes}, {"xsel", takes}}, wlCopy + xclip, true},
+           {x, {{"wl-copy", takes}, {"xclip", hangs}, {"xsel", takes}}, xclip + xsel, true},
+           {both, {}, "", false},
+       }) {
+    offer(row);
+  }
+  const pid_t hung = std::stoi(contentsOf(folder.path() / "hung"));
+  EXPECT_EQ(::kill(hung, 0), -1) << "what takes no text is ended";
+  std::filesystem::remove_all(state);
+  folder.file(".local/state/quillmark", "no folder");
+  offer({both, {{"wl-copy", takes}}, "", false});
 }
 
 }  // namespace tests

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <utility>
+
+namespace platform {
+
+/// A descriptor that is closed with this object; -1 when there is none.
+class Descriptor {
+ public:
+  Descriptor() = default;
+  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+  Descriptor(Descriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
+  Descriptor& operator=(Descriptor&& other) noexcept {
+    std::swap(descriptor_, other.descriptor_);
+    return *this;
+  }
+  ~Descriptor() {
+    if (descriptor_ != -1) ::close(descriptor_);
+  }
+
+  int get() const { return descriptor_; }
+  explicit operator bool() const { return descriptor_ != -1; }
+  /// Leaves the descriptor to the caller.
+  int release() { return std::exchange(descriptor_, -1); }
+
+ private:
+  int descriptor_ = -1;
+};
+
+/// Makes a system call until no signal interrupts it.
+template <class Call>
+auto retrying(Call call) {
+  auto result = call();
+  while (result == -1 && errno == EINTR) result = call();
+  return result;
+}
+
+}  // namespace platform

@@ -1,0 +1,124 @@
+#include "platform/DesktopClipboard.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdlib>
+#include <optional>
+
+#include "platform/Descriptor.h"
+
+namespace platform {
+
+namespace {
+
+using std::chrono::steady_clock;
+
+struct Program {
+  /// The environment variable that tells whether there is a desktop of the program's kind.
+  const char* display;
+  /// The command line, up to a null pointer.
+  std::array<const char*, 5> words;
+};
+
+// In the order in which they are tried.
+constexpr auto programs = std::to_array<Program>({
+    // With a type given, the text is not looked at to guess one.
+    {.display = "WAYLAND_DISPLAY", .words = {"wl-copy", "--type", "text/plain"}},
+    {.display = "DISPLAY", .words = {"xclip", "-selection", "clipboard", "-in"}},
+    {.display = "DISPLAY", .words = {"xsel", "--clipboard", "--input"}},
+});
+
+constexpr std::chrono::seconds patience{1};
+constexpr std::chrono::milliseconds betweenLooks{5};
+
+bool isSet(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value != nullptr && *value != '\0';
+}
+
+/// Starts the program with `input` as what it reads. It stays behind to serve the clipboard for as long as
+/// the desktop runs, so nothing of this process goes with it that somebody could wait for: no open file, no
+/// folder, no terminal.
+std::optional<pid_t> start(const Program& program, const Descriptor& input) {
+  posix_spawn_file_actions_t files;
+  ::posix_spawn_file_actions_init(&files);
+  ::posix_spawn_file_actions_adddup2(&files, input.get(), STDIN_FILENO);
+  for (const int stream : {STDOUT_FILENO, STDERR_FILENO})
+    ::posix_spawn_file_actions_addopen(&files, stream, "/dev/null", O_WRONLY, 0);
+  ::posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
+  ::posix_spawn_file_actions_addchdir_np(&files, "/");
+
+  posix_spawnattr_t attributes;
+  ::posix_spawnattr_init(&attributes);
+  sigset_t signals;
+  sigfillset(&signals);
+  ::posix_spawnattr_setsigdefault(&attributes, &signals);
+  sigemptyset(&signals);
+  ::posix_spawnattr_setsigmask(&attributes, &signals);
+  ::posix_spawnattr_setflags(&attributes,
+                             POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
+
+  pid_t process = 0;
+  // Whoever takes command lines as changeable does not change them.
+  auto* const words = const_cast<char* const*>(program.words.data());
+  const bool isStarted =
+      ::posix_spawnp(&process, program.words.front(), &files, &attributes, words, environ) == 0;
+  ::posix_spawnattr_destroy(&attributes);
+  ::posix_spawn_file_actions_destroy(&files);
+  return isStarted ? std::optional(process) : std::nullopt;
+}
+
+/// Writes what the pipe has room for; false when there is nobody left to read it.
+bool writeOnto(const Descriptor& pipe, std::string_view& text) {
+  const ssize_t count = ::write(pipe.get(), text.data(), text.size());
+  if (count == -1) return errno == EAGAIN || errno == EINTR;
+  text.remove_prefix(static_cast<std::size_t>(count));
+  return true;
+}
+
+/// Whether the program takes the text: each ends with success as soon as it holds all of it. One that has not
+/// ended in time is ended, with all that it has started.
+bool takes(const Program& program, std::string_view text) {
+  std::array<int, 2> ends{};
+  if (::pipe2(ends.data(), O_CLOEXEC) == -1) return false;
+  Descriptor input(ends[0]);
+  Descriptor pipe(ends[1]);
+  ::fcntl(pipe.get(), F_SETFL, O_NONBLOCK);
+  const auto process = start(program, input);
+  if (!process) return false;
+  input = Descriptor();
+
+  const auto deadline = steady_clock::now() + patience;
+  while (true) {
+    if (pipe && (text.empty() || !writeOnto(pipe, text))) pipe = Descriptor();
+    int status = 0;
+    const pid_t ended = ::waitpid(*process, &status, WNOHANG);
+    if (ended == *process) return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+    if (ended == -1 && errno != EINTR) return false;
+    if (steady_clock::now() >= deadline) break;
+    // Without a pipe, this only lets the time pass.
+    pollfd room{.fd = pipe.get(), .events = POLLOUT, .revents = 0};
+    ::poll(&room, 1, static_cast<int>(betweenLooks.count()));
+  }
+  ::kill(-*process, SIGKILL);
+  retrying([&] { return ::waitpid(*process, nullptr, 0); });
+  return false;
+}
+
+}  // namespace
+
+void putOnDesktopClipboard(std::string_view text) {
+  for (const Program& program : programs) {
+    if (isSet(program.display) && takes(program, text)) return;
+  }
+}
+
+}  // namespace platform
