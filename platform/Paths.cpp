@@ -8,6 +8,8 @@
 #include <optional>
 #include <system_error>
 
+#include "platform/Text.h"
+
 namespace platform {
 
 namespace {
@@ -16,6 +18,18 @@ std::optional<std::string> homeOf(const std::string& user) {
   const struct passwd* entry = ::getpwnam(user.c_str());
   if (entry == nullptr) return std::nullopt;
   return std::string(entry->pw_dir);
+}
+
+/// An absolute path without the components that lead nowhere. Where ".." leads depends on links, so it stays;
+/// and so does a slash at the end, in front of which only a folder can stand.
+std::filesystem::path tidied(std::string_view path) {
+  std::string tidy;
+  tidy.reserve(path.size());
+  for (const std::string_view component : Text::split(path, '/')) {
+    if (component != ".") tidy.append("/").append(component);
+  }
+  if (path.ends_with('/') || path.ends_with("/.")) tidy += '/';
+  return tidy;
 }
 
 }  // namespace
@@ -36,14 +50,18 @@ std::string expandingTilde(std::string_view path) {
   return *home + std::string(path.substr(slash));
 }
 
-std::filesystem::path fileLocation(std::string_view word) {
-  std::filesystem::path location = expandingTilde(word);
-  // An empty word names no file, and must not come to name the folder.
+std::filesystem::path absoluteLocation(std::string_view name) {
+  std::filesystem::path location = name;
+  // An empty name names no file, and must not come to name the folder.
   if (location.empty()) return location;
   std::error_code failure;
-  std::filesystem::path absolute = std::filesystem::absolute(location, failure);
+  const std::filesystem::path absolute = std::filesystem::absolute(location, failure);
   // In a folder that is gone, the name alone will tell what cannot be read.
-  return failure ? location : absolute;
+  return failure ? location : tidied(absolute.native());
+}
+
+std::filesystem::path fileLocation(std::string_view word) {
+  return absoluteLocation(expandingTilde(word));
 }
 
 }  // namespace platform

@@ -13,7 +13,10 @@ std::filesystem::path homeDirectory();
 /// is such a user. A tilde anywhere else stays.
 std::string expandingTilde(std::string_view path);
 
-/// The file that a word of the command line names: tilde-expanded and absolute.
+/// The file of this name: absolute, without "." and empty components.
+std::filesystem::path absoluteLocation(std::string_view name);
+
+/// The file that a word of the command line names: the same, with a leading tilde expanded.
 std::filesystem::path fileLocation(std::string_view word);
 
 }  // namespace platform
