@@ -1,6 +1,7 @@
 #include "platform/StandardStreams.h"
 
 #include <fcntl.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -22,6 +23,10 @@ int writeAll(int descriptor, std::string_view text) {
   return 0;
 }
 
+int descriptorOf(Stream stream) {
+  return stream == Stream::output ? STDOUT_FILENO : STDERR_FILENO;
+}
+
 }  // namespace
 
 void StandardOutput::write(std::string_view text) {
@@ -33,6 +38,17 @@ void StandardOutput::write(std::string_view text) {
 void StandardOutput::flush() {
   if (failure_ == 0) failure_ = writeAll(STDOUT_FILENO, pending_);
   pending_.clear();
+}
+
+bool isTerminal(Stream stream) {
+  return ::isatty(descriptorOf(stream)) == 1;
+}
+
+std::size_t columnsOf(Stream stream) {
+  constexpr std::size_t usual = 80;
+  struct winsize size {};
+  const bool isKnown = ::ioctl(descriptorOf(stream), TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isKnown ? size.ws_col : usual;
 }
 
 void occupyMissingStreams() {

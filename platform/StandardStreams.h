@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -18,6 +19,13 @@ class StandardOutput {
   std::string pending_;
   int failure_ = 0;
 };
+
+enum class Stream { output, error };
+
+/// Whether what goes to the stream goes to a terminal.
+bool isTerminal(Stream stream);
+/// The columns of the terminal that the stream goes to; 80 where it does not say.
+std::size_t columnsOf(Stream stream);
 
 /// Takes up those of the three standard streams that the program was started without, so that no file that it
 /// opens gets their place, and with it what is printed. Printing to such a stream still fails.

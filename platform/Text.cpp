@@ -4,6 +4,7 @@
 #include <utf8proc.h>
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdlib>
 #include <iterator>
@@ -56,6 +57,24 @@ bool isHighSurrogate(char32_t unit) {
 
 bool isLowSurrogate(char32_t unit) {
   return unit >= 0xDC00 && unit <= 0xDFFF;
+}
+
+/// Whether a terminal that is sent the character does something other than show it: the controls, and the
+/// marks, embeddings, overrides and isolates of the bidirectional algorithm.
+bool commandsTerminal(char32_t character) {
+  struct Range {
+    char32_t first;
+    char32_t last;
+  };
+  static constexpr auto ranges = std::to_array<Range>(
+      {{0, 0x1F}, {0x7F, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x202A, 0x202E}, {0x2066, 0x2069}});
+  return std::ranges::any_of(
+      ranges, [&](const Range& range) { return range.first <= character && character <= range.last; });
+}
+
+void appendEscape(std::string& text, char letter, char32_t value, int digitCount) {
+  text.append({'\\', letter});
+  while (digitCount-- > 0) text += "0123456789abcdef"[value >> (4 * digitCount) & 0xF];
 }
 
 }  // namespace
@@ -169,6 +188,44 @@ Character firstCharacter(std::string_view text) {
 
 std::size_t characterCount(std::string_view text) {
   return static_cast<std::size_t>(utf8::unchecked::distance(text.begin(), text.end()));
+}
+
+std::string visible(std::string_view bytes) {
+  std::string text;
+  text.reserve(bytes.size());
+  while (!bytes.empty()) {
+    const auto valid =
+        static_cast<std::size_t>(utf8::find_invalid(bytes.begin(), bytes.end()) - bytes.begin());
+    for (std::string_view rest = bytes.substr(0, valid); !rest.empty();) {
+      const Character character = firstCharacter(rest);
+      if (!commandsTerminal(character.value)) {
+        text += rest.substr(0, character.length);
+      } else if (character.value < 0x80) {
+        appendEscape(text, 'x', character.value, 2);
+      } else {
+        appendEscape(text, 'u', character.value, 4);
+      }
+      rest.remove_prefix(character.length);
+    }
+    bytes.remove_prefix(valid);
+    if (bytes.empty()) break;
+    appendEscape(text, 'x', static_cast<unsigned char>(bytes.front()), 2);
+    bytes.remove_prefix(1);
+  }
+  return text;
+}
+
+std::string_view fitting(std::string_view text, std::size_t columns) {
+  std::string_view rest = text;
+  while (!rest.empty()) {
+    const Character character = firstCharacter(rest);
+    const int width = utf8proc_charwidth(static_cast<utf8proc_int32_t>(character.value));
+    const auto needed = static_cast<std::size_t>(std::max(width, 0));
+    if (needed > columns) break;
+    columns -= needed;
+    rest.remove_prefix(character.length);
+  }
+  return text.substr(0, text.size() - rest.size());
 }
 
 bool isWordCharacter(char32_t character) {

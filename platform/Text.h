@@ -50,6 +50,13 @@ struct Character {
 Character firstCharacter(std::string_view text);
 std::size_t characterCount(std::string_view text);
 
+/// What bytes can be shown as on a terminal without telling it to do anything: a control as "\x1b" or
+/// "\u009b", a character that changes the direction of writing as "\u202e", a byte that is no UTF-8 as
+/// "\xff". All others are themselves.
+std::string visible(std::string_view bytes);
+/// As much of the front of a text as a terminal shows in so many columns.
+std::string_view fitting(std::string_view text, std::size_t columns);
+
 /// A letter, a mark, a decimal digit or a connector punctuation such as the underscore.
 bool isWordCharacter(char32_t character);
 

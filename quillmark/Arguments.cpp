@@ -2,29 +2,29 @@
 
 namespace quillmark {
 
-Arguments::Arguments(Words words, const std::set<std::string_view>& valueTaking) {
-  std::size_t positionalCount = 0;
+Arguments::Arguments(Words words, const CommandOptions& command) {
   for (std::size_t i = 0; i < words.size(); ++i) {
     const std::string_view word = words[i];
     if (!word.starts_with("--")) {
-      words[positionalCount++] = words[i];
+      positional.push_back(word);
       continue;
     }
     const std::string_view name = word.substr(2);
-    if (!valueTaking.contains(name)) {
-      flags.insert(name);
+    const auto expected = optionValue(command, name);
+    if (!expected || *expected == OptionValue::none) {
+      const bool isNew = flags.insert(name).second;
+      if (!expected && isNew) unknown.push_back(name);
       continue;
     }
     if (++i == words.size()) throw ArgumentError::missingValue(name);
     std::erase_if(options, [&](const auto& option) { return option.first == name; });
     options.emplace_back(name, words[i]);
   }
-  positional = words.first(positionalCount);
 }
 
-std::optional<std::string_view> Arguments::option(std::string_view name) const {
-  for (const auto& [optionName, value] : options) {
-    if (optionName == name) return value;
+std::optional<std::string_view> Arguments::value(const Option& option) const {
+  for (const auto& [name, value] : options) {
+    if (name == option.name) return value;
   }
   return std::nullopt;
 }

@@ -9,10 +9,12 @@
 #include <utility>
 #include <vector>
 
+#include "quillmark/Options.h"
+
 namespace quillmark {
 
-/// Words of the command line where the system has put them: ten thousand file names need no second place.
-using Words = std::span<char*>;
+/// Words of the command line where the system has put them.
+using Words = std::span<char* const>;
 
 /// A word that takes a value but is the last one.
 class ArgumentError : public std::exception {
@@ -33,18 +35,20 @@ class ArgumentError : public std::exception {
 /// takes a value for them, or else flags; all others are positional. Nothing is refused for being unknown,
 /// and nothing ends the options.
 struct Arguments {
-  /// Throws ArgumentError. What follows an option's name is its value, whatever it looks like. The positional
-  /// words are moved to the front of `words`.
-  Arguments(Words words, const std::set<std::string_view>& valueTaking);
+  /// Throws ArgumentError. What follows the name of an option with a value is its value, whatever it looks
+  /// like. The words must outlive the arguments.
+  Arguments(Words words, const CommandOptions& command);
 
   /// The option's value, the last one when it was given more than once.
-  std::optional<std::string_view> option(std::string_view name) const;
-  bool hasFlag(std::string_view name) const { return flags.contains(name); }
+  std::optional<std::string_view> value(const Option& option) const;
+  bool has(const Option& flag) const { return flags.contains(flag.name); }
 
   std::set<std::string_view> flags;
+  /// The flags that are no option of the command, in their order.
+  std::vector<std::string_view> unknown;
   /// Names and values, each name once, in the order in which they were last given.
   std::vector<std::pair<std::string_view, std::string_view>> options;
-  Words positional;
+  std::vector<std::string_view> positional;
 };
 
 }  // namespace quillmark

@@ -1,6 +1,5 @@
 #include "quillmark/CLIError.h"
 
-#include "platform/StandardStreams.h"
 #include "quillmark/ToolName.h"
 
 namespace quillmark {
@@ -16,10 +15,6 @@ CLIError CLIError::unreadableArtwork(std::string_view path) {
 
 CLIError CLIError::noFiles() {
   return CLIError("No files given.");
-}
-
-void printError(std::string_view message) {
-  platform::writeToStandardError(std::string(toolName) + ": " + std::string(message) + "\n");
 }
 
 }  // namespace quillmark

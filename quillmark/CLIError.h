@@ -21,7 +21,4 @@ class CLIError : public std::exception {
   std::string description_;
 };
 
-/// Writes one line to standard error: the tool's name, a colon, a blank and the message.
-void printError(std::string_view message);
-
 }  // namespace quillmark

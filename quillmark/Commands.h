@@ -1,25 +1,24 @@
 #pragma once
 
-#include "platform/StandardStreams.h"
 #include "quillmark/Arguments.h"
+#include "quillmark/Console.h"
+#include "quillmark/WriteRun.h"
 
-// The commands. Each takes the words behind its own and gives the exit status; errors that escape mean
-// status 1.
+// The commands. Errors that escape mean status 1.
 namespace quillmark {
 
-using platform::StandardOutput;
-
-/// Lists the tags of files, or prints them as JSON.
-int commandRead(Words words, StandardOutput& output);
+/// Lists the tags of files, or prints them as JSON. Gives the exit status, as the two below.
+int commandRead(const Arguments& arguments, Console& console);
 /// Puts one file's tags on the pasteboard.
-int commandCopy(Words words, StandardOutput& output);
-/// Writes the tags on the pasteboard into files.
-int commandPaste(Words words, StandardOutput& output);
-/// Writes one file's tags into others.
-int commandApply(Words words, StandardOutput& output);
-/// Writes given values into files.
-int commandSet(Words words, StandardOutput& output);
+int commandCopy(const Arguments& arguments, Console& console);
 /// Lists the names of the fields.
-int commandFields(Words words, StandardOutput& output);
+int commandFields(Console& console);
+
+/// What is to be written for the tags on the pasteboard.
+WriteRun preparePaste(const Arguments& arguments, Console& console);
+/// What is to be written for the tags of one file.
+WriteRun prepareApply(const Arguments& arguments, Console& console);
+/// What is to be written for given values.
+WriteRun prepareSet(const Arguments& arguments, Console& console);
 
 }  // namespace quillmark

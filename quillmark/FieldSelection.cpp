@@ -19,8 +19,8 @@ TagFields fieldsNamed(std::string_view list) {
 }
 
 TagFields fieldMask(const Arguments& from) {
-  if (const auto list = from.option("fields")) return fieldsNamed(*list);
-  return from.hasFlag("all") ? TagFields::all : TagFields::albumIdentity;
+  if (const auto list = from.value(options::fields)) return fieldsNamed(*list);
+  return from.has(options::all) ? TagFields::all : TagFields::albumIdentity;
 }
 
 }  // namespace quillmark

@@ -6,7 +6,8 @@
 #include "platform/JSON.h"
 #include "platform/Text.h"
 #include "quillmark/Commands.h"
-#include "quillmark/FileLocations.h"
+#include "quillmark/FileList.h"
+#include "quillmark/Progress.h"
 
 namespace quillmark {
 
@@ -17,7 +18,7 @@ namespace JSON = platform::JSON;
 
 namespace {
 
-void list(const TagSet& tags, StandardOutput& output) {
+void list(const TagSet& tags, Console& console) {
   std::vector<std::pair<std::string_view, std::string>> lines;
   std::size_t width = 0;
   for (const TagField field : QuillmarkKit::allTagFields) {
@@ -26,40 +27,44 @@ void list(const TagSet& tags, StandardOutput& output) {
     lines.emplace_back(displayName(field), std::move(*value));
     width = std::max(width, displayName(field).size());
   }
-  if (lines.empty()) output.write("  (no tags)\n");
+  if (lines.empty()) console.write("  (no tags)\n");
   for (const auto& [label, value] : lines) {
-    output.write("  " + std::string(label) + std::string(width - label.size(), ' ') + "  " + value + "\n");
+    console.write("  " + std::string(label) + std::string(width - label.size(), ' ') + "  " +
+                  console.shown(value, width + 4) + "\n");
   }
 }
 
-void readAsText(Words paths, const TagStore& store, StandardOutput& output) {
-  bool first = true;
-  for (const std::filesystem::path& file : urls(paths)) {
+void readAsText(const FileList& files, const TagStore& store, Console& console) {
+  Progress progress(files.size(), console);
+  for (std::size_t i = 0; i < files.size(); ++i) {
     // Nobody is there to read what else would come.
-    if (output.failure() != 0) return;
-    if (!first) output.write("\n");
-    first = false;
-    if (paths.size() > 1) output.write(platform::lastPathComponent(file) + ":\n");
-    list(store.read(file), output);
+    if (console.failure() != 0) return;
+    const std::filesystem::path file = files.location(i);
+    progress.next(file);
+    if (i > 0) console.write("\n");
+    if (files.size() > 1) console.write(console.shown(platform::lastPathComponent(file)) + ":\n");
+    list(store.read(file), console);
   }
 }
 
-void readAsJSON(Words paths, const TagStore& store, StandardOutput& output) {
-  JSON::Object files;
-  for (const std::filesystem::path& file : urls(paths)) {
-    files.insert_or_assign(platform::Text::fromUTF8Lossily(file.native()),
-                           QuillmarkKit::encodeTagSet(store.read(file)));
+void readAsJSON(const FileList& files, const TagStore& store, Console& console) {
+  JSON::Object document;
+  Progress progress(files.size(), console);
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const std::filesystem::path file = files.location(i);
+    progress.next(file);
+    document.insert_or_assign(platform::Text::fromUTF8Lossily(file.native()),
+                              QuillmarkKit::encodeTagSet(store.read(file)));
   }
-  output.write(JSON::print(std::move(files), JSON::Layout::pretty) + "\n");
+  console.write(JSON::print(std::move(document), JSON::Layout::pretty) + "\n");
 }
 
 }  // namespace
 
-int commandRead(Words words, StandardOutput& output) {
-  const Arguments arguments(words, {});
+int commandRead(const Arguments& arguments, Console& console) {
   const QuillmarkKit::ID3TagEditorStore store(true);
-  const auto readAll = arguments.hasFlag("json") ? readAsJSON : readAsText;
-  readAll(arguments.positional, store, output);
+  const auto readAll = arguments.has(options::json) ? readAsJSON : readAsText;
+  readAll(FileList(arguments), store, console);
   return 0;
 }
 

@@ -1,7 +1,6 @@
 #include "quillmark/Report.h"
 
 #include "platform/FileError.h"
-#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
@@ -11,18 +10,21 @@ void Report::add(const TagApplier::Result& result) {
   const std::string name = platform::lastPathComponent(result.url);
   if (const auto* failure = std::get_if<TagApplier::Failed>(&result.outcome)) {
     ++failed_;
-    printError("failed    " + name + ": " + failure->message);
+    console_.printError("failed    " + name + ": " + failure->message);
     return;
   }
   const bool isUnchanged = std::holds_alternative<TagApplier::Unchanged>(result.outcome);
   ++(isUnchanged ? unchanged_ : changed_);
-  output_.write((isUnchanged ? "unchanged " : dryRun_ ? "would     " : "updated   ") + name + "\n");
-  output_.flush();
+  console_.write((isUnchanged       ? "unchanged "
+                  : options_.dryRun ? "would     "
+                                    : "updated   ") +
+                 console_.shown(name) + "\n");
+  console_.flush();
 }
 
 int Report::finish() {
-  output_.write((dryRun_ ? "\nwould change " : "\nchanged ") + std::to_string(changed_) + ", unchanged " +
-                std::to_string(unchanged_) + ", failed " + std::to_string(failed_) + "\n");
+  console_.write((options_.dryRun ? "\nwould change " : "\nchanged ") + std::to_string(changed_) +
+                 ", unchanged " + std::to_string(unchanged_) + ", failed " + std::to_string(failed_) + "\n");
   return failed_ > 0 ? 2 : 0;
 }
 

@@ -3,7 +3,8 @@
 #include <cstddef>
 
 #include "QuillmarkKit/transfer/TagApplier.h"
-#include "platform/StandardStreams.h"
+#include "quillmark/Console.h"
+#include "quillmark/RunOptions.h"
 
 namespace quillmark {
 
@@ -11,15 +12,15 @@ namespace quillmark {
 /// summary.
 class Report {
  public:
-  Report(bool dryRun, platform::StandardOutput& output) : dryRun_(dryRun), output_(output) {}
+  Report(const RunOptions& options, Console& console) : options_(options), console_(console) {}
 
   void add(const QuillmarkKit::TagApplier::Result& result);
   /// Writes the summary and gives the exit status: 2 when a file failed, else 0.
   int finish();
 
  private:
-  bool dryRun_;
-  platform::StandardOutput& output_;
+  const RunOptions& options_;
+  Console& console_;
   std::size_t changed_ = 0;
   std::size_t unchanged_ = 0;
   std::size_t failed_ = 0;

@@ -6,10 +6,9 @@
 #include "platform/FileManager.h"
 #include "platform/Paths.h"
 #include "platform/Text.h"
+#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FieldSelection.h"
-#include "quillmark/FileLocations.h"
-#include "quillmark/WriteRun.h"
 
 namespace quillmark {
 
@@ -19,17 +18,6 @@ using QuillmarkKit::TagFields;
 using QuillmarkKit::TagSet;
 
 namespace {
-
-constexpr std::string_view clearOption = "clear";
-
-std::set<std::string_view> valueTakingNames() {
-  std::set<std::string_view> names{clearOption};
-  for (const TagField field : QuillmarkKit::allTagFields) {
-    names.insert(rawValue(field));
-    names.insert(cliName(field));
-  }
-  return names;
-}
 
 std::string textFrom(std::string_view option, std::string_view value) {
   if (!platform::Text::isValidUTF8(value)) {
@@ -67,9 +55,8 @@ void setField(TagField field, std::string_view option, std::string_view value, T
 
 }  // namespace
 
-int commandSet(Words words, StandardOutput& output) {
-  const Arguments arguments(words, valueTakingNames());
-  urls(arguments.positional);
+WriteRun prepareSet(const Arguments& arguments, Console&) {
+  FileList files(arguments);
   TagSet tags;
   TagFields selection;
   for (const auto& [name, value] : arguments.options) {
@@ -78,11 +65,13 @@ int commandSet(Words words, StandardOutput& output) {
     setField(*field, name, value, tags);
     selection.insert(*field);
   }
-  if (const auto list = arguments.option(clearOption)) selection.insert(fieldsNamed(*list));
+  if (const auto list = arguments.value(options::clear)) selection.insert(fieldsNamed(*list));
   if (selection.isEmpty()) throw CLIError("set needs at least one field, e.g. --artist \"Väskelund\".");
-  const QuillmarkKit::ID3TagEditorStore store(true);
-  return writeInto(arguments.positional, QuillmarkKit::TagApplier(store), tags, selection,
-                   arguments.hasFlag("dry-run"), output);
+  return {.files = std::move(files),
+          .store = std::make_unique<QuillmarkKit::ID3TagEditorStore>(true),
+          .tags = std::move(tags),
+          .selection = selection,
+          .options = RunOptions(arguments)};
 }
 
 }  // namespace quillmark

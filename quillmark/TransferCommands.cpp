@@ -1,21 +1,18 @@
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
-#include "QuillmarkKit/transfer/TagApplier.h"
 #include "QuillmarkKit/transfer/TagClipboard.h"
 #include "platform/DesktopClipboard.h"
 #include "platform/FileError.h"
 #include "platform/Pasteboard.h"
+#include "platform/Paths.h"
 #include "platform/Text.h"
+#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FieldSelection.h"
-#include "quillmark/FileLocations.h"
 #include "quillmark/ToolName.h"
-#include "quillmark/WriteRun.h"
 
 namespace quillmark {
 
 using QuillmarkKit::ID3TagEditorStore;
-using QuillmarkKit::TagApplier;
-using QuillmarkKit::TagFields;
 using QuillmarkKit::TagSet;
 
 namespace {
@@ -29,47 +26,61 @@ std::string indentedSummary(const TagSet& tags) {
   return text;
 }
 
+/// The same as a terminal shows it: what the lines are about stays told apart from what a file makes of them.
+std::string visibleSummary(const TagSet& tags, const Console& console) {
+  std::string text;
+  for (const QuillmarkKit::TagField field : TagSet::summaryFields) {
+    const auto value = tags.value(field);
+    if (!value) continue;
+    const std::string label = "  " + std::string(displayName(field)) + ": ";
+    text.append(label).append(console.shown(*value, label.size())).append("\n");
+  }
+  return text.empty() ? indentedSummary(tags) : text;
+}
+
 }  // namespace
 
-int commandCopy(Words words, StandardOutput& output) {
-  const Arguments arguments(words, {});
-  const std::filesystem::path file = *urls(arguments.positional).begin();
+int commandCopy(const Arguments& arguments, Console& console) {
+  const std::filesystem::path file = FileList(arguments).location(0);
   const TagSet tags = ID3TagEditorStore(true).read(file);
   auto pasteboard = platform::Pasteboard::general();
   const bool isStored = QuillmarkKit::TagClipboard::copy(tags, pasteboard);
-  if (!isStored) printError(pasteboard.failure());
-  output.write("Copied tags from " + platform::lastPathComponent(file) + ".\n" + indentedSummary(tags));
-  output.flush();
+  if (!isStored) console.printError(pasteboard.failure());
+  console.write("Copied tags from " + console.shown(platform::lastPathComponent(file)) + ".\n");
+  console.write(console.outputIsTerminal() ? visibleSummary(tags, console) : indentedSummary(tags));
+  console.flush();
   // Last, so that nobody waits for a desktop that does not answer to see that the tags are stored.
-  if (isStored && !arguments.hasFlag("no-desktop")) platform::putOnDesktopClipboard(tags.summary());
+  if (isStored && !arguments.has(options::noDesktop)) platform::putOnDesktopClipboard(tags.summary());
   return 0;
 }
 
-int commandPaste(Words words, StandardOutput& output) {
-  const Arguments arguments(words, {"fields"});
-  urls(arguments.positional);
-  const auto tags = QuillmarkKit::TagClipboard::paste(platform::Pasteboard::general());
+WriteRun preparePaste(const Arguments& arguments, Console&) {
+  FileList files(arguments);
+  auto tags = QuillmarkKit::TagClipboard::paste(platform::Pasteboard::general());
   if (!tags) {
     throw CLIError("No Quillmark tags on the clipboard. Run '" + std::string(toolName) +
                    " copy <file>' first.");
   }
-  const ID3TagEditorStore store(true);
-  const TagFields selection = fieldMask(arguments);
-  return writeInto(arguments.positional, TagApplier(store), *tags, selection, arguments.hasFlag("dry-run"),
-                   output);
+  return {.files = std::move(files),
+          .store = std::make_unique<ID3TagEditorStore>(true),
+          .tags = std::move(*tags),
+          .selection = fieldMask(arguments),
+          .options = RunOptions(arguments)};
 }
 
-int commandApply(Words words, StandardOutput& output) {
-  const Arguments arguments(words, {"fields", "from"});
-  const auto from = arguments.option("from");
+WriteRun prepareApply(const Arguments& arguments, Console&) {
+  const auto from = arguments.value(options::from);
   if (!from) throw CLIError("apply needs --from <file>.");
   const std::filesystem::path source = platform::fileLocation(*from);
-  urls(arguments.positional);
-  const ID3TagEditorStore store(true);
-  const TagApplier applier(store);
-  const TagFields selection = fieldMask(arguments);
-  return writeInto(arguments.positional, applier, applier.read(source), selection,
-                   arguments.hasFlag("dry-run"), output);
+  FileList files(arguments);
+  auto store = std::make_unique<ID3TagEditorStore>(true);
+  const QuillmarkKit::TagFields selection = fieldMask(arguments);
+  TagSet tags = store->read(source);
+  return {.files = std::move(files),
+          .store = std::move(store),
+          .tags = std::move(tags),
+          .selection = selection,
+          .options = RunOptions(arguments)};
 }
 
 }  // namespace quillmark

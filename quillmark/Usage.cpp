@@ -1,6 +1,9 @@
 #include "quillmark/Usage.h"
 
+#include <algorithm>
 #include <string_view>
+#include <utility>
+#include <vector>
 
 #include "quillmark/ToolName.h"
 
@@ -34,6 +37,20 @@ EXAMPLES
 Tags are written as ID3v2.3. Files are rewritten atomically and keep their
 original modification date.)";
 
+std::string_view placeholder(OptionValue value) {
+  switch (value) {
+    case OptionValue::none:
+      return "";
+    case OptionValue::text:
+      return " <text>";
+    case OptionValue::file:
+      return " <file>";
+    case OptionValue::fieldList:
+      return " <a,b>";
+  }
+  return "";
+}
+
 }  // namespace
 
 std::string usageText() {
@@ -46,6 +63,27 @@ std::string usageText() {
     }
   }
   return text;
+}
+
+std::string helpText(const CommandOptions& command) {
+  std::vector<std::pair<std::string, std::string_view>> lines;
+  if (command.hasFieldOptions) {
+    lines.emplace_back("--<field> <value>", "write this value; artwork takes a picture file");
+  }
+  for (const Option& option : command.options) {
+    lines.emplace_back("--" + std::string(option.name) + std::string(placeholder(option.value)), option.help);
+  }
+  std::size_t width = 0;
+  for (const auto& [option, help] : lines) width = std::max(width, option.size());
+
+  const std::string call = std::string(toolName) + " " + std::string(command.word);
+  std::string text = call + " — " + std::string(command.purpose) + ".\n\nUSAGE\n  " + call +
+                     " [<options...>] " + std::string(command.operands) + "\n\nOPTIONS\n";
+  for (auto& [option, help] : lines) {
+    option.resize(width, ' ');
+    text.append("  ").append(option).append("  ").append(help).append("\n");
+  }
+  return text + "\nEXAMPLE\n  " + call + " " + std::string(command.example) + "\n";
 }
 
 }  // namespace quillmark

@@ -2,9 +2,14 @@
 
 #include <string>
 
+#include "quillmark/Options.h"
+
 namespace quillmark {
 
 /// What the tool is for and how it is called, without a line feed at the end.
 std::string usageText();
+
+/// What one command is for, its options and one example, in lines that end in a line feed.
+std::string helpText(const CommandOptions& command);
 
 }  // namespace quillmark

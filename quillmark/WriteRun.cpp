@@ -1,22 +1,21 @@
 #include "quillmark/WriteRun.h"
 
+#include "QuillmarkKit/transfer/TagApplier.h"
 #include "platform/Signals.h"
-#include "quillmark/FileLocations.h"
+#include "quillmark/Progress.h"
 #include "quillmark/Report.h"
 
 namespace quillmark {
 
-using QuillmarkKit::TagApplier;
-using QuillmarkKit::TagFields;
-using QuillmarkKit::TagSet;
-
-int writeInto(Words paths, const TagApplier& applier, const TagSet& tags, TagFields selection, bool dryRun,
-              platform::StandardOutput& output) {
-  platform::Signals::noteInterruptions();
-  Report report(dryRun, output);
-  for (const std::filesystem::path& file : urls(paths)) {
+int writeInto(const WriteRun& run, Console& console) {
+  const QuillmarkKit::TagApplier applier(*run.store);
+  Report report(run.options, console);
+  Progress progress(run.files.size(), console);
+  for (std::size_t i = 0; i < run.files.size(); ++i) {
     if (platform::Signals::interruption() != 0) break;
-    report.add(applier.applyToOne(tags, file, selection, dryRun));
+    const std::filesystem::path file = run.files.location(i);
+    progress.next(file);
+    report.add(applier.applyToOne(run.tags, file, run.selection, run.options.dryRun));
   }
   return report.finish();
 }

@@ -6,10 +6,12 @@
 #include <string_view>
 #include <system_error>
 
+#include "platform/Process.h"
 #include "platform/Signals.h"
 #include "platform/StandardStreams.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
+#include "quillmark/Console.h"
+#include "quillmark/UnknownOptions.h"
 #include "quillmark/Usage.h"
 
 namespace quillmark {
@@ -21,47 +23,78 @@ std::string usage;
 Words allArguments;
 Words rest;
 
-struct CommandRow {
+/// What a command word does: it runs to its end, or prepares what is then to be written.
+struct Command {
   std::string_view word;
-  int (*run)(Words words, StandardOutput& output);
+  int (*run)(const Arguments& arguments, Console& console) = nullptr;
+  WriteRun (*prepare)(const Arguments& arguments, Console& console) = nullptr;
 };
 
-int printUsage(Words, StandardOutput& output) {
-  output.write(usage + "\n");
+constexpr std::array commands = std::to_array<Command>({
+    {"read", commandRead},
+    {"copy", commandCopy},
+    {"paste", nullptr, preparePaste},
+    {"apply", nullptr, prepareApply},
+    {"set", nullptr, prepareSet},
+});
+
+int printUsage(Console& console) {
+  console.write(usage + "\n");
   return 0;
 }
 
-constexpr std::array commands = std::to_array<CommandRow>({
-    {"read", commandRead},
-    {"copy", commandCopy},
-    {"paste", commandPaste},
-    {"apply", commandApply},
-    {"set", commandSet},
+/// The words that take no others into account.
+struct PlainCommand {
+  std::string_view word;
+  int (*run)(Console& console);
+};
+
+constexpr std::array plainCommands = std::to_array<PlainCommand>({
     {"fields", commandFields},
     {"help", printUsage},
     {"--help", printUsage},
     {"-h", printUsage},
 });
 
-int dispatch(StandardOutput& output) {
-  if (allArguments.empty()) return printUsage({}, output);
+int runCommand(const Command& command, const CommandOptions& words, Console& console) {
+  const Arguments arguments(rest, words);
+  if (arguments.has(options::help)) {
+    console.write(helpText(words));
+    return 0;
+  }
+  if (arguments.has(options::notes)) console.askForNotes();
+  if (!arguments.unknown.empty() && console.wantsNotes()) {
+    for (const std::string_view name : arguments.unknown) console.printNote(unknownOptionNote(words, name));
+  }
+  if (command.run != nullptr) return command.run(arguments, console);
+  const WriteRun run = command.prepare(arguments, console);
+  // Until here nothing would be left behind, and some inputs may keep the program waiting.
+  platform::Signals::noteInterruptions();
+  return writeInto(run, console);
+}
+
+int dispatch(Console& console) {
+  if (allArguments.empty()) return printUsage(console);
   const std::string_view word = allArguments.front();
   rest = allArguments.subspan(1);
-  for (const CommandRow& command : commands) {
-    if (command.word == word) return command.run(rest, output);
+  for (const PlainCommand& command : plainCommands) {
+    if (command.word == word) return command.run(console);
   }
-  printError("Unknown command '" + std::string(word) + "'.\n");
-  printUsage(rest, output);
+  for (const Command& command : commands) {
+    if (command.word == word) return runCommand(command, *commandOptions(word), console);
+  }
+  console.printError("Unknown command '" + std::string(word) + "'.", "\n\n");
+  printUsage(console);
   return 1;
 }
 
 /// Runs the command and says on standard error what it failed for.
-int run(StandardOutput& output) {
+int run(Console& console) {
   try {
-    return dispatch(output);
+    return dispatch(console);
   } catch (const std::exception& error) {
-    output.flush();
-    printError(error.what());
+    console.flush();
+    console.printError(error.what());
     return 1;
   }
 }
@@ -70,19 +103,21 @@ int run(StandardOutput& output) {
 
 int quillmarkMain(int argumentCount, char** arguments) {
   platform::occupyMissingStreams();
+  platform::Process::keepOwnFilesUsable();
   platform::Signals::reportFailedWrites();
   usage = usageText();
   // Not even the program's own path has to be there.
   allArguments = Words(arguments, static_cast<std::size_t>(argumentCount)).subspan(argumentCount > 0 ? 1 : 0);
 
-  StandardOutput output;
-  const int status = run(output);
-  output.flush();
+  Console console;
+  const int status = run(console);
+  console.flush();
   if (const int signal = platform::Signals::interruption()) platform::Signals::dieOf(signal);
-  if (output.failure() == 0) return status;
+  if (console.failure() == 0) return status;
   // A reader that has seen enough is no failure to complain about.
-  if (output.failure() == EPIPE) platform::Signals::dieOf(SIGPIPE);
-  printError("The output could not be written: " + std::generic_category().message(output.failure()) + ".");
+  if (console.failure() == EPIPE) platform::Signals::dieOf(SIGPIPE);
+  console.printError(
+      "The output could not be written: " + std::generic_category().message(console.failure()) + ".");
   return status != 0 ? status : 1;
 }
 

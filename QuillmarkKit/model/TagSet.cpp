@@ -8,11 +8,6 @@ namespace QuillmarkKit {
 
 namespace {
 
-constexpr std::array summaryFields{
-    TagField::title, TagField::artist,      TagField::album,      TagField::albumArtist, TagField::genre,
-    TagField::year,  TagField::trackNumber, TagField::discNumber, TagField::artwork,
-};
-
 std::string describe(const Artwork& artwork) {
   std::string format(rawValue(artwork.format));
   std::ranges::transform(format, format.begin(), [](char c) { return static_cast<char>(c - 'a' + 'A'); });

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -51,7 +52,12 @@ struct TagSet {
   TagSet normalized() const;
   /// The same in its place, without a copy of the texts.
   void normalize();
-  /// The fields that tell a track from others, a line each, or "No tags".
+  /// The fields that tell a track from others.
+  static constexpr std::array summaryFields{
+      TagField::title, TagField::artist,      TagField::album,      TagField::albumArtist, TagField::genre,
+      TagField::year,  TagField::trackNumber, TagField::discNumber, TagField::artwork,
+  };
+  /// These, a line each, or "No tags".
   std::string summary() const;
 
   bool operator==(const TagSet&) const = default;

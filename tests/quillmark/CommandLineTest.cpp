@@ -75,6 +75,13 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
   const auto unknownField = [](const std::string& name) {
     return "quillmark: Unknown field '" + name + "'. Run 'quillmark fields' for the list.\n";
   };
+  const auto note = [](const std::string& text) { return "quillmark: note: --" + text + "\n"; };
+  const std::string copyHelp =
+      "quillmark copy — put one file's tags on the clipboard.\n\nUSAGE\n  quillmark copy [<options...>] "
+      "<file>\n"
+      "\nOPTIONS\n  --no-desktop  leave the desktop's clipboard alone\n  --notes       print notes also "
+      "where no terminal shows them\n  --help        print this text\n"
+      "\nEXAMPLE\n  quillmark copy \"01 Kyrie.mp3\"\n";
   const std::string noFiles = "quillmark: No files given.\n";
   for (const Row& row : std::vector<Row>{
            {{}, 0, usage, ""},
@@ -83,6 +90,21 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
            {{"READ"}, 1, usage, "quillmark: Unknown command 'READ'.\n\n"},
            {{"fields", "--json", "x"}, 0, fieldList, ""},
            {{"read", "--json", "--x.mp3"}, 1, "", noFiles},
+           {{"copy", "x.mp3", "--help"}, 0, copyHelp, ""},
+           {{"read", "--notes", "--jsno", "--all"},
+            1,
+            "",
+            note("jsno is no option of read and is ignored; did you mean --json?") +
+                note("all is no option of read and is ignored.") + noFiles},
+           {{"set", "--title", "--notes", "--notes", "--title=x", "--dry-run=x", "--titel=x",
+             "--albumartist"},
+            1,
+            "",
+            note("title=x is no option of set and is ignored; write --title x.") +
+                note("dry-run=x is no option of set and is ignored; write --dry-run.") +
+                note("titel=x is no option of set and is ignored; did you mean --title?") +
+                note("albumartist is no option of set and is ignored; did you mean --album-artist?") +
+                noFiles},
            {{"apply", "--from=x.mp3", "x.mp3"}, 1, "", noSource},
            {{"apply", "x.mp3", "--from"}, 1, "", "quillmark: --from needs a value.\n"},
            {{"apply", "--fields", "mood", "--from", "x.mp3"}, 1, "", noFiles},

@@ -1,0 +1,94 @@
+#include "quillmark/Console.h"
+
+#include <algorithm>
+
+#include "platform/Text.h"
+#include "quillmark/ToolName.h"
+
+namespace quillmark {
+
+using platform::Stream;
+
+namespace {
+
+bool remembered(std::optional<bool>& answer, Stream stream) {
+  if (!answer) answer = platform::isTerminal(stream);
+  return *answer;
+}
+
+/// The pieces of a text between the separators, each as `show` gives it, with `joint` between them.
+template <class Show>
+std::string rejoined(std::string_view text, char separator, std::string_view joint, Show show) {
+  std::string pieces;
+  for (;;) {
+    const std::size_t end = std::min(text.find(separator), text.size());
+    pieces += show(text.substr(0, end));
+    if (end == text.size()) return pieces;
+    pieces += joint;
+    text.remove_prefix(end + 1);
+  }
+}
+
+}  // namespace
+
+bool Console::outputIsTerminal() const {
+  return remembered(outputIsTerminal_, Stream::output);
+}
+
+bool Console::errorIsTerminal() const {
+  return remembered(errorIsTerminal_, Stream::error);
+}
+
+void Console::write(std::string_view text) {
+  eraseStatus();
+  output_.write(text);
+}
+
+void Console::flush() {
+  eraseStatus();
+  output_.flush();
+}
+
+std::string Console::shown(std::string_view name) const {
+  return outputIsTerminal() ? platform::Text::visible(name) : std::string(name);
+}
+
+std::string Console::shown(std::string_view text, std::size_t indentation) const {
+  if (!outputIsTerminal()) return std::string(text);
+  return rejoined(text, '\n', "\n" + std::string(indentation, ' '), visibleLine);
+}
+
+void Console::printError(std::string_view message, std::string_view ending) {
+  eraseStatus();
+  std::string line(toolName);
+  line += ": ";
+  line += errorIsTerminal() ? platform::Text::visible(message) : std::string(message);
+  line += ending;
+  platform::writeToStandardError(line);
+}
+
+void Console::printNote(std::string_view message) {
+  if (wantsNotes()) printError("note: " + std::string(message));
+}
+
+void Console::showStatus(std::string_view line) {
+  // What was printed before must not come to stand behind it.
+  flush();
+  // A terminal may start a new line behind its last column.
+  const std::size_t columns = platform::columnsOf(Stream::error) - 1;
+  const std::string text = platform::Text::visible(line);
+  platform::writeToStandardError(std::string(platform::Text::fitting(text, columns)));
+  statusIsShown_ = true;
+}
+
+void Console::eraseStatus() {
+  if (!statusIsShown_) return;
+  platform::writeToStandardError("\r\x1B[K");
+  statusIsShown_ = false;
+}
+
+std::string visibleLine(std::string_view text) {
+  return rejoined(text, '\0', " / ", platform::Text::visible);
+}
+
+}  // namespace quillmark
