@@ -3,6 +3,8 @@
 #include <array>
 #include <cstdint>
 
+#include "platform/Bytes.h"
+
 // The two forms in which a size is written.
 namespace ID3TagEditor {
 
@@ -15,10 +17,7 @@ class SynchsafeEncoder {
 /// Spreads a value below 2^28 over four 7-bit groups (ID3v2.4.0 structure §6.2).
 class SynchsafeIntegerEncoder : public SynchsafeEncoder {
  public:
-  std::uint32_t encode(std::uint32_t integer) const override {
-    return (integer >> 21) << 24 | (integer >> 14 & 0x7F) << 16 | (integer >> 7 & 0x7F) << 8 |
-           (integer & 0x7F);
-  }
+  std::uint32_t encode(std::uint32_t integer) const override { return platform::synchsafe(integer); }
 };
 
 class UInt32ToByteArrayAdapter {
@@ -31,8 +30,7 @@ class UInt32ToByteArrayAdapter {
 class UInt32ToByteArrayAdapterUsingUnsafePointer : public UInt32ToByteArrayAdapter {
  public:
   std::array<std::uint8_t, 4> adapt(std::uint32_t uInt32) const override {
-    return {static_cast<std::uint8_t>(uInt32 >> 24), static_cast<std::uint8_t>(uInt32 >> 16),
-            static_cast<std::uint8_t>(uInt32 >> 8), static_cast<std::uint8_t>(uInt32)};
+    return platform::bigEndianBytes(uInt32);
   }
 };
 

@@ -5,7 +5,7 @@ namespace ID3TagEditor {
 std::uint32_t ID3FrameContentSizeParser::parse(platform::ByteView mp3, std::size_t framePosition,
                                                ID3Version version) const {
   const std::uint32_t field =
-      bigEndianAt(mp3, framePosition + id3FrameConfiguration_.sizeOffsetFor(version)) &
+      platform::bigEndian(mp3.subspan(framePosition + id3FrameConfiguration_.sizeOffsetFor(version), 4)) &
       id3FrameConfiguration_.sizeMaskFor(version);
   return version == ID3Version::version4 ? synchsafeIntegerDecoder_.decode(field) : field;
 }

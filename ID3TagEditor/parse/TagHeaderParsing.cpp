@@ -4,15 +4,8 @@
 
 namespace ID3TagEditor {
 
-std::uint32_t bigEndianAt(platform::ByteView bytes, std::size_t offset) {
-  std::uint32_t value = 0;
-  for (const std::uint8_t byte : bytes.subspan(offset, 4)) value = value << 8 | byte;
-  return value;
-}
-
 std::uint32_t SynchsafeIntegerDecoder::decode(std::uint32_t integer) const {
-  return (integer >> 24 & 0x7F) << 21 | (integer >> 16 & 0x7F) << 14 | (integer >> 8 & 0x7F) << 7 |
-         (integer & 0x7F);
+  return platform::numberFromSynchsafe(integer);
 }
 
 ID3Version ID3TagVersionParser::parse(platform::ByteView mp3) const {
@@ -26,7 +19,7 @@ bool ID3TagPresence::isTagPresentIn(platform::ByteView mp3, ID3Version version) 
 }
 
 std::uint32_t ID3TagSizeParser::parse(platform::ByteView data) const {
-  return SynchsafeIntegerDecoder().decode(bigEndianAt(data, tagBytesOffset));
+  return SynchsafeIntegerDecoder().decode(platform::bigEndian(data.subspan(tagBytesOffset, 4)));
 }
 
 }  // namespace ID3TagEditor

@@ -9,9 +9,6 @@
 // What the ten bytes of a tag header say (ID3v2.3.0 §3.1). Buffers begin with the first byte of the file.
 namespace ID3TagEditor {
 
-/// The big-endian 32-bit value at `offset`, whose four bytes the buffer must hold.
-std::uint32_t bigEndianAt(platform::ByteView bytes, std::size_t offset);
-
 /// Decodes the four 7-bit groups of a synchsafe integer (ID3v2.4.0 structure §6.2).
 class SynchsafeIntegerDecoder {
  public:

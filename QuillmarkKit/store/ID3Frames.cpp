@@ -26,15 +26,13 @@ constexpr std::size_t identifierSize = 4;
 constexpr std::uint8_t unsynchronisationFlag = 0x80;
 constexpr std::uint8_t extendedHeaderFlag = 0x40;
 
-std::uint32_t bigEndian(ByteView field) {
-  return std::uint32_t{field[0]} << 24 | std::uint32_t{field[1]} << 16 | std::uint32_t{field[2]} << 8 |
-         field[3];
+std::uint32_t synchsafeAt(ByteView bytes, std::size_t offset) {
+  return platform::numberFromSynchsafe(platform::bigEndian(bytes.subspan(offset, 4)));
 }
 
-std::uint32_t synchsafe(ByteView field) {
-  std::uint32_t value = 0;
-  for (const std::uint8_t byte : field.first(4)) value = value << 7 | (byte & 0x7FU);
-  return value;
+/// A size as frames and extended headers tell it: synchsafe from version 4 on.
+std::uint32_t sizeAt(ByteView bytes, std::size_t offset, std::uint8_t version) {
+  return version >= 4 ? synchsafeAt(bytes, offset) : platform::bigEndian(bytes.subspan(offset, 4));
 }
 
 struct Header {
@@ -46,7 +44,7 @@ struct Header {
 /// Nothing when the bytes do not start with a tag that holds something.
 std::optional<Header> parseHeader(ByteView data) {
   if (data.size() < tagHeaderSize || !platform::charactersOf(data).starts_with("ID3")) return std::nullopt;
-  const std::uint32_t size = synchsafe(data.subspan(6));
+  const std::uint32_t size = synchsafeAt(data, 6);
   if (size == 0) return std::nullopt;
   return Header{.version = data[3], .flags = data[5], .tagLength = std::uint64_t{size} + tagHeaderSize};
 }
@@ -66,7 +64,7 @@ Bytes deunsynchronise(ByteView bytes) {
 /// The length of the extended header at the start of the body; nothing when it does not fit.
 std::optional<std::uint64_t> extendedHeaderLength(ByteView body, std::uint8_t version) {
   if (body.size() < 4) return std::nullopt;
-  const std::uint64_t length = version >= 4 ? synchsafe(body) : std::uint64_t{bigEndian(body)} + 4;
+  const std::uint64_t length = std::uint64_t{sizeAt(body, 0, version)} + (version >= 4 ? 0 : 4);
   if (length == 0 || length > body.size()) return std::nullopt;
   return length;
 }
@@ -92,7 +90,7 @@ void walk(ByteView body, std::uint64_t position, std::uint8_t version, Visit vis
     const ByteView header = body.subspan(position, frameHeaderSize);
     const ByteView id = header.first(identifierSize);
     if (!isIdentifier(id)) return;
-    const std::uint64_t size = version >= 4 ? synchsafe(header.subspan(4)) : bigEndian(header.subspan(4));
+    const std::uint64_t size = sizeAt(header, identifierSize, version);
     const std::uint64_t payloadStart = position + frameHeaderSize;
     if (size == 0 || size > body.size() - payloadStart) return;
     visit(FrameView{.id = platform::charactersOf(id),
@@ -146,17 +144,9 @@ std::optional<TagBody> bodyOfTagIn(FileHandle& file) {
   return bytes ? parseBody(*bytes) : std::nullopt;
 }
 
-void appendBigEndian(Bytes& bytes, std::uint32_t value) {
-  for (const int shift : {24, 16, 8, 0}) bytes.push_back(static_cast<std::uint8_t>(value >> shift));
-}
-
-void appendSynchsafe(Bytes& bytes, std::uint32_t value) {
-  for (const int shift : {21, 14, 7, 0}) bytes.push_back(static_cast<std::uint8_t>(value >> shift & 0x7F));
-}
-
 void appendFrame(Bytes& bytes, std::string_view id, std::uint16_t flags, ByteView payload) {
   platform::append(bytes, platform::bytesOf(id));
-  appendBigEndian(bytes, static_cast<std::uint32_t>(payload.size()));
+  platform::append(bytes, platform::bigEndianBytes(static_cast<std::uint32_t>(payload.size())));
   bytes.push_back(static_cast<std::uint8_t>(flags >> 8));
   bytes.push_back(static_cast<std::uint8_t>(flags & 0xFF));
   platform::append(bytes, payload);
@@ -170,7 +160,7 @@ Bytes tagStart(std::uint64_t bodySize, const std::filesystem::path& file) {
   Bytes tag;
   tag.reserve(tagHeaderSize + bodySize);
   tag = {'I', 'D', '3', 3, 0, 0};
-  appendSynchsafe(tag, static_cast<std::uint32_t>(bodySize));
+  platform::append(tag, platform::bigEndianBytes(platform::synchsafe(static_cast<std::uint32_t>(bodySize))));
   return tag;
 }
 
