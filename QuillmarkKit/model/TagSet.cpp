@@ -34,6 +34,18 @@ TagFields TagSet::populatedFields() const {
   return fields;
 }
 
+TagFields TagSet::differing(const TagSet& other) const {
+  TagFields fields;
+  for (const TagField field : allTagFields) {
+    const bool isSame = dispatch(
+        field, [&](TextMember text) { return this->*text == other.*text; },
+        [&](NumberMember number) { return this->*number == other.*number; },
+        [&] { return artwork == other.artwork; });
+    if (!isSame) fields.insert(field);
+  }
+  return fields;
+}
+
 TagSet TagSet::merging(const TagSet& other, TagFields fields) const {
   TagSet merged = *this;
   for (const TagField field : allTagFields) {

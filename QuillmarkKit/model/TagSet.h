@@ -45,6 +45,8 @@ struct TagSet {
   /// The fields that have a value.
   TagFields populatedFields() const;
   bool isEmpty() const { return *this == TagSet(); }
+  /// The fields that `other` has another value for, or none.
+  TagFields differing(const TagSet& other) const;
   /// This tag set with the given fields as `other` has them, absent ones included.
   TagSet merging(const TagSet& other, TagFields fields) const;
   /// This tag set with its texts trimmed of white space and then of U+0000 at both ends, empty ones made
