@@ -1,0 +1,97 @@
+#include "ID3v2/FrameForm.h"
+
+#include "ID3v2/Numbers.h"
+
+namespace ID3v2 {
+
+namespace {
+
+// The flags of v2.4.
+constexpr std::uint16_t statusFlagsOfV24 = 0x7000;
+constexpr std::uint16_t groupingOfV24 = 0x40;
+constexpr std::uint16_t compressionOfV24 = 0x08;
+constexpr std::uint16_t encryptionOfV24 = 0x04;
+constexpr std::uint16_t lengthOfV24 = 0x01;
+
+/// Takes parts from the front of some bytes.
+class Front {
+ public:
+  explicit Front(const platform::SharedBytes& bytes) : rest_(bytes) {}
+
+  bool has(std::size_t count) const { return count <= rest_.size(); }
+  platform::SharedBytes take(std::size_t count) {
+    platform::SharedBytes front = rest_.slice(0, count);
+    rest_ = rest_.slice(count, rest_.size() - count);
+    return front;
+  }
+  std::uint8_t takeByte() { return take(1).view()[0]; }
+  const platform::SharedBytes& rest() const { return rest_; }
+
+ private:
+  platform::SharedBytes rest_;
+};
+
+std::optional<FrameForm> formOfV23(std::uint16_t flags, const platform::SharedBytes& bytes) {
+  FrameForm form;
+  form.isCompressed = (flags & compressionFlag) != 0;
+  form.isEncrypted = (flags & encryptionFlag) != 0;
+  form.otherFlags = static_cast<std::uint16_t>(flags & ~(compressionFlag | encryptionFlag));
+  const bool isGrouped = (flags & groupingFlag) != 0;
+  Front front(bytes);
+  if (!front.has((form.isCompressed ? 4 : 0) + (form.isEncrypted ? 1 : 0) + (isGrouped ? 1 : 0))) {
+    return std::nullopt;
+  }
+  if (form.isCompressed) form.length = bigEndian(front.take(4));
+  if (form.isEncrypted) form.method = front.takeByte();
+  if (isGrouped) form.group = front.takeByte();
+  form.content = front.rest();
+  return form;
+}
+
+std::optional<FrameForm> formOfV24(std::uint16_t flags, const platform::SharedBytes& bytes) {
+  FrameForm form;
+  form.isCompressed = (flags & compressionOfV24) != 0;
+  form.isEncrypted = (flags & encryptionOfV24) != 0;
+  form.otherFlags = static_cast<std::uint16_t>((flags & statusFlagsOfV24) << 1);
+  const bool isGrouped = (flags & groupingOfV24) != 0;
+  const bool hasLength = (flags & lengthOfV24) != 0;
+  if (isGrouped) form.otherFlags |= groupingFlag;
+  Front front(bytes);
+  if (!front.has((hasLength ? 4 : 0) + (form.isEncrypted ? 1 : 0) + (isGrouped ? 1 : 0))) {
+    return std::nullopt;
+  }
+  if (isGrouped) form.group = front.takeByte();
+  if (form.isEncrypted) form.method = front.takeByte();
+  if (hasLength) form.length = synchsafe(front.take(4));
+  form.content = front.rest();
+  return form;
+}
+
+}  // namespace
+
+std::uint16_t FrameForm::flags() const {
+  return static_cast<std::uint16_t>(otherFlags | (isCompressed ? compressionFlag : 0) |
+                                    (isEncrypted ? encryptionFlag : 0));
+}
+
+std::optional<platform::SharedBytes> FrameForm::inV23() const {
+  // In v2.3 only compressed frames tell a length, and these must.
+  const bool tellsLength = length && (isCompressed || isEncrypted);
+  if (tellsLength != isCompressed) return std::nullopt;
+  if (!isCompressed && !method && !group) return content;
+  platform::Bytes bytes;
+  if (isCompressed) appendBigEndian(bytes, *length);
+  if (method) bytes.push_back(*method);
+  if (group) bytes.push_back(*group);
+  platform::append(bytes, content);
+  return bytes;
+}
+
+std::optional<FrameForm> frameForm(std::uint16_t flags, const platform::SharedBytes& bytes,
+                                   std::uint8_t version) {
+  if (version == 4) return formOfV24(flags, bytes);
+  // v2.2 has no flags.
+  return formOfV23(version == 3 ? flags : std::uint16_t{0}, bytes);
+}
+
+}  // namespace ID3v2

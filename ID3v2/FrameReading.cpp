@@ -1,0 +1,194 @@
+#include "ID3v2/FrameReading.h"
+
+#include <string_view>
+
+#include "ID3v2/ContentDecoding.h"
+#include "ID3v2/FrameForm.h"
+#include "ID3v2/Inflation.h"
+#include "ID3v2/Numbers.h"
+#include "ID3v2/TextFields.h"
+#include "ID3v2/Unsynchronisation.h"
+#include "platform/Text.h"
+
+namespace ID3v2 {
+
+namespace {
+
+using platform::ByteView;
+using platform::SharedBytes;
+
+/// Chapters hold no chapters; that one more level is read is enough for those that do.
+constexpr int deepestChapters = 2;
+
+/// The identifier that the frame has in v2.3, if there is one. Some programs have brought frames of v2.2 into
+/// later tags with a zero byte behind the three letters.
+std::optional<std::string> identifierInV23(const std::string& identifier) {
+  const bool isOfV22 = identifier.size() == 3 || identifier[3] == '\0';
+  if (!isOfV22) return identifier;
+  const std::string_view three = std::string_view(identifier).substr(0, 3);
+  if (const auto four = fourLettersFor(three)) return std::string(*four);
+  if (identifier.size() == 4) return identifier;
+  return std::nullopt;
+}
+
+/// What the compressed content becomes. `bytes` are all that follows the frame's header. Some programs of
+/// v2.4 write the length without its flag or set the flag without writing it.
+std::optional<platform::Bytes> inflatedContent(const FrameForm& form, const SharedBytes& bytes,
+                                               std::uint8_t version, std::size_t& budget) {
+  constexpr std::size_t lengthSize = 4;
+  if (auto inflated = inflate(form.content, budget)) return inflated;
+  if (version != 4) return std::nullopt;
+  const std::size_t size = form.content.size();
+  if (form.length) return inflate(bytes.view().last(size + lengthSize), budget);
+  if (size < lengthSize) return std::nullopt;
+  return inflate(bytes.view().last(size - lengthSize), budget);
+}
+
+/// The same bytes behind the byte of the frame's group, as opaque content holds them.
+SharedBytes withGroup(const FrameForm& form, const SharedBytes& bytes) {
+  FrameForm grouped;
+  grouped.group = form.group;
+  grouped.content = bytes;
+  return grouped.inV23().value_or(bytes);
+}
+
+/// What people call a frame that cannot be said in v2.3.
+std::string nameOf(const RawFrame& raw, std::uint8_t version) {
+  const auto form = frameForm(raw.flags, raw.content, version);
+  const std::string kind = form && form->isEncrypted    ? "encrypted "
+                           : form && form->isCompressed ? "compressed "
+                                                        : "";
+  return "the " + kind + "frame " + raw.name();
+}
+
+std::string latin1(ByteView bytes) {
+  return platform::Text::fromLatin1(bytes);
+}
+
+}  // namespace
+
+FrameReader::FrameReader(std::uint8_t version, bool areUnsynchronised, std::size_t tagSize)
+    : version_(version), areUnsynchronised_(areUnsynchronised), inflationBudget_(tagSize * inflationLimit) {
+}
+
+std::vector<Frame> FrameReader::read(const std::vector<RawFrame>& frames) {
+  std::vector<Frame> read;
+  read.reserve(frames.size());
+  for (const RawFrame& raw : frames) {
+    const auto identifier = identifierInV23(raw.identifier);
+    if (!identifier) {
+      unreadable_.push_back("the frame " + raw.name() + ", which ID3v2.3 has no counterpart for");
+      continue;
+    }
+    Frame frame{.identifier = *identifier, .content = Opaque{}};
+    switch (readForm(raw, frame)) {
+      case Outcome::read:
+        read.push_back(std::move(frame));
+        break;
+      case Outcome::empty:
+        break;
+      case Outcome::unreadable:
+        unreadable_.push_back(nameOf(raw, version_));
+        break;
+    }
+  }
+  return read;
+}
+
+/// Fills in what follows the frame's identifier.
+FrameReader::Outcome FrameReader::readForm(const RawFrame& raw, Frame& frame) {
+  const bool isUnsynchronised =
+      (areUnsynchronised_ && depth_ == 0) || saysUnsynchronised(raw.flags, version_);
+  const SharedBytes bytes = isUnsynchronised && ID3v2::isUnsynchronised(raw.content)
+                                ? SharedBytes(unsynchronisationUndone(raw.content))
+                                : raw.content;
+  if (version_ == 3 && raw.hasPlainSize && bytes.size() == raw.content.size()) frame.original = raw.whole;
+  const auto form = frameForm(raw.flags, bytes, version_);
+  if (!form) {
+    // A frame of v2.3 can stay as it is, whatever its flags claim.
+    frame.flags = raw.flags;
+    frame.content = Opaque{bytes};
+    return version_ == 3 ? Outcome::read : Outcome::unreadable;
+  }
+  SharedBytes content = form->content;
+  auto inflated = form->isCompressed && !form->isEncrypted
+                      ? inflatedContent(*form, bytes, version_, inflationBudget_)
+                      : std::nullopt;
+  if (form->isEncrypted || (form->isCompressed && !inflated)) {
+    const auto inV23 = version_ == 3 ? std::optional(bytes) : form->inV23();
+    if (!inV23) return Outcome::unreadable;
+    frame.flags = form->flags();
+    frame.content = Opaque{*inV23};
+    return Outcome::read;
+  }
+  if (inflated) content = SharedBytes(std::move(*inflated));
+  if (content.empty()) return Outcome::empty;
+  auto decoded = readContent(frame.identifier, content);
+  if (!decoded) return Outcome::unreadable;
+  frame.flags = form->otherFlags;
+  frame.content = std::move(*decoded);
+  if (auto* opaque = std::get_if<Opaque>(&frame.content)) {
+    opaque->bytes = withGroup(*form, opaque->bytes);
+  } else {
+    frame.group = form->group.value_or(0);
+  }
+  return Outcome::read;
+}
+
+/// Nothing for content that cannot be said in v2.3.
+std::optional<Content> FrameReader::readContent(const std::string& identifier, const SharedBytes& bytes) {
+  const ContentKind kind = kindOf(identifier);
+  if (kind != ContentKind::chapter && kind != ContentKind::tableOfContents) {
+    return decodeContent(identifier, bytes, version_);
+  }
+  return kind == ContentKind::chapter ? readChapter(bytes) : readTableOfContents(bytes);
+}
+
+std::optional<Content> FrameReader::readChapter(const SharedBytes& bytes) {
+  constexpr std::size_t numbersSize = 16;
+  const Cut cut = cutAtZero(bytes);
+  if (cut.rest.size() < numbersSize) return Opaque{bytes};
+  const auto number = [&](std::size_t index) { return bigEndian(cut.rest.subspan(4 * index, 4)); };
+  Chapter chapter{.elementID = latin1(cut.text),
+                  .startTime = number(0),
+                  .endTime = number(1),
+                  .startOffset = number(2),
+                  .endOffset = number(3),
+                  .frames = {}};
+  return withFramesInside(std::move(chapter), bytes, cut.rest.size() - numbersSize);
+}
+
+std::optional<Content> FrameReader::readTableOfContents(const SharedBytes& bytes) {
+  const Cut cut = cutAtZero(bytes);
+  if (cut.rest.size() < 2) return Opaque{bytes};
+  TableOfContents table{
+      .elementID = latin1(cut.text), .flags = cut.rest[0], .childElementIDs = {}, .frames = {}};
+  ByteView rest = cut.rest.subspan(2);
+  for (std::uint8_t count = cut.rest[1]; count > 0; --count) {
+    const Cut child = cutAtZero(rest);
+    if (!child.isTerminated) return Opaque{bytes};
+    table.childElementIDs.push_back(latin1(child.text));
+    rest = child.rest;
+  }
+  return withFramesInside(std::move(table), bytes, rest.size());
+}
+
+/// The chapter or table of contents with the frames in the last `size` of its bytes. One of v2.3 of which
+/// these cannot be read is opaque.
+template <class Parent>
+std::optional<Content> FrameReader::withFramesInside(Parent parent, const SharedBytes& bytes,
+                                                     std::size_t size) {
+  const std::optional<Content> asItIs = version_ == 3 ? std::optional<Content>(Opaque{bytes}) : std::nullopt;
+  if (depth_ == deepestChapters) return asItIs;
+  const FrameWalk walk = walkFrames(bytes, bytes.size() - size, version_);
+  if (!walk.isComplete) return asItIs;
+  const std::size_t unreadableBefore = unreadable_.size();
+  ++depth_;
+  parent.frames = read(walk.frames);
+  --depth_;
+  if (unreadable_.size() == unreadableBefore) return parent;
+  unreadable_.resize(unreadableBefore);
+  return asItIs;
+}
+
+}  // namespace ID3v2

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "ID3v2/FrameWalk.h"
+#include "ID3v2/Tag.h"
+
+namespace ID3v2 {
+
+/// Makes frames of what stands in one tag.
+class FrameReader {
+ public:
+  /// `areUnsynchronised` when every frame is, whatever its own flag says; `tagSize` in bytes, to which the
+  /// memory for compressed frames stays in proportion.
+  FrameReader(std::uint8_t version, bool areUnsynchronised, std::size_t tagSize);
+
+  /// Those that can be said in v2.3, in their order.
+  std::vector<Frame> read(const std::vector<RawFrame>& frames);
+
+  /// The others so far, named for people.
+  const std::vector<std::string>& unreadable() const { return unreadable_; }
+
+ private:
+  enum class Outcome { read, empty, unreadable };
+
+  Outcome readForm(const RawFrame& raw, Frame& frame);
+  std::optional<Content> readContent(const std::string& identifier, const platform::SharedBytes& bytes);
+  std::optional<Content> readChapter(const platform::SharedBytes& bytes);
+  std::optional<Content> readTableOfContents(const platform::SharedBytes& bytes);
+  template <class Parent>
+  std::optional<Content> withFramesInside(Parent parent, const platform::SharedBytes& bytes,
+                                          std::size_t size);
+
+  std::uint8_t version_;
+  bool areUnsynchronised_;
+  std::size_t inflationBudget_;
+  /// How many chapters stand around the frames that are being read.
+  int depth_ = 0;
+  std::vector<std::string> unreadable_;
+};
+
+}  // namespace ID3v2

@@ -1,0 +1,115 @@
+#include "ID3v2/FrameWalk.h"
+
+#include <algorithm>
+#include <array>
+#include <optional>
+
+#include "ID3v2/Numbers.h"
+
+namespace ID3v2 {
+
+namespace {
+
+using platform::ByteView;
+
+/// Where things stand in a frame's header.
+struct Layout {
+  std::size_t identifier;
+  std::size_t size;
+  std::size_t header;
+};
+
+Layout layoutOf(std::uint8_t version) {
+  return version == 2 ? Layout{3, 3, 6} : Layout{4, 4, 10};
+}
+
+bool isCapitalOrDigit(std::uint8_t character) {
+  return (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
+}
+
+/// An identifier that the standards allow, or one of v2.2 that a program has brought to four characters.
+bool isIdentifier(ByteView identifier) {
+  return std::ranges::all_of(identifier.first(3), isCapitalOrDigit) &&
+         (identifier.size() == 3 || isCapitalOrDigit(identifier[3]) || identifier[3] == 0);
+}
+
+/// One that no standard allows, but that programs write.
+bool isOddIdentifier(ByteView identifier) {
+  return identifier.size() == 4 &&
+         std::ranges::all_of(identifier, [](std::uint8_t byte) { return byte >= 0x20 && byte < 0x7F; });
+}
+
+bool isPadding(ByteView bytes) {
+  return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
+}
+
+/// One reading of a size field. Below 128 both are the same.
+struct Size {
+  std::size_t value;
+  bool isPlain;
+};
+
+/// The readings of the size field of the frame there that fit, the version's own first.
+std::array<std::optional<Size>, 2> sizesAt(ByteView body, std::size_t at, std::uint8_t version) {
+  const Layout layout = layoutOf(version);
+  const std::size_t room = body.size() - at - layout.header;
+  const ByteView field = body.subspan(at + layout.identifier, layout.size);
+  std::optional<Size> plain;
+  std::optional<Size> safe;
+  if (bigEndian(field) <= room) plain = {.value = bigEndian(field), .isPlain = true};
+  if (version > 2 && isSynchsafe(field) && synchsafe(field) <= room) {
+    safe = {.value = synchsafe(field), .isPlain = synchsafe(field) < 0x80};
+  }
+  return version == 4 ? std::array{safe, plain} : std::array{plain, safe};
+}
+
+bool hasHeaderAt(ByteView body, std::size_t at, std::uint8_t version) {
+  return at <= body.size() && body.size() - at >= layoutOf(version).header;
+}
+
+}  // namespace
+
+bool isFrameLikelyAt(ByteView body, std::size_t at, std::uint8_t version) {
+  if (!hasHeaderAt(body, at, version)) return false;
+  const ByteView identifier = body.subspan(at, layoutOf(version).identifier);
+  return (isIdentifier(identifier) || isOddIdentifier(identifier)) &&
+         std::ranges::any_of(sizesAt(body, at, version), &std::optional<Size>::has_value);
+}
+
+bool leadsOn(ByteView body, std::size_t at, std::uint8_t version) {
+  return at <= body.size() && (isFrameLikelyAt(body, at, version) || isPadding(body.subspan(at)));
+}
+
+FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version) {
+  const Layout layout = layoutOf(version);
+  FrameWalk walk{.frames = {}, .end = start};
+  const ByteView bytes = body;
+  while (hasHeaderAt(bytes, walk.end, version)) {
+    const std::size_t at = walk.end;
+    const ByteView identifier = bytes.subspan(at, layout.identifier);
+    if (!isIdentifier(identifier) && !isOddIdentifier(identifier)) break;
+    const auto sizes = sizesAt(bytes, at, version);
+    const auto leading = std::ranges::find_if(sizes, [&](const std::optional<Size>& size) {
+      return size && leadsOn(bytes, at + layout.header + size->value, version);
+    });
+    std::optional<Size> size;
+    if (leading != sizes.end()) {
+      size = *leading;
+    } else if (isIdentifier(identifier)) {
+      size = sizes[0] ? sizes[0] : sizes[1];
+    }
+    if (!size) break;
+    walk.end = at + layout.header + size->value;
+    if (size->value == 0) continue;
+    RawFrame& frame = walk.frames.emplace_back();
+    frame.identifier = platform::charactersOf(identifier);
+    if (version > 2) frame.flags = static_cast<std::uint16_t>(bigEndian(bytes.subspan(at + 8, 2)));
+    frame.whole = body.slice(at, layout.header + size->value);
+    frame.content = frame.whole.slice(layout.header, size->value);
+    frame.hasPlainSize = size->isPlain;
+  }
+  walk.isComplete = isPadding(bytes.subspan(walk.end));
+  return walk;
+}
+
+}  // namespace ID3v2

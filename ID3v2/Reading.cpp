@@ -1,0 +1,87 @@
+#include "ID3v2/Reading.h"
+
+#include <algorithm>
+#include <string_view>
+#include <utility>
+
+#include "ID3v2/FrameReading.h"
+#include "ID3v2/FrameWalk.h"
+#include "ID3v2/TagHeader.h"
+#include "ID3v2/Unsynchronisation.h"
+
+namespace ID3v2 {
+
+namespace {
+
+using platform::SharedBytes;
+
+/// One way to look at a tag's body.
+struct View {
+  /// Each frame is unsynchronised, not the body as a whole.
+  bool areFramesUnsynchronised = false;
+  FrameWalk walk;
+};
+
+FrameWalk walkBody(const SharedBytes& body, const TagHeader& header) {
+  const std::size_t start = header.hasExtendedHeader ? extendedHeaderLength(body, header.version) : 0;
+  return walkFrames(body, start, header.version);
+}
+
+/// Unsynchronisation is applied to the whole body before v2.4 and to each frame since. Programs mix that up,
+/// so that where the version's own way does not lead through all frames, the other one is tried.
+View viewOf(const SharedBytes& body, const TagHeader& header) {
+  const auto whole = [&] {
+    return View{.areFramesUnsynchronised = false,
+                .walk = walkBody(SharedBytes(unsynchronisationUndone(body)), header)};
+  };
+  const auto single = [&] {
+    return View{.areFramesUnsynchronised = header.isUnsynchronised, .walk = walkBody(body, header)};
+  };
+  if (!header.isUnsynchronised) return single();
+  if (!isUnsynchronised(body)) {
+    return header.version == 4 ? single()
+                               : View{.areFramesUnsynchronised = false, .walk = walkBody(body, header)};
+  }
+  View usual = header.version == 4 ? single() : whole();
+  if (usual.walk.isComplete) return usual;
+  View unusual = header.version == 4 ? whole() : single();
+  return unusual.walk.isComplete ? unusual : usual;
+}
+
+/// What follows the last frame, when it is no padding.
+std::string tailName(const FrameWalk& walk) {
+  if (walk.frames.empty()) return "what stands in its tag";
+  return "what stands behind " + walk.frames.back().name() + " in its tag";
+}
+
+bool isFooter(platform::ByteView bytes) {
+  return platform::charactersOf(bytes).starts_with("3DI");
+}
+
+}  // namespace
+
+std::optional<Reading> read(const SharedBytes& bytes) {
+  const auto header = tagHeader(bytes);
+  if (!header) return std::nullopt;
+  Reading reading{
+      .tag = {.version = header->version, .frames = {}}, .length = header->length(), .unreadable = {}};
+  const std::size_t bodySize = std::min<std::size_t>(header->bodySize, bytes.size() - tagHeaderSize);
+  const SharedBytes body = bytes.slice(tagHeaderSize, bodySize);
+  const bool isCutOff = bodySize < header->bodySize;
+  if (!isCutOff && header->hasFooter && !isFooter(bytes.view().subspan(tagHeaderSize + bodySize))) {
+    // The flag alone is no reason to take audio for a footer.
+    reading.length -= tagHeaderSize;
+  }
+  const View view = viewOf(body, *header);
+  FrameReader reader(header->version, view.areFramesUnsynchronised, bodySize);
+  reading.tag.frames = reader.read(view.walk.frames);
+  reading.unreadable = reader.unreadable();
+  if (isCutOff) {
+    reading.unreadable.emplace_back("the end of its tag, which the file does not hold");
+  } else if (!view.walk.isComplete) {
+    reading.unreadable.push_back(tailName(view.walk));
+  }
+  return reading;
+}
+
+}  // namespace ID3v2

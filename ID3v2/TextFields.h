@@ -1,0 +1,60 @@
+#pragma once
+
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "platform/Bytes.h"
+
+/// The texts in frames (ID3v2.4.0 structure §4, ID3v2.3.0 §3.3).
+namespace ID3v2 {
+
+/// As the first byte of a frame's content names it.
+enum class TextEncoding : std::uint8_t { latin1, UTF16, UTF16BigEndian, UTF8 };
+
+/// Bytes cut in two behind a terminator.
+struct Cut {
+  platform::ByteView text;
+  platform::ByteView rest;
+  bool isTerminated = false;
+};
+
+/// In front of the first zero byte and behind it.
+Cut cutAtZero(platform::ByteView bytes);
+
+/// Decodes the texts of one frame in their order. Of UTF-16 texts without a mark it takes the byte order of
+/// the last mark in the frame, else what the first character suggests, else little-endian.
+class TextDecoder {
+ public:
+  /// Nothing for a byte that names no encoding.
+  static std::optional<TextDecoder> forEncoding(std::uint8_t encoding);
+
+  TextEncoding encoding() const { return encoding_; }
+  /// In front of the first terminator of the encoding and behind it.
+  Cut cut(platform::ByteView bytes) const;
+  /// One text; nothing for bytes that the encoding does not allow.
+  std::optional<std::string> text(platform::ByteView bytes);
+  /// All values up to the end with U+0000 between them, without the terminators at the end.
+  std::optional<std::string> values(platform::ByteView bytes);
+
+ private:
+  explicit TextDecoder(TextEncoding encoding)
+      : encoding_(encoding), isBigEndian_(encoding == TextEncoding::UTF16BigEndian) {}
+
+  TextEncoding encoding_;
+  bool isBigEndian_;
+  bool isOrderKnown_ = false;
+};
+
+/// ISO-8859-1 where all the texts fit, else UTF-16: the encodings of v2.3.
+TextEncoding encodingFor(std::initializer_list<std::string_view> texts);
+
+/// The text without a terminator, in one of the encodings of v2.3; in UTF-16 each of its values has a mark.
+void appendText(platform::Bytes& bytes, TextEncoding encoding, std::string_view text);
+
+/// The same and a terminator. The text must hold no U+0000.
+void appendTerminated(platform::Bytes& bytes, TextEncoding encoding, std::string_view text);
+
+}  // namespace ID3v2

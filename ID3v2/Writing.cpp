@@ -1,0 +1,173 @@
+#include "ID3v2/Writing.h"
+
+#include <algorithm>
+#include <limits>
+#include <optional>
+#include <string_view>
+#include <variant>
+
+#include "ID3v2/Dates.h"
+#include "ID3v2/FrameForm.h"
+#include "ID3v2/Numbers.h"
+#include "ID3v2/TagHeader.h"
+#include "ID3v2/TextFields.h"
+#include "platform/Text.h"
+
+namespace ID3v2 {
+
+namespace {
+
+using platform::Bytes;
+
+/// What the size field of a tag's header can tell.
+constexpr std::size_t greatestBodySize = (std::size_t{1} << 28) - 1;
+
+void appendByte(Bytes& bytes, TextEncoding encoding) {
+  bytes.push_back(static_cast<std::uint8_t>(encoding));
+}
+
+void overwrite(Bytes& bytes, std::size_t at, platform::ByteView field) {
+  std::ranges::copy(field, bytes.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+class TagWriter {
+ public:
+  void appendFrames(const std::vector<Frame>& frames) {
+    for (const Frame& frame : frames) appendFrame(frame);
+  }
+
+  Bytes bytes;
+  std::vector<std::string> notKept;
+
+ private:
+  void appendFrame(const Frame& frame) {
+    if (!frame.original.empty()) {
+      platform::append(bytes, frame.original);
+      return;
+    }
+    const std::size_t start = bytes.size();
+    platform::append(bytes, platform::bytesOf(frame.identifier));
+    const bool isOpaque = std::holds_alternative<Opaque>(frame.content);
+    const auto flags = static_cast<std::uint16_t>(
+        isOpaque ? frame.flags : frame.flags & ~(compressionFlag | encryptionFlag));
+    appendBigEndian(bytes, 0);
+    bytes.push_back(static_cast<std::uint8_t>(flags >> 8));
+    bytes.push_back(static_cast<std::uint8_t>(flags & 0xFF));
+    const std::size_t contentStart = bytes.size();
+    if (!isOpaque && (flags & groupingFlag) != 0) bytes.push_back(frame.group);
+    const bool isWritten = frame.identifier.size() == 4 &&
+                           std::visit([this](const auto& content) { return append(content); }, frame.content);
+    const std::size_t size = bytes.size() - contentStart;
+    if (!isWritten || size > greatestBodySize) {
+      bytes.resize(start);
+      notKept.push_back("the frame " + frame.identifier);
+      return;
+    }
+    Bytes field;
+    appendBigEndian(field, static_cast<std::uint32_t>(size));
+    overwrite(bytes, start + 4, field);
+  }
+
+  // Each gives whether v2.3 can hold the content.
+
+  bool append(const Opaque& content) {
+    platform::append(bytes, content.bytes);
+    return true;
+  }
+
+  bool append(const Text& content) {
+    const TextEncoding encoding = encodingFor({content.text});
+    appendByte(bytes, encoding);
+    appendText(bytes, encoding, content.text);
+    return true;
+  }
+
+  bool append(const UserText& content) {
+    const TextEncoding encoding = encodingFor({content.description, content.text});
+    appendByte(bytes, encoding);
+    appendTerminated(bytes, encoding, content.description);
+    appendText(bytes, encoding, content.text);
+    return true;
+  }
+
+  bool append(const LanguageText& content) {
+    const TextEncoding encoding = encodingFor({content.description, content.text});
+    appendByte(bytes, encoding);
+    platform::append(bytes, platform::bytesOf(content.language));
+    appendTerminated(bytes, encoding, content.description);
+    appendText(bytes, encoding, content.text);
+    return content.language.size() == 3;
+  }
+
+  bool append(const Picture& content) {
+    const TextEncoding encoding = encodingFor({content.description});
+    appendByte(bytes, encoding);
+    const bool isWritten = appendLatin1(content.mimeType);
+    bytes.push_back(0);
+    bytes.push_back(content.type);
+    appendTerminated(bytes, encoding, content.description);
+    platform::append(bytes, content.data);
+    return isWritten;
+  }
+
+  bool append(const URL& content) {
+    // A frame must not be empty, and what follows a zero byte does not count.
+    if (content.url.empty()) bytes.push_back(0);
+    return appendLatin1(content.url);
+  }
+
+  bool append(const Chapter& content) {
+    if (!appendElementID(content.elementID)) return false;
+    for (const std::uint32_t number :
+         {content.startTime, content.endTime, content.startOffset, content.endOffset}) {
+      appendBigEndian(bytes, number);
+    }
+    appendFrames(content.frames);
+    return true;
+  }
+
+  bool append(const TableOfContents& content) {
+    if (!appendElementID(content.elementID)) return false;
+    const std::size_t count = content.childElementIDs.size();
+    bytes.push_back(content.flags);
+    bytes.push_back(static_cast<std::uint8_t>(count));
+    for (const std::string& child : content.childElementIDs) {
+      if (!appendElementID(child)) return false;
+    }
+    appendFrames(content.frames);
+    return count <= std::numeric_limits<std::uint8_t>::max();
+  }
+
+  bool appendLatin1(std::string_view text) {
+    const auto encoded = platform::Text::toLatin1(text);
+    if (encoded) platform::append(bytes, *encoded);
+    return encoded.has_value();
+  }
+
+  bool appendElementID(std::string_view elementID) {
+    const bool isWritten = appendLatin1(elementID);
+    bytes.push_back(0);
+    return isWritten;
+  }
+};
+
+}  // namespace
+
+Written write(const Tag& tag, std::size_t padding) {
+  TagWriter writer;
+  writer.bytes = {'I', 'D', '3', 3, 0, 0, 0, 0, 0, 0};
+  writer.appendFrames(withDatesOfV23(tag.frames));
+  const std::size_t framesSize = writer.bytes.size() - tagHeaderSize;
+  if (framesSize > greatestBodySize || padding > greatestBodySize - framesSize) {
+    writer.notKept.emplace_back("a tag of more than 256 MiB");
+    return {.bytes = {}, .notKept = std::move(writer.notKept)};
+  }
+  const std::size_t size = framesSize + padding;
+  writer.bytes.resize(tagHeaderSize + size);
+  for (std::size_t i = 0; i < 4; ++i) {
+    writer.bytes[9 - i] = static_cast<std::uint8_t>(size >> (7 * i) & 0x7F);
+  }
+  return {.bytes = std::move(writer.bytes), .notKept = std::move(writer.notKept)};
+}
+
+}  // namespace ID3v2
