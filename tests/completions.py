@@ -1,0 +1,126 @@
+"""The manual and the completions of bash, zsh and fish know every command, option and field that the program knows.
+
+Usage: completions.py PROGRAM
+"""
+import os
+import pathlib
+import pty
+import re
+import shlex
+import subprocess
+import sys
+import tempfile
+import threading
+import time
+
+import proof
+from proof import ROOT, check
+
+COMPLETIONS = ROOT / "completions"
+# A second interactive shell notes what the first would offer for each line that is typed.
+ZSH = """fpath=({completions} $fpath); autoload -Uz compinit; compinit -D -u
+compadd() {{ if [[ " $* " != *' '-[OAD]' '* ]]; then local -a hits; builtin compadd -A hits "$@"; print -rl -- $hits >>{out}; fi
+builtin compadd "$@" }}
+capture() {{ _main_complete; compstate[list]= compstate[insert]=; print END >>{out} }}
+zle -C capture list-choices capture; bindkey '^I' capture; PROMPT=; print END >>{out}
+"""
+
+
+def printed(*words, **options):
+    return subprocess.run(words, check=True, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True, **options).stdout
+
+
+def bash(line, folder):
+    words = line.split(" ")
+    script = (f"source {COMPLETIONS}/quillmark.bash; compopt() {{ :; }}; COMP_WORDS=({' '.join(map(shlex.quote, words))})\n"
+              f"COMP_CWORD={len(words) - 1}; _quillmark; printf '%s\\n' \"${{COMPREPLY[@]}}\"")
+    return printed("bash", "--norc", "-c", script, cwd=folder).split("\n")
+
+
+def fish(line, folder):
+    script = f"source {COMPLETIONS}/quillmark.fish; complete -C {shlex.quote(line)}"
+    return [offer.split("\t")[0] for offer in printed("fish", "-N", "-c", script, cwd=folder).split("\n")]
+
+
+class Zsh:
+    def __init__(self, folder, out):
+        self.out = out
+        pid, self.terminal = pty.fork()
+        if pid == 0:
+            os.chdir(folder)
+            os.execvp("zsh", ["zsh", "-f", "-i"])
+        threading.Thread(target=self.drain, daemon=True).start()
+        self.typed(ZSH.format(completions=COMPLETIONS, out=out))
+
+    def drain(self):
+        while os.read(self.terminal, 4096):
+            pass
+
+    def typed(self, keys):
+        self.out.write_text("")
+        os.write(self.terminal, keys.encode())
+        deadline = time.monotonic() + 30
+        while not self.out.read_text().endswith("END\n") and time.monotonic() < deadline:
+            time.sleep(0.01)
+        return self.out.read_text().split("\n")[:-2]
+
+    def __call__(self, line, _):
+        # What stands in the list already is no part of the match.
+        list_so_far = re.search(r"[a-z,-]*,|$", line)[0]
+        offers = [list_so_far + offer.replace("\\", "") for offer in self.typed(line + "\t")]
+        os.write(self.terminal, b"\x15")
+        return offers
+
+
+def main():
+    program = pathlib.Path(sys.argv[1]).resolve()
+    fields = re.findall(r"^  [* ] (\S+)", printed(program, "fields"), re.MULTILINE)[:-1]
+    commands = re.findall(r"^  quillmark (\w+)", printed(program, "help").split("\n\n")[1], re.MULTILINE)
+    options = {}
+    for command in commands:
+        if command != "fields":
+            options[command] = re.findall(r"^  (--[a-z]\S*)", printed(program, command, "--help"), re.MULTILINE)
+    options["set"] += [f"--{field}" for field in fields]
+
+    manual = (ROOT / "man/quillmark.1").read_text()
+    synopsis = manual[manual.index(".Sh SYNOPSIS"):manual.index(".Sh DESCRIPTION")]
+    described = set(re.findall(r"^\.It Fl -(\S+)", manual, re.MULTILINE))
+    for command in commands:
+        check(f"manual: {command}", f"\n.It Cm {command}\n" in manual, True)
+        calls = [call for call in synopsis.split("\n.Nm\n") if call.split("\n")[0] == f".Cm {command}"]
+        check(f"manual: one call of {command}", len(calls), 1)
+        known = {f"--{name}" for name in re.findall(r"Fl -(\S+)", calls[0])} | {"--help"}
+        own = set(options.get(command, ["--help"])) - {f"--{field}" for field in fields}
+        check(f"manual: options of {command}", own - known, set())
+        check(f"manual: descriptions for {command}", {name[2:] for name in own} - described, set())
+    check("manual: fields", re.findall(r"^\.It Cm (\S+)(?: No \*)?$", manual, re.MULTILINE)[-len(fields):], fields)
+    check("manual: lint", subprocess.run(["mandoc", "-T", "lint", ROOT / "man/quillmark.1"], stdout=subprocess.PIPE, text=True).stdout, "")
+
+    with tempfile.TemporaryDirectory() as scratch:
+        folder = pathlib.Path(scratch, "album")
+        folder.mkdir()
+        for name in ("a b.mp3", "B.MP3", "cover.jpg"):
+            (folder / name).touch()
+        for shell in (bash, fish, Zsh(folder, pathlib.Path(scratch, "out"))):
+            name = getattr(shell, "__name__", "zsh")
+
+            def offers(line, *expected, only=True):
+                offered = {word for word in shell(line, folder) if word}
+                check(f"{name}: {line}", offered if only else offered & set(expected), set(expected))
+
+            offers("quillmark ", *commands, "help")
+            offers("quillmark fields ")
+            for command, names in options.items():
+                offers(f"quillmark {command} --", *names, only=False)
+                offers(f"quillmark {command} --notes ", "a b.mp3", "B.MP3", only=False)
+            for option in ("paste --fields", "apply --from x --fields", "set --clear"):
+                offers(f"quillmark {option} ", *fields)
+                offers(f"quillmark {option} artist,ar", "artist,artwork")
+            offers("quillmark set --title ")
+            offers("quillmark set --artwork ", "cover.jpg", only=False)
+            offers("quillmark apply --from ", "a b.mp3", "B.MP3", only=False)
+
+
+if __name__ == "__main__":
+    main()
+    proof.finish("The manual and the completions know what the program knows.")
