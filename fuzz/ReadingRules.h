@@ -21,7 +21,7 @@ inline bool isGenreReadInParts(std::string_view text) {
 /// The last terminator with a mark behind it parts the description from the content.
 inline bool isContentReadInParts(std::string_view text) {
   using namespace std::string_view_literals;
-  const platform::Bytes content = platform::Text::toUTF16WithMark(text);
+  const platform::Bytes content = platform::Text::toUTF16WithMark(text).value();
   return platform::charactersOf(content).find("\0\0\xFF\xFE"sv) != std::string_view::npos;
 }
 

@@ -36,7 +36,7 @@ void checkGenre(std::string_view text) {
 void checkText(const std::string& text) {
   require(Text::isValidUTF8(text), "decoded text is UTF-8");
   require(Text::fromUTF8Lossily(text) == text, "valid text needs no repair");
-  const platform::Bytes utf16 = Text::toUTF16WithMark(text);
+  const platform::Bytes utf16 = Text::toUTF16WithMark(text).value();
   require(Text::fromUTF16(utf16) == text, "UTF-16 is read as it was");
   if (const auto latin1 = Text::toLatin1(text)) {
     require(Text::fromLatin1(*latin1) == text, "Latin-1 is read as it was");
@@ -59,7 +59,10 @@ void fuzzTarget(const platform::SharedBytes& input) {
   checkText(Text::fromLatin1(input));
   checkText(Text::fromUTF8Lossily(platform::charactersOf(input)));
   const auto utf8 = Text::fromUTF8(input);
-  require(utf8.has_value() == Text::isValidUTF8(platform::charactersOf(input)), "all of UTF-8 is read");
+  const bool isText = Text::isValidUTF8(platform::charactersOf(input));
+  require(utf8.has_value() == isText, "all of UTF-8 is read");
+  require(Text::toUTF16WithMark(platform::charactersOf(input)).has_value() == isText,
+          "and nothing else written");
   if (const auto utf16 = Text::fromUTF16(input)) checkText(*utf16);
 
   // The input as the body of a text frame, its first byte the one that tells the encoding.

@@ -132,6 +132,7 @@ bool isValidUTF8(std::string_view bytes) {
 }
 
 std::optional<Bytes> toLatin1(std::string_view text) {
+  if (!isValidUTF8(text)) return std::nullopt;
   Bytes bytes;
   bytes.reserve(text.size());
   for (auto at = text.begin(); at != text.end();) {
@@ -142,7 +143,8 @@ std::optional<Bytes> toLatin1(std::string_view text) {
   return bytes;
 }
 
-Bytes toUTF16WithMark(std::string_view text) {
+std::optional<Bytes> toUTF16WithMark(std::string_view text) {
+  if (!isValidUTF8(text)) return std::nullopt;
   Bytes bytes;
   bytes.reserve(2 + 2 * text.size());
   const auto appendUnit = [&](char32_t unit) {

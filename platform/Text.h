@@ -23,10 +23,12 @@ std::string fromUTF8Lossily(std::string_view bytes);
 
 bool isValidUTF8(std::string_view bytes);
 
+// A caller's text may not have been checked: these two give nothing for bytes that are no UTF-8.
+
 /// Nothing when a character lies outside ISO-8859-1.
 std::optional<Bytes> toLatin1(std::string_view text);
 /// FF FE, then little-endian units.
-Bytes toUTF16WithMark(std::string_view text);
+std::optional<Bytes> toUTF16WithMark(std::string_view text);
 
 // The three that trim leave bytes that are no text as they are.
 

@@ -2,7 +2,6 @@
 
 #include "ID3TagEditor/model/FrameNamesWithLocalizedContent.h"
 #include "ID3TagEditor/model/FramesInTag.h"
-#include "platform/Text.h"
 
 namespace ID3TagEditor {
 
@@ -20,9 +19,9 @@ void ID3LocalizedFrameCreator::createFrame(const ID3FrameWithLocalizedContent& f
                                            ID3Version version, Bytes& output) const {
   Bytes body{id3FrameConfiguration_.encodingByteFor(version, ID3StringEncoding::UTF16)};
   platform::append(body, platform::bytesOf(codeOf(frame.language())));
-  platform::append(body, platform::Text::toUTF16WithMark(frame.contentDescription()));
+  platform::append(body, utf16(frame.contentDescription()));
   paddingAdder_->addPaddingTo(body, 2);
-  platform::append(body, platform::Text::toUTF16WithMark(frame.content()));
+  platform::append(body, utf16(frame.content()));
   frameHeaderCreator_->createUsing(version, frameType, body.size(), output);
   platform::append(output, body);
 }

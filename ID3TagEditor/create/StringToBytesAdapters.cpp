@@ -8,9 +8,13 @@ namespace ID3TagEditor {
 
 using platform::Bytes;
 
+Bytes utf16(std::string_view text) {
+  return platform::Text::toUTF16WithMark(text).value_or(Bytes());
+}
+
 Bytes ID3UTF16StringToByteAdapter::adapt(std::string_view string, ID3Version version) const {
   Bytes body{frameConfiguration_.encodingByteFor(version, ID3StringEncoding::UTF16)};
-  platform::append(body, platform::Text::toUTF16WithMark(string));
+  platform::append(body, utf16(string));
   paddingAdder_->addPaddingTo(body, 2);
   return body;
 }

@@ -9,6 +9,9 @@
 // The bodies of text frames (ID3v2.3.0 §3.3, §4.2): encoding byte, text, terminator.
 namespace ID3TagEditor {
 
+/// The text in UTF-16 with a little-endian mark; no bytes at all for a text that is not UTF-8.
+platform::Bytes utf16(std::string_view text);
+
 class PaddingAdder {
  public:
   virtual ~PaddingAdder() = default;
@@ -28,7 +31,8 @@ class StringToBytesAdapter {
   virtual platform::Bytes adapt(std::string_view string, ID3Version version) const = 0;
 };
 
-/// UTF-16 with a little-endian mark, an empty text included.
+/// UTF-16 with a little-endian mark, an empty text included; a text that is not UTF-8 is written as an empty
+/// one, without the mark.
 class ID3UTF16StringToByteAdapter : public StringToBytesAdapter {
  public:
   explicit ID3UTF16StringToByteAdapter(std::unique_ptr<PaddingAdder> paddingAdder)

@@ -93,6 +93,11 @@ TEST(Writing, MakesTheBodyOfEachKindOfFrame) {
   } const rows[] = {
       {ID32v4TagBuilder().title(Text("é😀")).build(), "TIT2", "\1\xFF\xFE\xE9\0\x3D\xD8\x00\xDE\0\0"s},
       {ID32v3TagBuilder().title(Text("")).build(), "TIT2", "\1\xFF\xFE\0\0"s},
+      // What is no UTF-8, cut off in a character or not, becomes an empty text without a mark.
+      {ID32v3TagBuilder().title(Text("A\xF0\x9F")).build(), "TIT2", "\1\0\0"s},
+      {genre(ID3Genre::rock, "\xE9t"), "TCON", "\1\0\0"s},
+      {ID32v3TagBuilder().comment(Language::eng, {Language::eng, "\xFF", "x\xC3"}).build(), "COMM",
+       "\1eng\0\0"s},
       {ID32v3TagBuilder().discPosition({3, 0}).build(), "TPOS", latin1("3/0")},
       {genre(ID3Genre::remix, {}), "TCON", latin1("(80)")},
       {genre({}, "Jodlé"), "TCON", latin1("Jodl\xE9")},
