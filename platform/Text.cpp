@@ -6,7 +6,6 @@
 #include <algorithm>
 #include <array>
 #include <charconv>
-#include <cstdlib>
 #include <iterator>
 
 namespace platform::Text {
@@ -49,6 +48,11 @@ std::string_view trimming(std::string_view text, Predicate isTrimmed) {
     text.remove_suffix(static_cast<std::size_t>(text.end() - last));
   }
   return text;
+}
+
+/// What a hexadecimal literal can start with behind its prefix: not the words that a decimal one can be.
+bool isHexadecimalStart(char c) {
+  return c == '.' || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
 bool isHighSurrogate(char32_t unit) {
@@ -276,13 +280,21 @@ std::optional<std::int64_t> decimalInteger(std::string_view text) {
 }
 
 std::optional<double> floatingPoint(std::string_view text) {
-  // strtod skips white space in front, which is no part of a literal, and stops at a zero byte.
-  if (text.empty() || isWhiteSpace(static_cast<unsigned char>(text.front()))) return std::nullopt;
-  const std::string terminated(text);
-  char* end = nullptr;
-  const double value = std::strtod(terminated.c_str(), &end);
-  if (end != terminated.c_str() + terminated.size()) return std::nullopt;
-  return value;
+  // from_chars heeds no locale, as the C library's functions do, but knows neither the plus sign nor the
+  // prefix of hexadecimal literals.
+  const bool isNegative = text.starts_with('-');
+  if (isNegative || text.starts_with('+')) text.remove_prefix(1);
+  const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
+  if (isHexadecimal) text.remove_prefix(2);
+  const auto startsOutOfPlace = [&](char c) { return c == '-' || (isHexadecimal && !isHexadecimalStart(c)); };
+  if (text.empty() || startsOutOfPlace(text.front())) return std::nullopt;
+  // The library takes two signs for one in a hexadecimal exponent.
+  if (text.find("+-") != std::string_view::npos) return std::nullopt;
+  double value = 0;
+  const auto format = isHexadecimal ? std::chars_format::hex : std::chars_format::general;
+  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value, format);
+  if (failure != std::errc() || end != text.data() + text.size()) return std::nullopt;
+  return isNegative ? -value : value;
 }
 
 }  // namespace platform::Text

@@ -70,7 +70,8 @@ std::vector<std::string_view> split(std::string_view text, char separator);
 /// An optional "+" or "-", then one or more digits 0 to 9, and nothing else, within 64 bits.
 std::optional<std::int64_t> decimalInteger(std::string_view text);
 
-/// A decimal or hexadecimal floating-point literal, or a word for infinity or not-a-number, and nothing else.
+/// A decimal or hexadecimal floating-point literal that a double can hold, or a word for infinity or
+/// not-a-number, and nothing else, whatever the locale.
 std::optional<double> floatingPoint(std::string_view text);
 
 }  // namespace platform::Text
