@@ -8,8 +8,11 @@ using platform::Bytes;
 
 void ID3FrameContentSizeCalculator::calculateSizeOf(std::uint64_t contentSize, ID3Version version,
                                                     Bytes& output) const {
-  static constexpr std::array<int, 3> sizeBits{24, 32, 28};
-  if (contentSize >> sizeBits[columnOf(version)] != 0) throw ID3TagEditorError(ID3TagEditorError::tagTooBig);
+  // A frame too long for the size field of the other versions makes a tag that is refused as a whole.
+  constexpr std::uint64_t version2Limit = std::uint64_t{1} << 24;
+  if (version == ID3Version::version2 && contentSize >= version2Limit) {
+    throw ID3TagEditorError(ID3TagEditorError::tagTooBig);
+  }
   const auto size = static_cast<std::uint32_t>(contentSize);
   const auto field = uInt32ToByteArrayAdapter_->adapt(
       version == ID3Version::version4 ? synchsafeEncoder_->encode(size) : size);

@@ -25,7 +25,8 @@ class ID3FrameContentSizeCalculator : public FrameContentSizeCalculator {
                                 std::unique_ptr<SynchsafeEncoder> synchsafeEncoder)
       : uInt32ToByteArrayAdapter_(std::move(uInt32ToByteArrayAdapter)),
         synchsafeEncoder_(std::move(synchsafeEncoder)) {}
-  /// Throws `tagTooBig` for a size that the field cannot tell.
+  /// Throws `tagTooBig` for a size that the field of v2.2 cannot tell; those of the others tell more than
+  /// fits in a tag.
   void calculateSizeOf(std::uint64_t contentSize, ID3Version version, platform::Bytes& output) const override;
 
  private:
@@ -59,7 +60,7 @@ class ID3FrameHeaderCreator : public FrameHeaderCreator {
                         std::unique_ptr<FrameFlagsCreator> frameFlagsCreator)
       : frameContentSizeCalculator_(std::move(frameContentSizeCalculator)),
         frameFlagsCreator_(std::move(frameFlagsCreator)) {}
-  /// Throws `tagTooBig` for a body that the version's size field cannot tell.
+  /// Throws as the calculator does.
   void createUsing(ID3Version version, FrameType frameType, std::uint64_t bodySize,
                    platform::Bytes& output) const override;
 

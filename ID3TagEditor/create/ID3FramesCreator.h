@@ -14,7 +14,7 @@ class ID3FramesCreator {
       : id3FrameCreators_(std::move(id3FrameCreators)) {}
 
   /// Appends the frames in their fixed order, then the padding. Throws `invalidTagData` when there is no
-  /// frame to write, `tagTooBig` for a frame that its size field cannot tell.
+  /// frame to write, `tagTooBig` for a frame that the size field of v2.2 cannot tell.
   void createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& output) const;
 
  private:

@@ -23,7 +23,8 @@ Bytes ID3TagCreator::create(ID3Tag& id3Tag) const {
   Bytes tag(ID3TagConfiguration::headerSize());
   id3FramesCreator_.createFramesUsing(id3Tag, tag);
   const std::uint64_t contentSize = tag.size() - ID3TagConfiguration::headerSize();
-  const Bytes header = id3TagHeaderCreator_.createTagHeader(static_cast<std::uint32_t>(contentSize), id3Tag);
+  const auto told = static_cast<std::uint32_t>(std::min<std::uint64_t>(contentSize, UINT32_MAX));
+  const Bytes header = id3TagHeaderCreator_.createTagHeader(told, id3Tag);
   if (tag.size() >= tagSizeLimit) throw ID3TagEditorError(ID3TagEditorError::tagTooBig);
   std::ranges::copy(header, tag.begin());
   return tag;

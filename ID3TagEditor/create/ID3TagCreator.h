@@ -32,7 +32,7 @@ class ID3TagCreator {
         id3TagHeaderCreator_(std::move(id3TagHeaderCreator)) {}
 
   /// Header, frames and padding; the tag's properties get the new size. Throws `invalidTagData` when there is
-  /// no frame to write, `tagTooBig` when the tag reaches the limit.
+  /// no frame to write, `tagTooBig` when the tag reaches the limit; the size is the new one by then.
   platform::Bytes create(ID3Tag& id3Tag) const;
 
  private:

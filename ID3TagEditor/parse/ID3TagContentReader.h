@@ -14,6 +14,7 @@ namespace ID3TagEditor {
 class ID3TagContentReader {
  public:
   explicit ID3TagContentReader(const ID3Tag& id3Tag) : id3Tag_(id3Tag) {}
+  explicit ID3TagContentReader(const ID3Tag&&) = delete;
 
   using OptionalText = std::optional<std::string>;
   OptionalText title() const { return text(FrameName::title); }

@@ -1,3 +1,4 @@
+#include "ID3TagEditor/create/Mp3WithID3TagBuilder.h"
 #include "tests/ID3TagEditor/Engine.h"
 
 namespace tests {
@@ -130,17 +131,31 @@ TEST(Writing, RefusesATagWithoutAnythingToWrite) {
   }
 }
 
-TEST(Writing, RefusesWhatTheSizeFieldOfATagCannotTell) {
-  constexpr std::size_t overhead = 10 + 10 + 14 + padding;
-  const auto errorOfWriting = [](std::size_t pictureSize) {
-    const auto type = ID3PictureType::frontCover;
-    const platform::SharedBytes picture{platform::Bytes(pictureSize)};
-    ID3Tag tag = ID32v3TagBuilder().attachedPicture(type, {picture, type, ID3PictureFormat::jpeg}).build();
-    return engineErrorOf([&] { Editor().write(tag, platform::SharedBytes()); });
+TEST(Writing, RefusesWhatASizeFieldCannotTell) {
+  constexpr std::size_t tagLimit = std::size_t{1} << 28;
+  constexpr std::size_t frameLimit = std::size_t{1} << 24;
+  constexpr std::size_t overhead = 10 + 14 + padding;
+  constexpr auto front = ID3PictureType::frontCover;
+  struct {
+    ID3Version version;
+    std::size_t pictureSize;
+    std::optional<EngineError::Case> error;
+    std::size_t size;
+  } const rows[] = {
+      {ID3Version::version2, frameLimit - 6, EngineError::tagTooBig, 0},
+      {ID3Version::version2, frameLimit - 7, {}, frameLimit - 7 + 12 + padding},
+      {ID3Version::version3, tagLimit - 10 - overhead, EngineError::tagTooBig, tagLimit - 10},
+      {ID3Version::version3, tagLimit - 11 - overhead, {}, tagLimit - 11},
+      {ID3Version::version4, tagLimit, EngineError::tagTooBig, tagLimit + overhead},
   };
-  constexpr std::size_t limit = std::size_t{1} << 28;
-  EXPECT_EQ(errorOfWriting(limit - overhead), EngineError::tagTooBig);
-  EXPECT_EQ(errorOfWriting(limit - overhead - 1), std::nullopt);
+  for (const auto& [version, pictureSize, error, size] : rows) {
+    const platform::SharedBytes picture{platform::Bytes(pictureSize)};
+    ID3Tag tag(version);
+    tag.frames[Name::attachedPicture(front)] =
+        std::make_shared<ID3FrameAttachedPicture>(picture, front, ID3PictureFormat::jpeg);
+    EXPECT_EQ(engineErrorOf([&] { Editor().write(tag, platform::SharedBytes()); }), error);
+    EXPECT_EQ(tag.properties.size, size) << caseName(version);
+  }
 }
 
 TEST(Writing, ReplacesTheTagOfABuffer) {
@@ -157,6 +172,15 @@ TEST(Writing, ReplacesTheTagOfABuffer) {
   }
   const std::string cut = TagBytes(3).declaring(100) + std::string(99, 'x');
   EXPECT_EQ(engineErrorOf([&] { Editor().write(tag, bytesFrom(cut)); }), EngineError::corruptedFile);
+
+  // A caller's current tag need not be that of the bytes.
+  const ID3TagCreator creator = ID3TagCreatorFactory::make();
+  const Mp3WithID3TagBuilder builder(creator);
+  const std::optional<ID3Tag> current = tagIn(TagBytes(3).padding(20).characters());
+  EXPECT_EQ(charactersOf(builder.build({}, tag, current)), written);
+  EXPECT_EQ(charactersOf(builder.build(bytesFrom(audio(30)), tag, current)), written);
+  EXPECT_EQ(engineErrorOf([&] { builder.build(bytesFrom(audio(29)), tag, current); }),
+            EngineError::corruptedFile);
 }
 
 }  // namespace
