@@ -223,9 +223,9 @@ FrameData unmanagedFrameData(FileHandle& file) {
   return unmanaged;
 }
 
-Bytes tagData(const std::vector<ID3Frame>& frames, std::size_t padding, const std::filesystem::path& file) {
+Bytes tagData(const std::vector<ID3Frame>& frames, std::int64_t padding, const std::filesystem::path& file) {
   const auto isWritten = [](const ID3Frame& frame) { return frame.id.size() == identifierSize; };
-  std::uint64_t bodySize = padding;
+  auto bodySize = static_cast<std::uint64_t>(std::max<std::int64_t>(padding, 0));
   for (const ID3Frame& frame : frames) {
     if (isWritten(frame)) bodySize += frameHeaderSize + frame.payload.size();
   }

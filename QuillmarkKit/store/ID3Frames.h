@@ -56,10 +56,10 @@ std::optional<ParsedTag> parse(const platform::SharedBytes& data);
 /// tag.
 std::vector<ID3Frame> unmanagedFrames(const std::filesystem::path& inFileAt);
 
-/// A whole ID3v2.3 tag with the frames and `padding` zero bytes behind them. A frame whose identifier does
-/// not have four bytes is left out. Throws ID3FrameError, which names `file`, when the sizes do not fit their
-/// fields.
-platform::Bytes tagData(const std::vector<ID3Frame>& frames, std::size_t padding,
+/// A whole ID3v2.3 tag with the frames and `padding` zero bytes behind them, none for a negative number. A
+/// frame whose identifier does not have four bytes is left out. Throws ID3FrameError, which names `file`,
+/// when the sizes do not fit their fields.
+platform::Bytes tagData(const std::vector<ID3Frame>& frames, std::int64_t padding,
                         const std::filesystem::path& file);
 
 /// Adds the frames behind those in the file's tag and drops its padding; without frames the file is not

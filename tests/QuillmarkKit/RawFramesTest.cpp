@@ -22,6 +22,7 @@ TEST(RawFramesTest, MoveAsAList) {
   const std::string carried = frame("PRIV", "x\0\xFF\xE0"s, 0x4003) + frame("TXXX", std::string(200, 't'));
   const platform::Bytes tag = ID3Frames::tagData(frames, 1024, source);
   EXPECT_EQ(platform::charactersOf(tag), TagBytes(3).raw(carried).padding(1024).characters());
+  EXPECT_EQ(ID3Frames::tagData(frames, -1, source), ID3Frames::tagData(frames, 0, source));
 
   const auto target = folder.file("target.mp3", track(text("TIT2", "Gloria"), 100));
   ID3Frames::append({}, target);
