@@ -27,6 +27,7 @@ namespace options {
 
 inline constexpr Option all{"all", OptionValue::none, "write every field, not the album identity alone"};
 inline constexpr Option clear{"clear", OptionValue::fieldList, "remove these fields"};
+inline constexpr Option diff{"diff", OptionValue::none, "tell what changes in each file, field by field"};
 inline constexpr Option dryRun{"dry-run", OptionValue::none, "say what would happen and write nothing"};
 inline constexpr Option fields{"fields", OptionValue::fieldList, "write these fields and no others"};
 inline constexpr Option from{"from", OptionValue::file, "the MP3 whose tags are written"};
@@ -34,6 +35,8 @@ inline constexpr Option help{"help", OptionValue::none, "print this text"};
 inline constexpr Option json{"json", OptionValue::none, "print one JSON object, a member for each file"};
 inline constexpr Option noDesktop{"no-desktop", OptionValue::none, "leave the desktop's clipboard alone"};
 inline constexpr Option notes{"notes", OptionValue::none, "print notes also where no terminal shows them"};
+
+inline constexpr Option paths{"paths", OptionValue::none, "name files in the report as they were given"};
 
 }  // namespace options
 
@@ -54,9 +57,9 @@ namespace options {
 
 inline constexpr std::array ofRead{json, notes, help};
 inline constexpr std::array ofCopy{noDesktop, notes, help};
-inline constexpr std::array ofPaste{all, fields, dryRun, notes, help};
-inline constexpr std::array ofApply{from, all, fields, dryRun, notes, help};
-inline constexpr std::array ofSet{clear, dryRun, notes, help};
+inline constexpr std::array ofPaste{all, fields, dryRun, diff, paths, notes, help};
+inline constexpr std::array ofApply{from, all, fields, dryRun, diff, paths, notes, help};
+inline constexpr std::array ofSet{clear, dryRun, diff, paths, notes, help};
 
 }  // namespace options
 

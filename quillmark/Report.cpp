@@ -1,13 +1,14 @@
 #include "quillmark/Report.h"
 
 #include "platform/FileError.h"
+#include "quillmark/Differences.h"
 
 namespace quillmark {
 
 using QuillmarkKit::TagApplier;
 
-void Report::add(const TagApplier::Result& result) {
-  const std::string name = platform::lastPathComponent(result.url);
+void Report::add(const TagApplier::Result& result, std::string_view given) {
+  const std::string name = options_.paths ? std::string(given) : platform::lastPathComponent(result.url);
   if (const auto* failure = std::get_if<TagApplier::Failed>(&result.outcome)) {
     ++failed_;
     console_.printError("failed    " + name + ": " + failure->message);
@@ -19,6 +20,13 @@ void Report::add(const TagApplier::Result& result) {
                   : options_.dryRun ? "would     "
                                     : "updated   ") +
                  console_.shown(name) + "\n");
+  std::visit(
+      [this](const auto& outcome) {
+        if constexpr (requires { outcome.before; }) {
+          if (outcome.before) console_.write(differences(*outcome.before, outcome.tags));
+        }
+      },
+      result.outcome);
   console_.flush();
 }
 

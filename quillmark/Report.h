@@ -14,7 +14,8 @@ class Report {
  public:
   Report(const RunOptions& options, Console& console) : options_(options), console_(console) {}
 
-  void add(const QuillmarkKit::TagApplier::Result& result);
+  /// `given` is the file's name as it was given.
+  void add(const QuillmarkKit::TagApplier::Result& result, std::string_view given);
   /// Writes the summary and gives the exit status: 2 when a file failed, else 0.
   int finish();
 

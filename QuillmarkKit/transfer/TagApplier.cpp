@@ -7,14 +7,16 @@ namespace QuillmarkKit {
 TagApplier::Outcome TagApplier::outcomeFor(const TagSet& source, const std::filesystem::path& file,
                                            TagFields fields, bool dryRun) const {
   TagSet wanted;
+  std::optional<TagSet> before;
   {
-    const TagSet current = store_.read(file);
+    TagSet current = store_.read(file);
     wanted = current.merging(source, fields).normalized();
     if (wanted == current) return Unchanged{};
+    if (tellsBefore_) before = std::move(current);
   }
-  if (dryRun) return WouldUpdate{std::move(wanted)};
+  if (dryRun) return WouldUpdate{std::move(wanted), std::move(before)};
   store_.write(wanted, file);
-  return Updated{std::move(wanted)};
+  return Updated{std::move(wanted), std::move(before)};
 }
 
 TagApplier::Result TagApplier::applyToOne(const TagSet& source, const std::filesystem::path& to,

@@ -3,6 +3,7 @@
 #include <cstddef>
 #include <exception>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <utility>
 #include <variant>
@@ -20,10 +21,13 @@ class TagApplier {
   /// The file was rewritten with these tags.
   struct Updated {
     TagSet tags;
+    /// What the file held before, where the applier tells that.
+    std::optional<TagSet> before;
   };
   /// In a dry run: the file would have been rewritten with these tags.
   struct WouldUpdate {
     TagSet tags;
+    std::optional<TagSet> before;
   };
   /// The file could not be read or written.
   struct Failed {
@@ -40,8 +44,9 @@ class TagApplier {
     Outcome outcome;
   };
 
-  /// The store must outlive the applier.
-  explicit TagApplier(const TagStore& store) : store_(store) {}
+  /// The store must outlive the applier. What a changed file held before is kept only for who asks for it.
+  explicit TagApplier(const TagStore& store, bool tellsBefore = false)
+      : store_(store), tellsBefore_(tellsBefore) {}
 
   /// What becomes of one file.
   Result applyToOne(const TagSet& source, const std::filesystem::path& to, TagFields fields,
@@ -66,6 +71,7 @@ class TagApplier {
                      bool dryRun) const;
 
   const TagStore& store_;
+  bool tellsBefore_;
 };
 
 }  // namespace QuillmarkKit

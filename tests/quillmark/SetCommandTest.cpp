@@ -51,6 +51,37 @@ TEST_F(SetCommandTest, WritesAndClearsTheNamedFields) {
   }
 }
 
+TEST_F(SetCommandTest, TellsWhatChanges) {
+  std::filesystem::create_directory(folder.path() / "a");
+  folder.file("a/cover", png);
+  folder.file("other", "\x89PNG\r\n\x1A\n picturf");
+  const std::string verse(40, 'v');
+  const auto report = [](const std::string& lines) {
+    return "updated   ./01.mp3\n" + lines + "\nchanged 1, unchanged 0, failed 1\n";
+  };
+  for (const auto& [options, lines] : std::vector<std::pair<std::vector<std::string>, std::string>>{
+           {{"--title", "Gloria", "--clear", "comment", "--track-number", "2"},
+            "    - Title         Kyrie\n    + Title         Gloria\n    - Comment       Live\n"
+            "    + Track Number  2\n"},
+           {{"--title", "a\x1B\xC2\x9B", "--artwork", "a/cover", "--lyrics", verse + "\u202E\n" + verse},
+            "    - Title         Gloria\n    + Title         a\\x1b\\u009b\n    + Lyrics        " + verse +
+                "\\u202e…\n    + Artwork       PNG, 16 bytes\n"},
+           {{"--artwork", "other", "--lyrics", verse + "\u202E\n" + verse + verse + "w"},
+            "    - Lyrics        …" + verse.substr(20) + "\n    + Lyrics        …" + verse.substr(20) +
+                verse +
+                "w…\n    - Artwork       PNG, 16 bytes, 021b49bb\n"
+                "    + Artwork       PNG, 16 bytes, 9b121801\n"},
+       }) {
+    SCOPED_TRACE(testing::PrintToString(options));
+    auto words = options;
+    words.insert(words.end(), {"--diff", "--paths", "./01.mp3", "a/no.mp3"});
+    words.insert(words.begin(), "set");
+    const Finished run = quillmark(words, folder.path());
+    EXPECT_EQ(run.output, report(lines));
+    EXPECT_EQ(run.error, "quillmark: failed    a/no.mp3: no.mp3 could not be read.\n");
+  }
+}
+
 TEST_F(SetCommandTest, RefusesABadLineBeforeAnyFileIsTouched) {
   folder.file("gif", "GIF89a");
   folder.file("empty", "");

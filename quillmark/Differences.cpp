@@ -1,0 +1,125 @@
+#include "quillmark/Differences.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+
+#include "platform/Text.h"
+#include "quillmark/Console.h"
+
+namespace quillmark {
+
+using QuillmarkKit::Artwork;
+using QuillmarkKit::TagField;
+using QuillmarkKit::TagSet;
+namespace Text = platform::Text;
+
+namespace {
+
+constexpr std::size_t mostCharacters = 60;
+constexpr std::string_view ellipsis = "…";
+
+/// A field's value on both sides, as it is shown.
+struct Sides {
+  std::optional<std::string> before;
+  std::optional<std::string> after;
+};
+
+/// The text's first characters, at most so many.
+std::string_view front(std::string_view text, std::size_t count) {
+  std::size_t length = 0;
+  while (count-- > 0 && length < text.size()) length += Text::firstCharacter(text.substr(length)).length;
+  return text.substr(0, length);
+}
+
+/// One line for the text from `start` on.
+template <class Show>
+std::string excerpt(std::string_view text, std::size_t start, Show show) {
+  const std::string_view rest = text.substr(start);
+  std::string_view part = rest.substr(0, rest.find('\n'));
+  if (Text::characterCount(part) > mostCharacters) part = front(part, mostCharacters - 1);
+  std::string line(start > 0 ? ellipsis : "");
+  return line.append(show(part)).append(part.size() < rest.size() ? ellipsis : "");
+}
+
+/// Where to start so that two texts show in what they differ: somewhat in front of it, on the same line.
+std::size_t startOfDifference(std::string_view a, std::string_view b) {
+  constexpr std::size_t lead = 20;
+  auto at = static_cast<std::size_t>(std::ranges::mismatch(a, b).in1 - a.begin());
+  const std::size_t line = a.substr(0, at).rfind('\n') + 1;
+  at = std::max(line, at - std::min(at, lead));
+  const auto isInsideCharacter = [&] { return (static_cast<unsigned char>(a[at]) & 0xC0U) == 0x80; };
+  while (at < a.size() && isInsideCharacter()) ++at;
+  return at;
+}
+
+Sides textSides(const TagSet::Text& before, const TagSet::Text& after) {
+  const auto shown = [](const TagSet::Text& text, std::size_t start, auto show) {
+    return text ? std::optional(excerpt(*text, start, show)) : std::nullopt;
+  };
+  Sides sides{shown(before, 0, visibleLine), shown(after, 0, visibleLine)};
+  if (sides.before != sides.after) return sides;
+  const std::size_t start = startOfDifference(*before, *after);
+  return {shown(before, start, Text::visible), shown(after, start, Text::visible)};
+}
+
+/// CRC-32, as it stands in ZIP and PNG files.
+std::string checksum(platform::ByteView bytes) {
+  static constexpr auto table = [] {
+    std::array<std::uint32_t, 256> remainders{};
+    for (std::uint32_t i = 0; i < remainders.size(); ++i) {
+      std::uint32_t remainder = i;
+      for (int bit = 0; bit < 8; ++bit)
+        remainder = (remainder & 1U) != 0 ? remainder >> 1 ^ 0xEDB88320U : remainder >> 1;
+      remainders[i] = remainder;
+    }
+    return remainders;
+  }();
+  std::uint32_t sum = 0xFFFFFFFF;
+  for (const std::uint8_t byte : bytes) sum = table[(sum ^ byte) & 0xFFU] ^ sum >> 8;
+  std::string digits;
+  for (int shift = 28; shift >= 0; shift -= 4) digits += "0123456789abcdef"[~sum >> shift & 0xFU];
+  return digits;
+}
+
+Sides pictureSides(const TagSet& before, const TagSet& after) {
+  Sides sides{before.value(TagField::artwork), after.value(TagField::artwork)};
+  if (before.artwork && after.artwork && before.artwork->data.size() == after.artwork->data.size()) {
+    sides.before->append(", ").append(checksum(before.artwork->data));
+    sides.after->append(", ").append(checksum(after.artwork->data));
+  }
+  return sides;
+}
+
+}  // namespace
+
+std::string differences(const TagSet& before, const TagSet& after) {
+  static const std::size_t width =
+      displayName(std::ranges::max(QuillmarkKit::allTagFields, {}, [](TagField field) {
+        return displayName(field).size();
+      })).size();
+  const QuillmarkKit::TagFields fields = before.differing(after);
+  std::string lines;
+  for (const TagField field : QuillmarkKit::allTagFields) {
+    if (!fields.contains(field)) continue;
+    const Sides sides = dispatch(
+        field, [&](QuillmarkKit::TextMember text) { return textSides(before.*text, after.*text); },
+        [&](QuillmarkKit::NumberMember) {
+          return Sides{before.value(field), after.value(field)};
+        },
+        [&] { return pictureSides(before, after); });
+    const auto add = [&](std::string_view sign, const std::optional<std::string>& value) {
+      if (!value) return;
+      std::string label(displayName(field));
+      label.resize(width, ' ');
+      lines.append("    ").append(sign).append(" ").append(label).append("  ").append(*value).append("\n");
+    };
+    add("-", sides.before);
+    add("+", sides.after);
+  }
+  return lines;
+}
+
+}  // namespace quillmark
