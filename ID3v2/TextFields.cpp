@@ -110,7 +110,7 @@ void appendText(Bytes& bytes, TextEncoding encoding, std::string_view text) {
   }
   for (;;) {
     const std::size_t end = std::min(text.find('\0'), text.size());
-    platform::append(bytes, Text::toUTF16WithMark(text.substr(0, end)));
+    platform::append(bytes, Text::toUTF16WithMark(text.substr(0, end)).value_or(Bytes()));
     if (end == text.size()) return;
     bytes.insert(bytes.end(), {0, 0});
     text.remove_prefix(end + 1);
