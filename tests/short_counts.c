@@ -1,4 +1,5 @@
-/* Preloaded into the program: files give and take at most seven bytes in one call, a range copy at most a thousand. */
+/* Preloaded into the program: files give and take at most seven bytes in one call, a range copy at most a
+ * thousand. */
 #define _GNU_SOURCE
 #include <sys/syscall.h>
 #include <sys/types.h>
@@ -16,6 +17,7 @@ ssize_t write(int descriptor, const void* buffer, size_t count) {
   return syscall(SYS_write, descriptor, buffer, atMost(7, count));
 }
 
-ssize_t copy_file_range(int in, off_t* inOffset, int out, off_t* outOffset, size_t count, unsigned int flags) {
+ssize_t copy_file_range(int in, off_t* inOffset, int out, off_t* outOffset, size_t count,
+                        unsigned int flags) {
   return syscall(SYS_copy_file_range, in, inOffset, out, outOffset, atMost(1000, count), flags);
 }

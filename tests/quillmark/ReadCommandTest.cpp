@@ -55,7 +55,8 @@ TEST_F(ReadCommandTest, PrintsJSONByPath) {
   for (std::size_t at = 0; (at = path.find('/', at)) != std::string::npos; at += 2) path.insert(at, 1, '\\');
   const std::string odd = "0\"\\\n\x01\x7F\u00FC\xFF.mp3";
   folder.file(odd, track(text("TCON", "\x80"), 64));
-  const Finished run = quillmark({"read", "03.mp3", "02 Gloria.mp3", "--json", odd, ".//./03.mp3"}, folder.path());
+  const Finished run =
+      quillmark({"read", "03.mp3", "02 Gloria.mp3", "--json", odd, ".//./03.mp3"}, folder.path());
   EXPECT_EQ(run.error + std::to_string(run.status), "0");
   const std::string key = "\n  \"" + path + "\\/";
   EXPECT_EQ(run.output, "{" + key + R"(0\"\\\n\u0001)" + "\x7F\u00FC\uFFFD" + R"(.mp3" : {
