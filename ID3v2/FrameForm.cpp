@@ -1,7 +1,5 @@
 #include "ID3v2/FrameForm.h"
 
-#include "ID3v2/Numbers.h"
-
 namespace ID3v2 {
 
 namespace {
@@ -41,7 +39,7 @@ std::optional<FrameForm> formOfV23(std::uint16_t flags, const platform::SharedBy
   if (!front.has((form.isCompressed ? 4 : 0) + (form.isEncrypted ? 1 : 0) + (isGrouped ? 1 : 0))) {
     return std::nullopt;
   }
-  if (form.isCompressed) form.length = bigEndian(front.take(4));
+  if (form.isCompressed) form.length = platform::bigEndian(front.take(4));
   if (form.isEncrypted) form.method = front.takeByte();
   if (isGrouped) form.group = front.takeByte();
   form.content = front.rest();
@@ -62,7 +60,7 @@ std::optional<FrameForm> formOfV24(std::uint16_t flags, const platform::SharedBy
   }
   if (isGrouped) form.group = front.takeByte();
   if (form.isEncrypted) form.method = front.takeByte();
-  if (hasLength) form.length = synchsafe(front.take(4));
+  if (hasLength) form.length = platform::numberFromSynchsafe(platform::bigEndian(front.take(4)));
   form.content = front.rest();
   return form;
 }
@@ -80,7 +78,7 @@ std::optional<platform::SharedBytes> FrameForm::inV23() const {
   if (tellsLength != isCompressed) return std::nullopt;
   if (!isCompressed && !method && !group) return content;
   platform::Bytes bytes;
-  if (isCompressed) appendBigEndian(bytes, *length);
+  if (isCompressed) platform::append(bytes, platform::bigEndianBytes(*length));
   if (method) bytes.push_back(*method);
   if (group) bytes.push_back(*group);
   platform::append(bytes, content);

@@ -5,7 +5,6 @@
 #include "ID3v2/ContentDecoding.h"
 #include "ID3v2/FrameForm.h"
 #include "ID3v2/Inflation.h"
-#include "ID3v2/Numbers.h"
 #include "ID3v2/TextFields.h"
 #include "ID3v2/Unsynchronisation.h"
 #include "platform/Text.h"
@@ -148,7 +147,7 @@ std::optional<Content> FrameReader::readChapter(const SharedBytes& bytes) {
   constexpr std::size_t numbersSize = 16;
   const Cut cut = cutAtZero(bytes);
   if (cut.rest.size() < numbersSize) return Opaque{bytes};
-  const auto number = [&](std::size_t index) { return bigEndian(cut.rest.subspan(4 * index, 4)); };
+  const auto number = [&](std::size_t index) { return platform::bigEndian(cut.rest.subspan(4 * index, 4)); };
   Chapter chapter{.elementID = latin1(cut.text),
                   .startTime = number(0),
                   .endTime = number(1),

@@ -4,8 +4,6 @@
 #include <array>
 #include <optional>
 
-#include "ID3v2/Numbers.h"
-
 namespace ID3v2 {
 
 namespace {
@@ -54,12 +52,13 @@ std::array<std::optional<Size>, 2> sizesAt(ByteView body, std::size_t at, std::u
   const Layout layout = layoutOf(version);
   const std::size_t room = body.size() - at - layout.header;
   const ByteView field = body.subspan(at + layout.identifier, layout.size);
+  const std::uint32_t number = platform::bigEndian(field);
+  const std::uint32_t spread = platform::numberFromSynchsafe(number);
+  const bool isSynchsafe = version > 2 && (number & 0x80808080U) == 0;
   std::optional<Size> plain;
   std::optional<Size> safe;
-  if (bigEndian(field) <= room) plain = {.value = bigEndian(field), .isPlain = true};
-  if (version > 2 && isSynchsafe(field) && synchsafe(field) <= room) {
-    safe = {.value = synchsafe(field), .isPlain = synchsafe(field) < 0x80};
-  }
+  if (number <= room) plain = {.value = number, .isPlain = true};
+  if (isSynchsafe && spread <= room) safe = {.value = spread, .isPlain = spread == number};
   return version == 4 ? std::array{safe, plain} : std::array{plain, safe};
 }
 
@@ -103,7 +102,7 @@ FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::
     if (size->value == 0) continue;
     RawFrame& frame = walk.frames.emplace_back();
     frame.identifier = platform::charactersOf(identifier);
-    if (version > 2) frame.flags = static_cast<std::uint16_t>(bigEndian(bytes.subspan(at + 8, 2)));
+    if (version > 2) frame.flags = static_cast<std::uint16_t>(platform::bigEndian(bytes.subspan(at + 8, 2)));
     frame.whole = body.slice(at, layout.header + size->value);
     frame.content = frame.whole.slice(layout.header, size->value);
     frame.hasPlainSize = size->isPlain;

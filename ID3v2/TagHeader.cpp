@@ -1,7 +1,6 @@
 #include "ID3v2/TagHeader.h"
 
 #include "ID3v2/FrameWalk.h"
-#include "ID3v2/Numbers.h"
 #include "ID3v2/Reading.h"
 
 namespace ID3v2 {
@@ -14,7 +13,7 @@ std::optional<TagHeader> tagHeader(platform::ByteView bytes) {
   header.isUnsynchronised = (flags & 0x80) != 0;
   header.hasExtendedHeader = header.version > 2 && (flags & 0x40) != 0;
   header.hasFooter = header.version == 4 && (flags & 0x10) != 0;
-  header.bodySize = synchsafe(bytes.subspan(6, 4));
+  header.bodySize = platform::numberFromSynchsafe(platform::bigEndian(bytes.subspan(6, 4)));
   return header;
 }
 
@@ -28,7 +27,8 @@ std::size_t extendedHeaderLength(platform::ByteView body, std::uint8_t version) 
   constexpr std::size_t sizeField = 4;
   if (body.size() < sizeField || isFrameLikelyAt(body, 0, version)) return 0;
   const platform::ByteView field = body.first(sizeField);
-  const std::size_t told = version == 4 ? synchsafe(field) : bigEndian(field);
+  const std::size_t told =
+      version == 4 ? platform::numberFromSynchsafe(platform::bigEndian(field)) : platform::bigEndian(field);
   const std::size_t usual = version == 4 ? told : told + sizeField;
   const std::size_t unusual = version == 4 ? told + sizeField : told;
   for (const std::size_t length : {usual, unusual}) {

@@ -8,7 +8,6 @@
 
 #include "ID3v2/Dates.h"
 #include "ID3v2/FrameForm.h"
-#include "ID3v2/Numbers.h"
 #include "ID3v2/TagHeader.h"
 #include "ID3v2/TextFields.h"
 #include "platform/Text.h"
@@ -50,7 +49,7 @@ class TagWriter {
     const bool isOpaque = std::holds_alternative<Opaque>(frame.content);
     const auto flags = static_cast<std::uint16_t>(
         isOpaque ? frame.flags : frame.flags & ~(compressionFlag | encryptionFlag));
-    appendBigEndian(bytes, 0);
+    appendNumber(0);
     bytes.push_back(static_cast<std::uint8_t>(flags >> 8));
     bytes.push_back(static_cast<std::uint8_t>(flags & 0xFF));
     const std::size_t contentStart = bytes.size();
@@ -63,9 +62,7 @@ class TagWriter {
       notKept.push_back("the frame " + frame.identifier);
       return;
     }
-    Bytes field;
-    appendBigEndian(field, static_cast<std::uint32_t>(size));
-    overwrite(bytes, start + 4, field);
+    overwrite(bytes, start + 4, platform::bigEndianBytes(static_cast<std::uint32_t>(size)));
   }
 
   // Each gives whether v2.3 can hold the content.
@@ -120,7 +117,7 @@ class TagWriter {
     if (!appendElementID(content.elementID)) return false;
     for (const std::uint32_t number :
          {content.startTime, content.endTime, content.startOffset, content.endOffset}) {
-      appendBigEndian(bytes, number);
+      appendNumber(number);
     }
     appendFrames(content.frames);
     return true;
@@ -137,6 +134,8 @@ class TagWriter {
     appendFrames(content.frames);
     return count <= std::numeric_limits<std::uint8_t>::max();
   }
+
+  void appendNumber(std::uint32_t number) { platform::append(bytes, platform::bigEndianBytes(number)); }
 
   bool appendLatin1(std::string_view text) {
     const auto encoded = platform::Text::toLatin1(text);
@@ -164,9 +163,7 @@ Written write(const Tag& tag, std::size_t padding) {
   }
   const std::size_t size = framesSize + padding;
   writer.bytes.resize(tagHeaderSize + size);
-  for (std::size_t i = 0; i < 4; ++i) {
-    writer.bytes[9 - i] = static_cast<std::uint8_t>(size >> (7 * i) & 0x7F);
-  }
+  overwrite(writer.bytes, 6, platform::bigEndianBytes(platform::synchsafe(static_cast<std::uint32_t>(size))));
   return {.bytes = std::move(writer.bytes), .notKept = std::move(writer.notKept)};
 }
 
