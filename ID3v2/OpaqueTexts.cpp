@@ -81,7 +81,7 @@ class Pieces {
       if (const auto* text = std::get_if<TerminatedText>(&piece)) {
         appendTerminated(bytes, encoding, text->text);
       }
-      if (const auto* last = std::get_if<LastTexts>(&piece)) appendText(bytes, encoding, last->texts);
+      if (const auto* last = std::get_if<LastTexts>(&piece)) appendLastText(bytes, encoding, last->texts);
     }
     return bytes;
   }

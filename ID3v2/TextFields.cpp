@@ -31,6 +31,16 @@ std::optional<std::string> fromUTF16(ByteView bytes, bool isBigEndian) {
   return Text::fromUTF16(marked);
 }
 
+void appendWideValues(Bytes& bytes, std::string_view text) {
+  for (;;) {
+    const std::size_t end = std::min(text.find('\0'), text.size());
+    platform::append(bytes, Text::toUTF16WithMark(text.substr(0, end)).value_or(Bytes()));
+    if (end == text.size()) return;
+    bytes.insert(bytes.end(), {0, 0});
+    text.remove_prefix(end + 1);
+  }
+}
+
 }  // namespace
 
 Cut cutAtZero(ByteView bytes) {
@@ -103,23 +113,24 @@ TextEncoding encodingFor(std::initializer_list<std::string_view> texts) {
   return allFit ? TextEncoding::latin1 : TextEncoding::UTF16;
 }
 
-void appendText(Bytes& bytes, TextEncoding encoding, std::string_view text) {
-  if (encoding == TextEncoding::latin1) {
+void appendLastText(Bytes& bytes, TextEncoding encoding, std::string_view text) {
+  if (text.empty()) {
+    appendTerminated(bytes, encoding, text);
+  } else if (encoding == TextEncoding::latin1) {
     platform::append(bytes, Text::toLatin1(text).value());
-    return;
-  }
-  for (;;) {
-    const std::size_t end = std::min(text.find('\0'), text.size());
-    platform::append(bytes, Text::toUTF16WithMark(text.substr(0, end)).value_or(Bytes()));
-    if (end == text.size()) return;
-    bytes.insert(bytes.end(), {0, 0});
-    text.remove_prefix(end + 1);
+  } else {
+    appendWideValues(bytes, text);
   }
 }
 
 void appendTerminated(Bytes& bytes, TextEncoding encoding, std::string_view text) {
-  appendText(bytes, encoding, text);
-  bytes.insert(bytes.end(), encoding == TextEncoding::latin1 ? 1 : 2, 0);
+  if (encoding == TextEncoding::latin1) {
+    platform::append(bytes, Text::toLatin1(text).value());
+    bytes.push_back(0);
+  } else {
+    appendWideValues(bytes, text);
+    bytes.insert(bytes.end(), {0, 0});
+  }
 }
 
 }  // namespace ID3v2

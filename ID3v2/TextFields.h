@@ -51,10 +51,11 @@ class TextDecoder {
 /// ISO-8859-1 where all the texts fit, else UTF-16: the encodings of v2.3.
 TextEncoding encodingFor(std::initializer_list<std::string_view> texts);
 
-/// The text without a terminator, in one of the encodings of v2.3; in UTF-16 each of its values has a mark.
-void appendText(platform::Bytes& bytes, TextEncoding encoding, std::string_view text);
+/// The text that ends a frame, in one of the encodings of v2.3; in UTF-16 each of its values has a mark. Only
+/// an empty one has a terminator: readers drop frames that end where a text should start.
+void appendLastText(platform::Bytes& bytes, TextEncoding encoding, std::string_view text);
 
-/// The same and a terminator. The text must hold no U+0000.
+/// A text and its terminator. It must hold no U+0000.
 void appendTerminated(platform::Bytes& bytes, TextEncoding encoding, std::string_view text);
 
 }  // namespace ID3v2

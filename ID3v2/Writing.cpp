@@ -75,7 +75,7 @@ class TagWriter {
   bool append(const Text& content) {
     const TextEncoding encoding = encodingFor({content.text});
     appendByte(bytes, encoding);
-    appendText(bytes, encoding, content.text);
+    appendLastText(bytes, encoding, content.text);
     return true;
   }
 
@@ -83,16 +83,18 @@ class TagWriter {
     const TextEncoding encoding = encodingFor({content.description, content.text});
     appendByte(bytes, encoding);
     appendTerminated(bytes, encoding, content.description);
-    appendText(bytes, encoding, content.text);
+    appendLastText(bytes, encoding, content.text);
     return true;
   }
 
   bool append(const LanguageText& content) {
-    const TextEncoding encoding = encodingFor({content.description, content.text});
+    // Readers drop such a frame when all that follows the language is zero.
+    const TextEncoding encoding =
+        content.text.empty() ? TextEncoding::UTF16 : encodingFor({content.description, content.text});
     appendByte(bytes, encoding);
     platform::append(bytes, platform::bytesOf(content.language));
     appendTerminated(bytes, encoding, content.description);
-    appendText(bytes, encoding, content.text);
+    appendLastText(bytes, encoding, content.text);
     return content.language.size() == 3;
   }
 

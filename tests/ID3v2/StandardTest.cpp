@@ -1,0 +1,277 @@
+#include <gtest/gtest.h>
+
+#include "ID3v2/Reading.h"
+#include "ID3v2/TagsAtTheEnd.h"
+#include "ID3v2/Writing.h"
+#include "tests/TagBytes.h"
+
+namespace tests {
+
+namespace {
+
+using namespace ID3v2;
+
+/// The scheme as a tagger applies it.
+std::string unsynchronised(std::string_view bytes) {
+  std::string changed;
+  for (std::size_t i = 0; i < bytes.size(); ++i) {
+    changed += bytes[i];
+    const int next = i + 1 < bytes.size() ? static_cast<unsigned char>(bytes[i + 1]) : 0;
+    if (bytes[i] == '\xFF' && (next >= 0xE0 || next == 0)) changed += '\0';
+  }
+  return changed;
+}
+
+TagBytes v2() {
+  return TagBytes(2);
+}
+TagBytes v3(std::uint8_t flags = 0) {
+  return TagBytes(3, flags);
+}
+TagBytes v4(std::uint8_t flags = 0) {
+  return TagBytes(4, flags);
+}
+/// What stands in a tag of frames, for tags whose body is not just that.
+std::string frames(const TagBytes& tag) {
+  return tag.characters().substr(10);
+}
+
+const std::string picture = "\0image/jpeg\0\3\0\xFF\xD8\xFF\xE0\0\1\xFF"s + std::string(200, 'p');
+const std::string chapterStart = "c1\0\0\0\0\0\0\0\3\xE8\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s;
+const std::string long200(200, 'L');
+// zlib streams: "abc" ten times behind an encoding byte 3 or 0, and 2000 times "a" behind 3.
+const std::string deflatedUTF8 = "\x78\x9c\x63\x4e\x4c\x4a\xc6\x83\x00\xb2\x6a\x0b\x80"s;
+const std::string deflatedLatin1 = "\x78\x9c\x63\x48\x4c\x4a\xc6\x83\x00\xb2\x0d\x0b\x7d"s;
+const std::string deflatedBomb =
+    "\x78\x9c\x63\x4e\x1c\x05\xa3\x60\x14\x8c\x82\x51\x30\x0a\x46\xc1\x90\x07\x00\x7c\x3a\xf5\xf2"s;
+const std::string tenTimes = "abcabcabcabcabcabcabcabcabcabc";
+
+/// A tag, the v2.3 tag that means the same, and what is told of the rest.
+struct Row {
+  const char* what;
+  std::string tag;
+  TagBytes written;
+  std::string unreadable = "";
+};
+
+const Row rows[] = {
+    {"v2.3 stays as it is",
+     v3().frame("TIT2", "\1"s + utf16("a"), 0xE000)
+         .text("TPE1", "x")
+         .frame("tit2", "?")
+         .padding(9)
+         .characters(),
+     v3().frame("TIT2", "\1"s + utf16("a"), 0xE000).text("TPE1", "x").frame("tit2", "?")},
+    {"an unsynchronised v2.3 tag",
+     v3(0x80).raw(unsynchronised(frames(v3().frame("APIC", picture).text("TALB", "a")))).characters(),
+     v3().frame("APIC", picture).text("TALB", "a")},
+    {"unsynchronised v2.4 frames, with and without a length",
+     v4(0x80)
+         .frame("APIC", unsynchronised(picture), 2)
+         .frame("APIC", TagBytes::synchsafe(picture.size()) + unsynchronised(picture), 3)
+         .characters(),
+     v3().frame("APIC", picture).frame("APIC", picture)},
+    {"a v2.4 tag unsynchronised as a whole, which its sizes do not count",
+     v4(0x80).raw(unsynchronised(frames(v4().frame("APIC", picture).text("TALB", "a")))).characters(),
+     v3().frame("APIC", picture).text("TALB", "a")},
+    {"the flag for unsynchronisation alone", v3(0x80).frame("APIC", picture).text("TALB", "a").characters(),
+     v3().frame("APIC", picture).text("TALB", "a")},
+    {"an extended header of v2.3", v3(0x40).raw("\0\0\0\6\0\0\0\0\0\0"s).text("TALB", "a").characters(),
+     v3().text("TALB", "a")},
+    {"an extended header of v2.4", v4(0x40).raw("\0\0\0\6\1\0"s).text("TALB", "a").characters(),
+     v3().text("TALB", "a")},
+    {"the flag for an extended header alone", v4(0x40).text("TALB", "a").characters(),
+     v3().text("TALB", "a")},
+    {"compression and lengths",
+     v4().frame("TIT2", "\0\0\0\x1F"s + deflatedUTF8, 9)
+         .frame("TPE1", deflatedUTF8, 8)
+         .frame("TPE2", "\0\0\0\3\3ab"s, 1)
+         .characters(),
+     v3().text("TIT2", tenTimes).text("TPE1", tenTimes).text("TPE2", "ab")},
+    {"a compressed frame of v2.3 stays as it is",
+     v3().frame("TIT2", "\0\0\0\x1F"s + deflatedLatin1, 0x80).characters(),
+     v3().frame("TIT2", "\0\0\0\x1F"s + deflatedLatin1, 0x80)},
+    {"what would take up too much memory, or is no zlib, stays compressed",
+     v4().frame("TIT2", "\0\0\x0F\x51"s + deflatedBomb, 9).frame("TPE1", "\0\0\0\5?"s, 9).characters(),
+     v3().frame("TIT2", "\0\0\7\xD1"s + deflatedBomb, 0x80).frame("TPE1", "\0\0\0\5?"s, 0x80)},
+    {"status flags, groups and encryption at their places",
+     v4().frame("TIT2", "G\3a", 0x5040)
+         .frame("PRIV", "Go\0d"s, 0x2040)
+         .frame("TPE1", "Mxx", 4)
+         .frame("TPE2", "GM\0\0\0\x9xx"s, 0x4D)
+         .characters(),
+     v3().frame("TIT2", "G\0a"s, 0xA020)
+         .frame("PRIV", "Go\0d"s, 0x4020)
+         .frame("TPE1", "Mxx", 0x40)
+         .frame("TPE2", "\0\0\0\x9MGxx"s, 0xE0)},
+    {"an encrypted frame whose length has no place",
+     v4().frame("TIT2", "M\0\0\0\2xx"s, 5).text("TALB", "a").characters(), v3().text("TALB", "a"),
+     "the encrypted frame TIT2"},
+    {"all encodings, terminators, several values",
+     v4().frame("TIT2", "\0\xE9\0\0"s)
+         .frame("TPE1", "\1\xFE\xFF\0A\0\0\0B"s)
+         .frame("TPE2", "\2\x20\xAC\0\0"s)
+         .frame("TCOM", "\3\xC3\xA9\0\xE2\x82\xAC\0"s)
+         .frame("TPE3", "\1\xFF\xFE\xAC"s)
+         .frame("TEXT", "\3\xFF")
+         .characters(),
+     v3().frame("TIT2", "\0\xE9"s)
+         .frame("TPE1", "\0A\0B"s)
+         .frame("TPE2", "\1\xFF\xFE\xAC\x20")
+         .frame("TCOM", "\1\xFF\xFE\xE9\0\0\0\xFF\xFE\xAC\x20"s)
+         .frame("TPE3", "\0\xAC"s)
+         .frame("TEXT", "\3\xFF")},
+    {"texts inside of frames",
+     v4().frame("COMM", "\3engd\0\xE2\x82\xAC"s)
+         .frame("USLT", "\3xxx\0"s)
+         .frame("TXXX", "\2\0d\0\0\0v"s)
+         .frame("APIC", "\3image/png\0\4\xC3\xA9\0\x89PNG"s)
+         .frame("WXXX", "\3\xC3\xA9\0http"s)
+         .frame("GEOB", "\3a/b\0f\0\xC3\xA9\0\0\1"s)
+         .frame("SYLT", "\3eng\2\1d\0s\0\0\0\0\1\xC3\xA9\0\0\0\0\2"s)
+         .frame("USER", "\2eng\x20\xAC")
+         .frame("OWNE", "\3EUR1\00020200101s"s)
+         .frame("COMR", "\3EUR1\00020200101u\0\1s\0d\0m\0l"s)
+         .frame("IPLS", "\3r\0\xC3\xA9"s)
+         .frame("GEOB", "\3no layout")
+         .characters(),
+     v3().frame("COMM", "\1eng"s + utf16("d") + "\0\0\xFF\xFE\xAC\x20"s)
+         .frame("USLT", "\1xxx\xFF\xFE\0\0\xFF\xFE\0\0"s)
+         .frame("TXXX", "\0d\0v"s)
+         .frame("APIC", "\0image/png\0\4\xE9\0\x89PNG"s)
+         .frame("WXXX", "\0\xE9\0http"s)
+         .frame("GEOB", "\0a/b\0f\0\xE9\0\0\1"s)
+         .frame("SYLT", "\0eng\2\1d\0s\0\0\0\0\1\xE9\0\0\0\0\2"s)
+         .frame("USER", "\1eng\xFF\xFE\xAC\x20")
+         .frame("OWNE", "\0EUR1\00020200101s"s)
+         .frame("COMR", "\0EUR1\00020200101u\0\1s\0d\0m\0l"s)
+         .frame("IPLS", "\0r\0\xE9"s)
+         .frame("GEOB", "\3no layout")},
+    {"plain sizes in v2.4",
+     v4().raw("TIT2\0\0\0\xC9\0\0\3"s + long200)
+         .raw("TPE1\0\0\0\x82\0\0\3"s + std::string(129, 'P'))
+         .characters(),
+     v3().text("TIT2", long200).text("TPE1", std::string(129, 'P'))},
+    {"synchsafe sizes in v2.3", v3().raw("TIT2\0\0\1\x49\0\0\0"s + long200).text("TALB", "a").characters(),
+     v3().text("TIT2", long200).text("TALB", "a")},
+    {"empty frames are passed", v4().frame("TIT2", "").frame("TPE1", "").text("TALB", "a").characters(),
+     v3().text("TALB", "a")},
+    {"identifiers and layouts of v2.2",
+     v2().text("TT2", "t")
+         .frame("PIC", "\0PNG\3d\0\x89PNG"s)
+         .frame("PIC", "\0-->\4\0http"s)
+         .text("TSP", "s")
+         .frame("LNK", "TT2u\0"s)
+         .frame("COM", "\0eng\0c"s)
+         .frame("CNT", "\0\0\0\1"s)
+         .characters(),
+     v3().text("TIT2", "t")
+         .frame("APIC", "\0image/png\0\3d\0\x89PNG"s)
+         .frame("APIC", "\0-->\0\4\0http"s)
+         .text("TSOP", "s")
+         .frame("LINK", "TIT2u\0"s)
+         .frame("COMM", "\0eng\0c"s)
+         .frame("PCNT", "\0\0\0\1"s)},
+    {"what v2.2 has alone", v2().frame("CRM", "o\0e\0d"s).frame("XYZ", "?").text("TAL", "a").characters(),
+     v3().text("TALB", "a"),
+     "the frame CRM, which ID3v2.3 has no counterpart for; the frame XYZ, which ID3v2.3 has no counterpart "
+     "for"},
+    {"v2.2 identifiers in later tags", v4().text("TCP\0"sv, "1").frame("TT2\0"sv, "\3t").characters(),
+     v3().text("TCMP", "1").text("TIT2", "t")},
+    {"a tail", v3().text("TALB", "a").padding(3).raw("TIT").characters(), v3().text("TALB", "a"),
+     "what stands behind TALB in its tag"},
+    {"a frame longer than its tag", v3().text("TALB", "a").frameDeclaring(90, "TIT2", "abc").characters(),
+     v3().text("TALB", "a"), "what stands behind TALB in its tag"},
+    {"a tag longer than its file", v3().text("TALB", "a").declaring(900), v3().text("TALB", "a"),
+     "the end of its tag, which the file does not hold"},
+    {"chapters of v2.4",
+     v4().frame("CTOC", "t\0\3\2c1\0c2\0"s + frames(v4().frame("TIT2", "\3T")))
+         .frame("CHAP",
+                chapterStart + frames(v4().frame("TIT2", "\3" + long200).frame("WXXX", "\3\xC3\xA9\0u"s)))
+         .characters(),
+     v3().frame("CTOC", "t\0\3\2c1\0c2\0"s + frames(v3().text("TIT2", "T")))
+         .frame("CHAP", chapterStart + frames(v3().text("TIT2", long200).frame("WXXX", "\0\xE9\0u"s)))},
+    {"a chapter that cannot be converted",
+     v4().frame("CHAP", chapterStart + "?").frame("CTOC", "?").text("TALB", "a").characters(),
+     v3().frame("CTOC", "?").text("TALB", "a"), "the frame CHAP"},
+    {"the date that a year holds", v4().text("TDRC", "2004").characters(), v3().text("TYER", "2004")},
+    {"a day", v4().text("TDRC", "2004-06-05").characters(), v3().text("TYER", "2004").text("TDAT", "0506")},
+    {"a time", v4().text("TDRC", "2004-06-05T07:08").characters(),
+     v3().text("TYER", "2004").text("TDAT", "0506").text("TIME", "0708").text("TDRC", "2004-06-05T07:08")},
+    {"a month", v4().text("TDRC", "2004-06").characters(), v3().text("TYER", "2004").text("TDRC", "2004-06")},
+    {"no date", v4().text("TDRC", "2004-13-01").text("TDOR", "2001").characters(),
+     v3().text("TYER", "2004").text("TDRC", "2004-13-01").text("TDOR", "2001")},
+    {"a date beside a year", v4().text("TYER", "2001").text("TDRC", "2004").characters(),
+     v3().text("TYER", "2001").text("TDRC", "2004")},
+    {"links", v4().frame("WOAR", "http\0x"s).frame("WFED", "\0u\0"s).characters(),
+     v3().frame("WOAR", "http\0x"s).frame("WFED", "\0u"s)},
+};
+
+}  // namespace
+
+TEST(StandardTest, WritesAsV23WhatStandsInATag) {
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.what);
+    const auto reading = read(bytesFrom(row.tag));
+    ASSERT_TRUE(reading);
+    std::string unreadable;
+    for (const std::string& what : reading->unreadable) unreadable += (unreadable.empty() ? "" : "; ") + what;
+    EXPECT_EQ(unreadable, row.unreadable);
+    const Written written = write(reading->tag, 5);
+    EXPECT_TRUE(written.notKept.empty());
+    EXPECT_EQ(platform::charactersOf(written.bytes), TagBytes(row.written).padding(5).characters());
+  }
+}
+
+TEST(StandardTest, MakesAnewWhatHasChanged) {
+  auto reading = read(bytesFrom(v3().frame("TIT2", "\3\xE2\x82\xAC", 0x20)
+                                    .frame("TPE1", "G\1\0a\0\0\0"s, 0x20)
+                                    .frame("CHAP", chapterStart + frames(v3().frame("TIT2", "\3x")))
+                                    .characters()));
+  ASSERT_EQ(reading->tag.frames.size(), 3);
+  for (Frame& frame : reading->tag.frames) frame.original = {};
+  EXPECT_EQ(platform::charactersOf(write(reading->tag, 0).bytes),
+            v3().frame("TIT2", "\3\xE2\x82\xAC", 0x20)
+                .frame("TPE1", "G\0a"s, 0x20)
+                .frame("CHAP", chapterStart + frames(v3().frame("TIT2", "\3x")))
+                .characters());
+}
+
+TEST(StandardTest, FindsWhereATagEnds) {
+  const std::string tag = v4(0x10).text("TALB", "a").characters();
+  const std::string footer = "3DI" + tag.substr(3, 7);
+  EXPECT_EQ(tagLength(bytesFrom(tag)), tag.size() + 10);
+  EXPECT_EQ(read(bytesFrom(tag + footer + audio()))->length, tag.size() + 10);
+  EXPECT_EQ(read(bytesFrom(tag + audio()))->length, tag.size());
+  EXPECT_EQ(read(bytesFrom(TagBytes(2, 0, 7).padding(9).characters()))->length, 19);
+  for (const std::string& none : {"ID3"s, TagBytes(5).padding(9).characters(), audio()}) {
+    EXPECT_FALSE(read(bytesFrom(none))) << none.substr(0, 4);
+  }
+}
+
+TEST(StandardTest, TellsWhatCannotBeWritten) {
+  EXPECT_EQ(write({}, std::size_t{1} << 28).notKept, std::vector{"a tag of more than 256 MiB"s});
+  Tag tag;
+  tag.frames.push_back({.identifier = "WOAR", .content = URL{"\xE2\x82\xAC"}});
+  tag.frames.push_back({.identifier = "TT2", .content = Text{"a"}});
+  const Written written = write(tag, 0);
+  EXPECT_EQ(written.notKept, (std::vector{"the frame WOAR"s, "the frame TT2"s}));
+  EXPECT_EQ(written.bytes.size(), 10);
+}
+
+TEST(StandardTest, LooksAtTheEndOfAFile) {
+  std::string end = "TAG" + "T\xE9  "s + std::string(26, '\0') + std::string(60, ' ') + "1977" + "c\0?"s +
+                    std::string(25, '\0') + "\0\7\21"s;
+  const Tag expected{.frames = {{.identifier = "TIT2", .content = Text{"T\xC3\xA9"}},
+                                {.identifier = "TYER", .content = Text{"1977"}},
+                                {.identifier = "COMM", .content = LanguageText{"eng", "", "c"}},
+                                {.identifier = "TRCK", .content = Text{"7"}},
+                                {.identifier = "TCON", .content = Text{"Rock"}}}};
+  EXPECT_EQ(readID3v1(bytesFrom(audio(40) + end)), expected);
+  EXPECT_FALSE(readID3v1(bytesFrom(end.substr(1))));
+  const std::string ape = "APETAGEX" + std::string(24, '\0');
+  EXPECT_TRUE(hasAPETag(bytesFrom(ape)) && hasAPETag(bytesFrom(ape + end)));
+  EXPECT_FALSE(hasAPETag(bytesFrom(end)) || hasAPETag(bytesFrom(ape + ape.substr(1))));
+}
+
+}  // namespace tests
