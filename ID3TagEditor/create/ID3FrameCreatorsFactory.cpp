@@ -1,90 +1,115 @@
 #include "ID3TagEditor/create/ID3FrameCreatorsFactory.h"
 
 #include <algorithm>
+#include <array>
 #include <iterator>
+#include <span>
 
 #include "ID3TagEditor/create/ID3AttachedPicturesFramesCreator.h"
 #include "ID3TagEditor/create/ID3FrameContentCreator.h"
 #include "ID3TagEditor/create/ID3FramesWithLocalizedContentCreator.h"
 #include "ID3TagEditor/create/StructuredFrameCreators.h"
+#include "platform/EnumerationTable.h"
 
 namespace ID3TagEditor {
 
 namespace {
 
-using Latin1 = ID3FrameFromStringContentCreatorWithISO88591EncodingFactory;
-using UTF16 = ID3FrameFromStringContentCreatorWithUTF16EncodingFactory;
+using CreatorPointer = std::unique_ptr<ID3FrameCreator>;
 
-/// Texts are written in UTF-16.
-std::unique_ptr<ID3FrameCreator> string(FrameName name, FrameType type) {
-  return std::make_unique<ID3FrameContentCreator>(
-      std::make_unique<FrameFromStringContentAdapter>(UTF16::make()), name, type);
+std::unique_ptr<FrameFromStringContentCreator> textCreator(ID3StringEncoding encoding) {
+  return encoding == ID3StringEncoding::UTF16
+             ? ID3FrameFromStringContentCreatorWithUTF16EncodingFactory::make()
+             : ID3FrameFromStringContentCreatorWithISO88591EncodingFactory::make();
 }
 
-/// Numbers are written in ISO-8859-1.
-std::unique_ptr<ID3FrameCreator> integer(FrameName name, FrameType type) {
-  return std::make_unique<ID3FrameContentCreator>(
-      std::make_unique<FrameFromIntegerContentAdapter>(Latin1::make()), name, type);
+/// What stands in its frame as one text or number.
+template <class Adapter>
+CreatorPointer plain(const FrameKind& kind) {
+  return std::make_unique<ID3FrameContentCreator>(std::make_unique<Adapter>(textCreator(kind.encoding)),
+                                                  kind.name, kind.type);
 }
 
-void moveOnto(FrameCreators& creators, FrameCreators more) {
-  std::ranges::move(more, std::back_inserter(creators));
+template <class Creator>
+CreatorPointer structured(const FrameKind& kind) {
+  return std::make_unique<Creator>(kind, textCreator(kind.encoding));
+}
+
+CreatorPointer dateTime(const FrameKind& kind) {
+  return std::make_unique<ID3RecordingDateTimeFrameCreator>(kind, textCreator(kind.encoding),
+                                                            std::make_unique<ID3TimestampCreator>());
+}
+
+CreatorPointer pictures(const FrameKind& /*kind*/) {
+  return ID3AttachedPicturesFramesCreatorFactory::make();
+}
+
+struct Writing {
+  FrameContent content;
+  CreatorPointer (*creatorFor)(const FrameKind& kind);
+};
+
+constexpr std::array writings = std::to_array<Writing>({
+    {FrameContent::string, plain<FrameFromStringContentAdapter>},
+    {FrameContent::integer, plain<FrameFromIntegerContentAdapter>},
+    {FrameContent::partOfTotal, structured<ID3PartOfTotalFrameCreator>},
+    {FrameContent::genre, structured<ID3GenreFrameCreator>},
+    {FrameContent::dayMonth, structured<ID3RecordingDayMonthFrameCreator>},
+    {FrameContent::hourMinute, structured<ID3RecordingHourMinuteFrameCreator>},
+    {FrameContent::dateTime, dateTime},
+    {FrameContent::picture, pictures},
+    {FrameContent::localized, ID3FramesWithLocalizedContentCreatorFactory::make},
+});
+static_assert(platform::hasARowForEachCase(writings, &Writing::content, lastFrameContent));
+static_assert(std::ranges::all_of(frameKinds,
+                                  [](const FrameKind& kind) {
+                                    const auto isOf = [&](FrameContent content, ID3StringEncoding encoding) {
+                                      return kind.content != content || kind.encoding == encoding;
+                                    };
+                                    return kind.encoding != ID3StringEncoding::UTF8 &&
+                                           isOf(FrameContent::picture, ID3StringEncoding::ISO88591) &&
+                                           isOf(FrameContent::localized, ID3StringEncoding::UTF16);
+                                  }),
+              "the creators write what a row says");
+
+using Kinds = std::span<const FrameKind>;
+
+/// The rows from the one type's to the other's.
+constexpr Kinds rows(FrameType first, FrameType last) {
+  return {&kindOf(first), static_cast<std::size_t>(&kindOf(last) - &kindOf(first)) + 1};
+}
+
+constexpr Kinds recordingTimes = rows(FrameType::recordingYear, FrameType::recordingDateTime);
+constexpr Kinds iTunesKinds = rows(FrameType::iTunesGrouping, FrameType::iTunesPodcastKeywords);
+constexpr Kinds otherKinds{frameKinds.data(), recordingTimes.data()};
+static_assert(otherKinds.size() + recordingTimes.size() + iTunesKinds.size() == frameKinds.size() &&
+                  &recordingTimes.back() + 1 == iTunesKinds.data(),
+              "every kind is written, in the order of the rows");
+
+FrameCreators creatorsFor(Kinds kinds) {
+  FrameCreators creators;
+  for (const FrameKind& kind : kinds) {
+    creators.push_back(writings[static_cast<std::size_t>(kind.content)].creatorFor(kind));
+  }
+  return creators;
 }
 
 }  // namespace
 
 FrameCreators ID3RecordingTimesFrameCreatorsFactory::make() {
-  FrameCreators creators;
-  creators.push_back(integer(FrameName::recordingYear, FrameType::recordingYear));
-  creators.push_back(std::make_unique<ID3RecordingDayMonthFrameCreator>(Latin1::make()));
-  creators.push_back(std::make_unique<ID3RecordingHourMinuteFrameCreator>(Latin1::make()));
-  creators.push_back(std::make_unique<ID3RecordingDateTimeFrameCreator>(
-      std::make_unique<ID3TimestampCreator>(), Latin1::make()));
-  return creators;
+  return creatorsFor(recordingTimes);
 }
 
 FrameCreators ID3iTunesFrameCreatorsFactory::make() {
-  FrameCreators creators;
-  creators.push_back(string(FrameName::iTunesGrouping, FrameType::iTunesGrouping));
-  creators.push_back(string(FrameName::iTunesMovementName, FrameType::iTunesMovementName));
-  creators.push_back(integer(FrameName::iTunesMovementIndex, FrameType::iTunesMovementIndex));
-  creators.push_back(integer(FrameName::iTunesMovementCount, FrameType::iTunesMovementCount));
-  creators.push_back(string(FrameName::iTunesPodcastCategory, FrameType::iTunesPodcastCategory));
-  creators.push_back(string(FrameName::iTunesPodcastDescription, FrameType::iTunesPodcastDescription));
-  creators.push_back(string(FrameName::iTunesPodcastID, FrameType::iTunesPodcastID));
-  creators.push_back(string(FrameName::iTunesPodcastKeywords, FrameType::iTunesPodcastKeywords));
-  return creators;
+  return creatorsFor(iTunesKinds);
 }
 
 FrameCreators ID3FrameCreatorsFactory::make() {
-  FrameCreators creators;
-  creators.push_back(string(FrameName::album, FrameType::album));
-  creators.push_back(string(FrameName::albumArtist, FrameType::albumArtist));
-  creators.push_back(string(FrameName::artist, FrameType::artist));
-  creators.push_back(string(FrameName::title, FrameType::title));
-  creators.push_back(std::make_unique<ID3GenreFrameCreator>(Latin1::make()));
-  creators.push_back(std::make_unique<ID3TrackPositionFrameCreator>(Latin1::make()));
-  creators.push_back(ID3AttachedPicturesFramesCreatorFactory::make());
-  creators.push_back(string(FrameName::composer, FrameType::composer));
-  creators.push_back(string(FrameName::conductor, FrameType::conductor));
-  creators.push_back(string(FrameName::contentGrouping, FrameType::contentGrouping));
-  creators.push_back(string(FrameName::copyright, FrameType::copyright));
-  creators.push_back(string(FrameName::encodedBy, FrameType::encodedBy));
-  creators.push_back(string(FrameName::encoderSettings, FrameType::encoderSettings));
-  creators.push_back(string(FrameName::fileOwner, FrameType::fileOwner));
-  creators.push_back(string(FrameName::lyricist, FrameType::lyricist));
-  creators.push_back(string(FrameName::mixArtist, FrameType::mixArtist));
-  creators.push_back(string(FrameName::publisher, FrameType::publisher));
-  creators.push_back(string(FrameName::subtitle, FrameType::subtitle));
-  creators.push_back(string(FrameName::initialKey, FrameType::initialKey));
-  creators.push_back(integer(FrameName::beatsPerMinute, FrameType::beatsPerMinute));
-  creators.push_back(std::make_unique<ID3DiscPositionFrameCreator>(Latin1::make()));
-  creators.push_back(string(FrameName::originalFilename, FrameType::originalFilename));
-  creators.push_back(integer(FrameName::lengthInMilliseconds, FrameType::lengthInMilliseconds));
-  creators.push_back(integer(FrameName::sizeInBytes, FrameType::sizeInBytes));
-  creators.push_back(ID3FramesWithLocalizedContentCreatorFactory::make());
-  moveOnto(creators, ID3RecordingTimesFrameCreatorsFactory::make());
-  moveOnto(creators, ID3iTunesFrameCreatorsFactory::make());
+  FrameCreators creators = creatorsFor(otherKinds);
+  for (const auto make : {ID3RecordingTimesFrameCreatorsFactory::make, ID3iTunesFrameCreatorsFactory::make}) {
+    FrameCreators more = make();
+    std::ranges::move(more, std::back_inserter(creators));
+  }
   return creators;
 }
 

@@ -1,6 +1,5 @@
 #include "ID3TagEditor/create/ID3FramesWithLocalizedContentCreator.h"
 
-#include "ID3TagEditor/model/FrameNamesWithLocalizedContent.h"
 #include "ID3TagEditor/model/FramesInTag.h"
 
 namespace ID3TagEditor {
@@ -27,16 +26,16 @@ void ID3LocalizedFrameCreator::createFrame(const ID3FrameWithLocalizedContent& f
 }
 
 void ID3FramesWithLocalizedContentCreator::createFrames(const ID3Tag& id3Tag, Bytes& output) const {
-  for (const auto& [type, nameFor] : FrameNamesWithLocalizedContent) {
-    for (const auto* frame : localizedFramesIn(id3Tag, nameFor)) {
-      localizedFrameCreator_->createFrame(*frame, type, id3Tag.properties.version, output);
-    }
+  for (const auto* frame : localizedFramesIn(id3Tag, kind_.name)) {
+    localizedFrameCreator_->createFrame(*frame, kind_.type, id3Tag.properties.version, output);
   }
 }
 
-std::unique_ptr<ID3FrameCreator> ID3FramesWithLocalizedContentCreatorFactory::make() {
-  return std::make_unique<ID3FramesWithLocalizedContentCreator>(std::make_unique<ID3LocalizedFrameCreator>(
-      ID3FrameHeaderCreatorFactory::make(), std::make_unique<PaddingAdderToEndOfContentUsingNullChar>()));
+std::unique_ptr<ID3FrameCreator> ID3FramesWithLocalizedContentCreatorFactory::make(const FrameKind& kind) {
+  return std::make_unique<ID3FramesWithLocalizedContentCreator>(
+      kind,
+      std::make_unique<ID3LocalizedFrameCreator>(
+          ID3FrameHeaderCreatorFactory::make(), std::make_unique<PaddingAdderToEndOfContentUsingNullChar>()));
 }
 
 }  // namespace ID3TagEditor

@@ -32,19 +32,21 @@ class ID3LocalizedFrameCreator : public LocalizedFrameCreator {
   std::unique_ptr<PaddingAdder> paddingAdder_;
 };
 
-/// Writes the lyrics of all languages, then the comments of all languages.
+/// Writes the lyrics, or the comments, of all languages.
 class ID3FramesWithLocalizedContentCreator : public ID3FrameCreator {
  public:
-  explicit ID3FramesWithLocalizedContentCreator(std::unique_ptr<LocalizedFrameCreator> localizedFrameCreator)
-      : localizedFrameCreator_(std::move(localizedFrameCreator)) {}
+  ID3FramesWithLocalizedContentCreator(const FrameKind& kind,
+                                       std::unique_ptr<LocalizedFrameCreator> localizedFrameCreator)
+      : kind_(kind), localizedFrameCreator_(std::move(localizedFrameCreator)) {}
   void createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const override;
 
  private:
+  FrameKind kind_;
   std::unique_ptr<LocalizedFrameCreator> localizedFrameCreator_;
 };
 
 struct ID3FramesWithLocalizedContentCreatorFactory {
-  static std::unique_ptr<ID3FrameCreator> make();
+  static std::unique_ptr<ID3FrameCreator> make(const FrameKind& kind);
 };
 
 }  // namespace ID3TagEditor

@@ -8,12 +8,6 @@ namespace ID3TagEditor {
 
 namespace {
 
-std::optional<std::string> positionText(const ID3Tag& tag, FrameName name) {
-  const auto* frame = tag.frame<ID3FramePartOfTotal>(name);
-  if (frame == nullptr) return std::nullopt;
-  return std::to_string(frame->part) + (frame->total ? "/" + std::to_string(*frame->total) : "");
-}
-
 /// At least two digits; the minus sign of a negative number counts as one.
 std::string twoDigits(std::int64_t number) {
   const std::string digits = std::to_string(number);
@@ -28,34 +22,34 @@ std::optional<std::string> fourDigits(OptionalInteger first, OptionalInteger sec
 }  // namespace
 
 void ID3StructuredFrameCreator::createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const {
-  if (const auto text = textIn(id3Tag)) {
-    frameCreator_->createFrame(frameType_, id3Tag.properties.version, *text, output);
+  if (const auto text = textIn(id3Tag, kind_.name)) {
+    frameCreator_->createFrame(kind_.type, id3Tag.properties.version, *text, output);
   }
 }
 
-std::optional<std::string> ID3GenreFrameCreator::textIn(const ID3Tag& id3Tag) const {
-  const auto* frame = id3Tag.frame<ID3FrameGenre>(FrameName::genre);
+std::optional<std::string> ID3GenreFrameCreator::textIn(const ID3Tag& id3Tag, FrameName name) const {
+  const auto* frame = id3Tag.frame<ID3FrameGenre>(name);
   if (frame == nullptr) return std::nullopt;
   const std::string number =
       frame->identifier ? "(" + std::to_string(rawValue(*frame->identifier)) + ")" : std::string();
   return number + frame->description.value_or("");
 }
 
-std::optional<std::string> ID3TrackPositionFrameCreator::textIn(const ID3Tag& id3Tag) const {
-  return positionText(id3Tag, FrameName::trackPosition);
+std::optional<std::string> ID3PartOfTotalFrameCreator::textIn(const ID3Tag& id3Tag, FrameName name) const {
+  const auto* frame = id3Tag.frame<ID3FramePartOfTotal>(name);
+  if (frame == nullptr) return std::nullopt;
+  return std::to_string(frame->part) + (frame->total ? "/" + std::to_string(*frame->total) : "");
 }
 
-std::optional<std::string> ID3DiscPositionFrameCreator::textIn(const ID3Tag& id3Tag) const {
-  return positionText(id3Tag, FrameName::discPosition);
-}
-
-std::optional<std::string> ID3RecordingDayMonthFrameCreator::textIn(const ID3Tag& id3Tag) const {
-  const auto* frame = id3Tag.frame<ID3FrameRecordingDayMonth>(FrameName::recordingDayMonth);
+std::optional<std::string> ID3RecordingDayMonthFrameCreator::textIn(const ID3Tag& id3Tag,
+                                                                    FrameName name) const {
+  const auto* frame = id3Tag.frame<ID3FrameRecordingDayMonth>(name);
   return frame != nullptr ? fourDigits(frame->day(), frame->month()) : std::nullopt;
 }
 
-std::optional<std::string> ID3RecordingHourMinuteFrameCreator::textIn(const ID3Tag& id3Tag) const {
-  const auto* frame = id3Tag.frame<ID3FrameRecordingHourMinute>(FrameName::recordingHourMinute);
+std::optional<std::string> ID3RecordingHourMinuteFrameCreator::textIn(const ID3Tag& id3Tag,
+                                                                      FrameName name) const {
+  const auto* frame = id3Tag.frame<ID3FrameRecordingHourMinute>(name);
   return frame != nullptr ? fourDigits(frame->hour(), frame->minute()) : std::nullopt;
 }
 
@@ -83,8 +77,9 @@ std::optional<std::string> ID3TimestampCreator::createFrom(const RecordingDateTi
   return std::to_string(moment.time_since_epoch().count());
 }
 
-std::optional<std::string> ID3RecordingDateTimeFrameCreator::textIn(const ID3Tag& id3Tag) const {
-  const auto* frame = id3Tag.frame<ID3FrameRecordingDateTime>(FrameName::recordingDateTime);
+std::optional<std::string> ID3RecordingDateTimeFrameCreator::textIn(const ID3Tag& id3Tag,
+                                                                    FrameName name) const {
+  const auto* frame = id3Tag.frame<ID3FrameRecordingDateTime>(name);
   if (frame == nullptr) return std::nullopt;
   const RecordingDateTime& moment = frame->recordingDateTime();
   if (!moment.date || !moment.date->year) return std::nullopt;

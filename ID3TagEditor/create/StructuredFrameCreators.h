@@ -6,6 +6,7 @@
 
 #include "ID3TagEditor/create/FrameFromStringContentCreator.h"
 #include "ID3TagEditor/create/ID3FrameCreator.h"
+#include "ID3TagEditor/model/FrameKinds.h"
 #include "ID3TagEditor/model/RecordingDateTime.h"
 
 // The frames whose text is put together from several values.
@@ -14,68 +15,43 @@ namespace ID3TagEditor {
 /// What the creators here share: the text of the tag's frame, written as one kind of frame.
 class ID3StructuredFrameCreator : public ID3FrameCreator {
  public:
+  ID3StructuredFrameCreator(const FrameKind& kind,
+                            std::unique_ptr<FrameFromStringContentCreator> frameCreator)
+      : kind_(kind), frameCreator_(std::move(frameCreator)) {}
   void createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const final;
 
- protected:
-  ID3StructuredFrameCreator(FrameType frameType, std::unique_ptr<FrameFromStringContentCreator> frameCreator)
-      : frameType_(frameType), frameCreator_(std::move(frameCreator)) {}
-
  private:
-  /// Nothing when there is nothing to write.
-  virtual std::optional<std::string> textIn(const ID3Tag& id3Tag) const = 0;
+  /// Nothing when there is nothing to write under the name.
+  virtual std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const = 0;
 
-  FrameType frameType_;
+  FrameKind kind_;
   std::unique_ptr<FrameFromStringContentCreator> frameCreator_;
 };
 
 /// "(17)Rock", "(17)" or "Rock" (ID3v2.3.0 §4.2.1, "TCON").
 class ID3GenreFrameCreator : public ID3StructuredFrameCreator {
- public:
-  explicit ID3GenreFrameCreator(std::unique_ptr<FrameFromStringContentCreator> frameCreator)
-      : ID3StructuredFrameCreator(FrameType::genre, std::move(frameCreator)) {}
-
- private:
-  std::optional<std::string> textIn(const ID3Tag& id3Tag) const override;
+  using ID3StructuredFrameCreator::ID3StructuredFrameCreator;
+  std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const override;
 };
 
-/// "5/12" or "5" (ID3v2.3.0 §4.2.1, "TRCK").
-class ID3TrackPositionFrameCreator : public ID3StructuredFrameCreator {
- public:
-  explicit ID3TrackPositionFrameCreator(std::unique_ptr<FrameFromStringContentCreator> frameCreator)
-      : ID3StructuredFrameCreator(FrameType::trackPosition, std::move(frameCreator)) {}
-
- private:
-  std::optional<std::string> textIn(const ID3Tag& id3Tag) const override;
+/// "5/12" or "5" (ID3v2.3.0 §4.2.1, "TRCK", "TPOS").
+class ID3PartOfTotalFrameCreator : public ID3StructuredFrameCreator {
+  using ID3StructuredFrameCreator::ID3StructuredFrameCreator;
+  std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const override;
 };
-
-/// "5/12" or "5" (ID3v2.3.0 §4.2.1, "TPOS").
-class ID3DiscPositionFrameCreator : public ID3StructuredFrameCreator {
- public:
-  explicit ID3DiscPositionFrameCreator(std::unique_ptr<FrameFromStringContentCreator> frameCreator)
-      : ID3StructuredFrameCreator(FrameType::discPosition, std::move(frameCreator)) {}
-
- private:
-  std::optional<std::string> textIn(const ID3Tag& id3Tag) const override;
-};
+using ID3TrackPositionFrameCreator = ID3PartOfTotalFrameCreator;
+using ID3DiscPositionFrameCreator = ID3PartOfTotalFrameCreator;
 
 /// "0303" for 3 March (ID3v2.3.0 §4.2.1, "TDAT").
 class ID3RecordingDayMonthFrameCreator : public ID3StructuredFrameCreator {
- public:
-  explicit ID3RecordingDayMonthFrameCreator(std::unique_ptr<FrameFromStringContentCreator> frameCreator)
-      : ID3StructuredFrameCreator(FrameType::recordingDayMonth, std::move(frameCreator)) {}
-
- private:
-  std::optional<std::string> textIn(const ID3Tag& id3Tag) const override;
+  using ID3StructuredFrameCreator::ID3StructuredFrameCreator;
+  std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const override;
 };
 
 /// "0905" for five past nine (ID3v2.3.0 §4.2.1, "TIME").
 class ID3RecordingHourMinuteFrameCreator : public ID3StructuredFrameCreator {
- public:
-  explicit ID3RecordingHourMinuteFrameCreator(std::unique_ptr<FrameFromStringContentCreator> frameCreator)
-      : ID3StructuredFrameCreator(FrameType::recordingHourMinute, std::move(frameCreator)) {}
-
- private:
-  std::optional<std::string> textIn(const ID3Tag& id3Tag) const override;
+  using ID3StructuredFrameCreator::ID3StructuredFrameCreator;
+  std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const override;
 };
 
 class TimestampCreator {
@@ -94,13 +70,14 @@ class ID3TimestampCreator : public TimestampCreator {
 /// A timestamp or, when the moment is not known to the minute, the year (ID3v2.4.0 frames §4.2.5, "TDRC").
 class ID3RecordingDateTimeFrameCreator : public ID3StructuredFrameCreator {
  public:
-  ID3RecordingDateTimeFrameCreator(std::unique_ptr<TimestampCreator> timestampCreator,
-                                   std::unique_ptr<FrameFromStringContentCreator> frameCreator)
-      : ID3StructuredFrameCreator(FrameType::recordingDateTime, std::move(frameCreator)),
+  ID3RecordingDateTimeFrameCreator(const FrameKind& kind,
+                                   std::unique_ptr<FrameFromStringContentCreator> frameCreator,
+                                   std::unique_ptr<TimestampCreator> timestampCreator)
+      : ID3StructuredFrameCreator(kind, std::move(frameCreator)),
         timestampCreator_(std::move(timestampCreator)) {}
 
  private:
-  std::optional<std::string> textIn(const ID3Tag& id3Tag) const override;
+  std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const override;
 
   std::unique_ptr<TimestampCreator> timestampCreator_;
 };

@@ -1,14 +1,17 @@
 #include "ID3TagEditor/model/FrameName.h"
 
+#include "ID3TagEditor/model/FrameNamesWithLocalizedContent.h"
+
 namespace ID3TagEditor {
 
 std::vector<FrameName> FrameName::allCases() {
   std::vector<FrameName> cases;
-  for (int name = title; name <= iTunesPodcastKeywords; ++name) {
-    if (name < beatsPerMinute || name > sizeInBytes) cases.emplace_back(static_cast<Plain>(name));
+  for (int kind = title; kind <= iTunesPodcastKeywords; ++kind) {
+    if (kind < beatsPerMinute || kind > sizeInBytes) cases.emplace_back(static_cast<Kind>(kind));
   }
-  for (const ID3FrameContentLanguage language : allLanguages) cases.push_back(unsynchronizedLyrics(language));
-  for (const ID3FrameContentLanguage language : allLanguages) cases.push_back(comment(language));
+  for (const Kind kind : FrameNamesWithLocalizedContent) {
+    for (const ID3FrameContentLanguage language : allLanguages) cases.push_back(localized(kind, language));
+  }
   return cases;
 }
 

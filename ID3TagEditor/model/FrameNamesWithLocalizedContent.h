@@ -1,21 +1,24 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 
-#include "ID3TagEditor/model/FrameName.h"
-#include "ID3TagEditor/model/FrameType.h"
+#include "ID3TagEditor/model/FrameKinds.h"
 
 namespace ID3TagEditor {
 
-/// A kind of frame that a tag holds once for each language, and how its names are made.
-struct LocalizedFrameNames {
-  FrameType type;
-  FrameName (*nameFor)(ID3FrameContentLanguage language);
-};
+inline constexpr std::size_t localizedKindCount =
+    static_cast<std::size_t>(std::ranges::count(frameKinds, FrameContent::localized, &FrameKind::content));
 
-/// The kinds that exist for each language in `allLanguages`, in the order in which they are written.
-inline constexpr std::array<LocalizedFrameNames, 2> FrameNamesWithLocalizedContent{
-    {{FrameType::unsyncronisedLyrics, FrameName::unsynchronizedLyrics},
-     {FrameType::comment, FrameName::comment}}};
+/// The kinds of which a tag holds one frame for each language in `allLanguages`, in the order in which they
+/// are written.
+inline constexpr std::array<FrameName::Kind, localizedKindCount> FrameNamesWithLocalizedContent = [] {
+  std::array<FrameName::Kind, localizedKindCount> names{};
+  std::size_t count = 0;
+  for (const FrameKind& kind : frameKinds) {
+    if (kind.content == FrameContent::localized) names[count++] = kind.name;
+  }
+  return names;
+}();
 
 }  // namespace ID3TagEditor

@@ -14,11 +14,11 @@ inline std::vector<const ID3FrameAttachedPicture*> picturesIn(const ID3Tag& tag)
                                                     FrameName::attachedPicture(allPictureTypes.back()));
 }
 
-/// The frames whose names `nameFor` makes, in the order of the languages.
-inline std::vector<const ID3FrameWithLocalizedContent*> localizedFramesIn(
-    const ID3Tag& tag, FrameName (*nameFor)(ID3FrameContentLanguage)) {
-  return tag.framesBetween<ID3FrameWithLocalizedContent>(nameFor(allLanguages.front()),
-                                                         nameFor(allLanguages.back()));
+/// The lyrics or the comments, as `kind` tells, in the order of the languages.
+inline std::vector<const ID3FrameWithLocalizedContent*> localizedFramesIn(const ID3Tag& tag,
+                                                                          FrameName::Kind kind) {
+  return tag.framesBetween<ID3FrameWithLocalizedContent>(FrameName::localized(kind, allLanguages.front()),
+                                                         FrameName::localized(kind, allLanguages.back()));
 }
 
 }  // namespace ID3TagEditor

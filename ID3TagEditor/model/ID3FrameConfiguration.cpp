@@ -4,6 +4,8 @@
 #include <array>
 #include <cstdlib>
 
+#include "ID3TagEditor/model/FrameKinds.h"
+
 namespace ID3TagEditor {
 
 namespace {
@@ -22,15 +24,16 @@ struct IdentifierEntry {
 };
 
 /// One version's identifiers in ascending order; kinds that the version lacks come first.
-using IdentifierIndex = std::array<IdentifierEntry, frameTypeTable.size()>;
+using IdentifierIndex = std::array<IdentifierEntry, frameKinds.size()>;
 
 constexpr std::array<IdentifierIndex, allVersions.size()> indices = [] {
   std::array<IdentifierIndex, allVersions.size()> all{};
-  for (std::size_t column = 0; column < all.size(); ++column) {
-    for (std::size_t row = 0; row < frameTypeTable.size(); ++row) {
-      all[column][row] = {packed(frameTypeTable[row].identifiers[column]), frameTypeTable[row].type};
-    }
-    std::ranges::sort(all[column], {}, &IdentifierEntry::identifier);
+  for (const ID3Version version : allVersions) {
+    IdentifierIndex& index = all[columnOf(version)];
+    std::ranges::transform(frameKinds, index.begin(), [&](const FrameKind& kind) {
+      return IdentifierEntry{packed(kind.identifierIn(version)), kind.type};
+    });
+    std::ranges::sort(index, {}, &IdentifierEntry::identifier);
   }
   return all;
 }();
@@ -38,7 +41,8 @@ constexpr std::array<IdentifierIndex, allVersions.size()> indices = [] {
 }  // namespace
 
 std::string_view ID3FrameConfiguration::identifierFor(FrameType frameType, ID3Version version) const {
-  const auto identifier = frameTypeTable[static_cast<std::size_t>(frameType)].identifiers[columnOf(version)];
+  if (frameType == FrameType::invalid) std::abort();
+  const std::string_view identifier = kindOf(frameType).identifierIn(version);
   if (identifier.empty()) std::abort();
   return identifier;
 }

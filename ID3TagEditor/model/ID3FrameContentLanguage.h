@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "ID3TagEditor/model/EnumerationTable.h"
+#include "platform/EnumerationTable.h"
 
 namespace ID3TagEditor {
 
@@ -72,7 +72,7 @@ inline constexpr std::array languageCodes = std::to_array<std::string_view>({
 });
 #undef ID3_LANGUAGES
 
-inline constexpr auto allLanguages = everyCase<ID3FrameContentLanguage, languageCodes.size()>();
+inline constexpr auto allLanguages = platform::everyCase<ID3FrameContentLanguage, languageCodes.size()>();
 
 /// The lower-case three-letter code, or "unknown".
 constexpr std::string_view rawValue(ID3FrameContentLanguage language) {

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 
+#include "ID3TagEditor/model/FrameKinds.h"
 #include "ID3TagEditor/model/ID3Frame.h"
 #include "ID3TagEditor/model/ID3FrameContentLanguage.h"
 #include "ID3TagEditor/model/ID3Genre.h"
@@ -17,6 +18,8 @@ namespace ID3TagEditor {
 /// A frame that holds one text (ID3v2.3.0 §4.2).
 class ID3FrameWithStringContent : public ID3Frame {
  public:
+  static constexpr FrameContent heldContent = FrameContent::string;
+
   explicit ID3FrameWithStringContent(std::string content) : content_(std::move(content)) {}
   const std::string& content() const { return content_; }
   std::string debugDescription() const override { return content_; }
@@ -28,6 +31,8 @@ class ID3FrameWithStringContent : public ID3Frame {
 /// A comment or lyrics frame: a text in a language (ID3v2.3.0 §4.9, §4.11).
 class ID3FrameWithLocalizedContent : public ID3FrameWithStringContent {
  public:
+  static constexpr FrameContent heldContent = FrameContent::localized;
+
   ID3FrameWithLocalizedContent(ID3FrameContentLanguage language, std::string contentDescription,
                                std::string content)
       : ID3FrameWithStringContent(std::move(content)),
@@ -47,6 +52,8 @@ class ID3FrameWithLocalizedContent : public ID3FrameWithStringContent {
 /// A text frame whose text is a number; absent when the text is none.
 class ID3FrameWithIntegerContent : public ID3Frame {
  public:
+  static constexpr FrameContent heldContent = FrameContent::integer;
+
   explicit ID3FrameWithIntegerContent(OptionalInteger value) : value_(value) {}
   OptionalInteger value() const { return value_; }
   std::string debugDescription() const override { return spaced({value_}); }
@@ -58,6 +65,8 @@ class ID3FrameWithIntegerContent : public ID3Frame {
 /// A picture (ID3v2.3.0 §4.15).
 class ID3FrameAttachedPicture : public ID3Frame {
  public:
+  static constexpr FrameContent heldContent = FrameContent::picture;
+
   ID3FrameAttachedPicture(platform::SharedBytes picture, ID3PictureType type, ID3PictureFormat format)
       : picture_(std::move(picture)), type_(type), format_(format) {}
   const platform::SharedBytes& picture() const { return picture_; }
@@ -80,6 +89,8 @@ class ID3FrameAttachedPicture : public ID3Frame {
 /// The content type: a genre by number, a text, or both (ID3v2.3.0 §4.2.1, "TCON").
 class ID3FrameGenre : public ID3Frame {
  public:
+  static constexpr FrameContent heldContent = FrameContent::genre;
+
   ID3FrameGenre(std::optional<ID3Genre> genre, std::optional<std::string> text)
       : identifier(genre), description(std::move(text)) {}
   std::string debugDescription() const override {
@@ -96,6 +107,8 @@ class ID3FrameGenre : public ID3Frame {
 /// A position in a set, with or without the size of the set (ID3v2.3.0 §4.2.1, "TRCK", "TPOS").
 class ID3FramePartOfTotal : public ID3Frame {
  public:
+  static constexpr FrameContent heldContent = FrameContent::partOfTotal;
+
   ID3FramePartOfTotal(std::int64_t position, OptionalInteger setSize) : part(position), total(setSize) {}
   std::string debugDescription() const override { return spaced({part, total}); }
   friend bool operator==(const ID3FramePartOfTotal& a, const ID3FramePartOfTotal& b) {
@@ -109,6 +122,8 @@ class ID3FramePartOfTotal : public ID3Frame {
 /// The recording time of a v2.4 tag (ID3v2.4.0 frames §4.2.5, "TDRC").
 class ID3FrameRecordingDateTime : public ID3Frame {
  public:
+  static constexpr FrameContent heldContent = FrameContent::dateTime;
+
   explicit ID3FrameRecordingDateTime(RecordingDateTime recordingDateTime)
       : recordingDateTime_(recordingDateTime) {}
   const RecordingDateTime& recordingDateTime() const { return recordingDateTime_; }
@@ -121,6 +136,8 @@ class ID3FrameRecordingDateTime : public ID3Frame {
 /// The day of the recording without its year (ID3v2.3.0 §4.2.1, "TDAT").
 class ID3FrameRecordingDayMonth : public ID3Frame {
  public:
+  static constexpr FrameContent heldContent = FrameContent::dayMonth;
+
   ID3FrameRecordingDayMonth(OptionalInteger day, OptionalInteger month) : day_(day), month_(month) {}
   OptionalInteger day() const { return day_; }
   OptionalInteger month() const { return month_; }
@@ -134,6 +151,8 @@ class ID3FrameRecordingDayMonth : public ID3Frame {
 /// The time of day of the recording (ID3v2.3.0 §4.2.1, "TIME").
 class ID3FrameRecordingHourMinute : public ID3Frame {
  public:
+  static constexpr FrameContent heldContent = FrameContent::hourMinute;
+
   ID3FrameRecordingHourMinute(OptionalInteger hour, OptionalInteger minute) : hour_(hour), minute_(minute) {}
   OptionalInteger hour() const { return hour_; }
   OptionalInteger minute() const { return minute_; }
@@ -142,6 +161,18 @@ class ID3FrameRecordingHourMinute : public ID3Frame {
  private:
   OptionalInteger hour_;
   OptionalInteger minute_;
+};
+
+/// A name under which frames of the class stand, and which the versions of the builders have an identifier
+/// for; any other one does not compile.
+template <class Frame, class... Builders>
+struct NameOf {
+  consteval NameOf(FrameName::Kind kind) : name(kind) {
+    const bool isKnown = (... && !kindOf(kind).identifierIn(Builders::version).empty());
+    if (kindOf(kind).content != Frame::heldContent || !isKnown) throw "no name of such frames";
+  }
+
+  FrameName name;
 };
 
 }  // namespace ID3TagEditor

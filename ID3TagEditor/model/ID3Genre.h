@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "ID3TagEditor/model/EnumerationTable.h"
+#include "platform/EnumerationTable.h"
 
 namespace ID3TagEditor {
 
@@ -38,7 +38,7 @@ inline constexpr std::array genreNames = std::to_array<std::string_view>({
 });
 #undef ID3_GENRES
 
-inline constexpr auto allGenres = everyCase<ID3Genre, genreNames.size()>();
+inline constexpr auto allGenres = platform::everyCase<ID3Genre, genreNames.size()>();
 
 constexpr std::int64_t rawValue(ID3Genre genre) {
   return static_cast<std::int64_t>(genre);
@@ -46,7 +46,7 @@ constexpr std::int64_t rawValue(ID3Genre genre) {
 
 constexpr std::optional<ID3Genre> genreFromRawValue(std::int64_t raw) {
   if (raw < 0) return std::nullopt;
-  return caseAt<ID3Genre, genreNames.size()>(static_cast<std::size_t>(raw));
+  return platform::caseAt<ID3Genre, genreNames.size()>(static_cast<std::size_t>(raw));
 }
 
 constexpr std::string_view caseName(ID3Genre genre) {

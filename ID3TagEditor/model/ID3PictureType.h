@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "ID3TagEditor/model/EnumerationTable.h"
+#include "platform/EnumerationTable.h"
 
 namespace ID3TagEditor {
 
@@ -32,14 +32,14 @@ inline constexpr std::array pictureTypeNames = std::to_array<std::string_view>({
 });
 #undef ID3_PICTURE_TYPES
 
-inline constexpr auto allPictureTypes = everyCase<ID3PictureType, pictureTypeNames.size()>();
+inline constexpr auto allPictureTypes = platform::everyCase<ID3PictureType, pictureTypeNames.size()>();
 
 constexpr std::uint8_t rawValue(ID3PictureType type) {
   return static_cast<std::uint8_t>(type);
 }
 
 constexpr std::optional<ID3PictureType> pictureTypeFromRawValue(std::uint8_t raw) {
-  return caseAt<ID3PictureType, pictureTypeNames.size()>(raw);
+  return platform::caseAt<ID3PictureType, pictureTypeNames.size()>(raw);
 }
 
 constexpr std::string_view caseName(ID3PictureType type) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <type_traits>
 #include <utility>
 
 #include "ID3TagEditor/model/ID3Frames.h"
@@ -55,25 +56,30 @@ class CommonFrameSetters : public TagBuilder {
 
   // The first argument alone decides the name; the frame's own type or language is what gets written.
   Builder& attachedPicture(ID3PictureType pictureType, ID3FrameAttachedPicture frame) {
-    return set(FrameName::attachedPicture(pictureType), std::move(frame));
+    return setUnder(FrameName::attachedPicture(pictureType), std::move(frame));
   }
   Builder& unsynchronisedLyrics(ID3FrameContentLanguage language, Localized frame) {
-    return set(FrameName::unsynchronizedLyrics(language), std::move(frame));
+    return setUnder(FrameName::unsynchronizedLyrics(language), std::move(frame));
   }
   Builder& comment(ID3FrameContentLanguage language, Localized frame) {
-    return set(FrameName::comment(language), std::move(frame));
+    return setUnder(FrameName::comment(language), std::move(frame));
   }
 
   ID3Tag build() const override { return ID3Tag(Builder::version, frames_); }
 
  protected:
   template <class Frame>
-  Builder& set(FrameName name, Frame frame) {
+  Builder& set(std::type_identity_t<NameOf<Frame, Builder>> name, Frame frame) {
+    return setUnder(name.name, std::move(frame));
+  }
+
+ private:
+  template <class Frame>
+  Builder& setUnder(FrameName name, Frame frame) {
     frames_.insert_or_assign(name, std::make_shared<const Frame>(std::move(frame)));
     return static_cast<Builder&>(*this);
   }
 
- private:
   Frames frames_;
 };
 

@@ -3,55 +3,60 @@
 #include <map>
 #include <memory>
 
-#include "ID3TagEditor/model/FrameType.h"
-#include "ID3TagEditor/parse/FrameContentParsingOperation.h"
+#include "ID3TagEditor/model/FrameKinds.h"
+#include "ID3TagEditor/parse/FrameContentParsingOperations.h"
 
-// How the operations are put together, one factory for each way of reading a frame.
+// How the operations are put together.
 namespace ID3TagEditor {
 
-using FrameContentParsingOperations = std::map<FrameType, std::unique_ptr<FrameContentParsingOperation>>;
+using FrameContentParsingOperationPointer = std::unique_ptr<FrameContentParsingOperation>;
+using FrameContentParsingOperations = std::map<FrameType, FrameContentParsingOperationPointer>;
+
+/// An operation for frames whose text the given function turns into a frame.
+struct ID3FrameStringContentParsingOperationFactory {
+  static FrameContentParsingOperationPointer make(
+      ID3FrameStringContentParsingOperation::CreateFrame createFrameOperation);
+};
 
 struct ID3ParsingOperationForID3FrameWithStringFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make(FrameName frameName);
+  static FrameContentParsingOperationPointer make(FrameName frameName);
 };
 
 struct ID3ParsingOperationForID3FrameWithIntegerFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make(FrameName frameName);
-};
-
-struct ID3DiscPositionFrameContentParsingOperationFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make();
-};
-
-struct ID3TrackPositionFrameContentParsingOperationFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make();
-};
-
-struct ID3RecordingDayMonthFrameContentParsingOperationFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make();
-};
-
-struct ID3RecordingHourMinuteFrameContentParsingOperationFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make();
-};
-
-struct ID3GenreFrameContentParsingOperationFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make();
-};
-
-struct ID3RecordingTimeFrameContentParsingOperationFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make();
-};
-
-struct ID3AttachedPictureFrameContentParsingOperationFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make();
+  static FrameContentParsingOperationPointer make(FrameName frameName);
 };
 
 struct ID3LocalizedFrameContentParsingOperationFactory {
-  static std::unique_ptr<FrameContentParsingOperation> make(FrameName (*frameName)(ID3FrameContentLanguage));
+  /// For lyrics or comments, as `kind` tells.
+  static FrameContentParsingOperationPointer make(FrameName::Kind kind);
 };
 
-/// The operation for each kind of frame, `invalid` excepted.
+/// The operation that reads frames of the kind.
+struct FrameKindParsingOperationFactory {
+  static FrameContentParsingOperationPointer make(const FrameKind& kind);
+};
+
+template <FrameType type>
+struct ParsingOperationFactoryFor {
+  static FrameContentParsingOperationPointer make() {
+    return FrameKindParsingOperationFactory::make(kindOf(type));
+  }
+};
+using ID3DiscPositionFrameContentParsingOperationFactory =
+    ParsingOperationFactoryFor<FrameType::discPosition>;
+using ID3TrackPositionFrameContentParsingOperationFactory =
+    ParsingOperationFactoryFor<FrameType::trackPosition>;
+using ID3RecordingDayMonthFrameContentParsingOperationFactory =
+    ParsingOperationFactoryFor<FrameType::recordingDayMonth>;
+using ID3RecordingHourMinuteFrameContentParsingOperationFactory =
+    ParsingOperationFactoryFor<FrameType::recordingHourMinute>;
+using ID3GenreFrameContentParsingOperationFactory = ParsingOperationFactoryFor<FrameType::genre>;
+using ID3RecordingTimeFrameContentParsingOperationFactory =
+    ParsingOperationFactoryFor<FrameType::recordingDateTime>;
+using ID3AttachedPictureFrameContentParsingOperationFactory =
+    ParsingOperationFactoryFor<FrameType::attachedPicture>;
+
+/// The operations for all kinds of frame.
 struct ID3FrameContentParsingOperationFactory {
   static FrameContentParsingOperations make();
 };

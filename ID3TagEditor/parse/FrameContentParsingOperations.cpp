@@ -60,9 +60,10 @@ void ID3LocalizedFrameContentParsingOperation::parse(const platform::SharedBytes
   const auto [description, content] = split(bytes.subspan(languageStart + languageSize), encoding);
   const auto code = platform::charactersOf(bytes.subspan(languageStart, languageSize));
   const auto language = languageFromRawValue(code).value_or(ID3FrameContentLanguage::unknown);
-  completed(frameName_(language), std::make_unique<ID3FrameWithLocalizedContent>(
-                                      language, decodeOrComplain(description, encoding),
-                                      paddingRemover_.removeFrom(decodeOrComplain(content, encoding))));
+  completed(FrameName::localized(kind_, language),
+            std::make_unique<ID3FrameWithLocalizedContent>(
+                language, decodeOrComplain(description, encoding),
+                paddingRemover_.removeFrom(decodeOrComplain(content, encoding))));
 }
 
 namespace {

@@ -29,9 +29,8 @@ class ID3FrameStringContentParsingOperation : public FrameContentParsingOperatio
 /// from the content, for UTF-16 together with the content's little-endian mark; without one all is content.
 class ID3LocalizedFrameContentParsingOperation : public FrameContentParsingOperation {
  public:
-  using NameFor = FrameName (*)(ID3FrameContentLanguage);
-
-  explicit ID3LocalizedFrameContentParsingOperation(NameFor frameName) : frameName_(frameName) {}
+  /// For lyrics or comments, as `kind` tells.
+  explicit ID3LocalizedFrameContentParsingOperation(FrameName::Kind kind) : kind_(kind) {}
   void parse(const platform::SharedBytes& frame, ID3Version version,
              const FrameReceiver& completed) const override;
 
@@ -39,7 +38,7 @@ class ID3LocalizedFrameContentParsingOperation : public FrameContentParsingOpera
   ID3FrameConfiguration id3FrameConfiguration_;
   ID3FrameStringEncodingDetector stringEncodingDetector_;
   PaddingRemoverUsingTrimming paddingRemover_;
-  NameFor frameName_;
+  FrameName::Kind kind_;
 };
 
 /// Reads a picture frame (ID3v2.2.0 §4.15, ID3v2.3.0 §4.15). Where the frame's fields lead to a JPEG that

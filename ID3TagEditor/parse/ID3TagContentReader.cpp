@@ -4,46 +4,46 @@
 
 namespace ID3TagEditor {
 
-std::optional<std::string> ID3TagContentReader::text(FrameName name) const {
-  const auto* frame = id3Tag_.frame<ID3FrameWithStringContent>(name);
-  if (frame == nullptr) return std::nullopt;
-  return frame->content();
+std::optional<std::string> ID3TagContentReader::text(NameOf<ID3FrameWithStringContent> name) const {
+  const auto* found = frame<ID3FrameWithStringContent>(name);
+  if (found == nullptr) return std::nullopt;
+  return found->content();
 }
 
-OptionalInteger ID3TagContentReader::integer(FrameName name) const {
-  const auto* frame = id3Tag_.frame<ID3FrameWithIntegerContent>(name);
-  return frame != nullptr ? frame->value() : std::nullopt;
+OptionalInteger ID3TagContentReader::integer(NameOf<ID3FrameWithIntegerContent> name) const {
+  const auto* found = frame<ID3FrameWithIntegerContent>(name);
+  return found != nullptr ? found->value() : std::nullopt;
 }
 
-std::optional<PartOfTotal> ID3TagContentReader::position(FrameName name) const {
-  const auto* frame = id3Tag_.frame<ID3FramePartOfTotal>(name);
-  if (frame == nullptr) return std::nullopt;
-  return PartOfTotal{.position = frame->part, .total = frame->total};
+std::optional<PartOfTotal> ID3TagContentReader::position(NameOf<ID3FramePartOfTotal> name) const {
+  const auto* found = frame<ID3FramePartOfTotal>(name);
+  if (found == nullptr) return std::nullopt;
+  return PartOfTotal{.position = found->part, .total = found->total};
 }
 
 std::optional<Genre> ID3TagContentReader::genre() const {
-  const auto* frame = id3Tag_.frame<ID3FrameGenre>(FrameName::genre);
-  if (frame == nullptr) return std::nullopt;
-  return Genre{.identifier = frame->identifier, .description = frame->description};
+  const auto* found = frame<ID3FrameGenre>(FrameName::genre);
+  if (found == nullptr) return std::nullopt;
+  return Genre{.identifier = found->identifier, .description = found->description};
 }
 
 std::optional<DayMonth> ID3TagContentReader::recordingDayMonth() const {
-  const auto* frame = id3Tag_.frame<ID3FrameRecordingDayMonth>(FrameName::recordingDayMonth);
-  if (frame == nullptr) return std::nullopt;
-  return DayMonth{.day = frame->day(), .month = frame->month()};
+  const auto* found = frame<ID3FrameRecordingDayMonth>(FrameName::recordingDayMonth);
+  if (found == nullptr) return std::nullopt;
+  return DayMonth{.day = found->day(), .month = found->month()};
 }
 
 std::optional<HourMinute> ID3TagContentReader::recordingHourMinute() const {
-  const auto* frame = id3Tag_.frame<ID3FrameRecordingHourMinute>(FrameName::recordingHourMinute);
-  if (frame == nullptr) return std::nullopt;
-  return HourMinute{.hour = frame->hour(), .minute = frame->minute()};
+  const auto* found = frame<ID3FrameRecordingHourMinute>(FrameName::recordingHourMinute);
+  if (found == nullptr) return std::nullopt;
+  return HourMinute{.hour = found->hour(), .minute = found->minute()};
 }
 
 std::optional<DateTime> ID3TagContentReader::recordingDateTime() const {
-  const auto* frame = id3Tag_.frame<ID3FrameRecordingDateTime>(FrameName::recordingDateTime);
-  if (frame == nullptr) return std::nullopt;
-  const RecordingDate date = frame->recordingDateTime().date.value_or(RecordingDate{});
-  const RecordingTime time = frame->recordingDateTime().time.value_or(RecordingTime{});
+  const auto* found = frame<ID3FrameRecordingDateTime>(FrameName::recordingDateTime);
+  if (found == nullptr) return std::nullopt;
+  const RecordingDate date = found->recordingDateTime().date.value_or(RecordingDate{});
+  const RecordingTime time = found->recordingDateTime().time.value_or(RecordingTime{});
   return DateTime{
       .day = date.day, .month = date.month, .year = date.year, .hour = time.hour, .minute = time.minute};
 }
@@ -56,10 +56,9 @@ std::vector<AttachedPicture> ID3TagContentReader::attachedPictures() const {
   return pictures;
 }
 
-std::vector<LocalizedContent> ID3TagContentReader::localized(
-    FrameName (*nameFor)(ID3FrameContentLanguage)) const {
+std::vector<LocalizedContent> ID3TagContentReader::localized(FrameName::Kind kind) const {
   std::vector<LocalizedContent> contents;
-  for (const auto* frame : localizedFramesIn(id3Tag_, nameFor)) {
+  for (const auto* frame : localizedFramesIn(id3Tag_, kind)) {
     contents.push_back({.language = frame->language(),
                         .contentDescription = frame->contentDescription(),
                         .content = frame->content()});
@@ -68,11 +67,11 @@ std::vector<LocalizedContent> ID3TagContentReader::localized(
 }
 
 std::vector<LocalizedContent> ID3TagContentReader::unsynchronizedLyrics() const {
-  return localized(FrameName::unsynchronizedLyrics);
+  return localized(FrameName::lyricsKind);
 }
 
 std::vector<LocalizedContent> ID3TagContentReader::comments() const {
-  return localized(FrameName::comment);
+  return localized(FrameName::commentKind);
 }
 
 }  // namespace ID3TagEditor

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "ID3TagEditor/model/ContentRecords.h"
+#include "ID3TagEditor/model/ID3Frames.h"
 #include "ID3TagEditor/model/ID3Tag.h"
 
 namespace ID3TagEditor {
@@ -61,10 +62,14 @@ class ID3TagContentReader {
   std::vector<LocalizedContent> comments() const;
 
  private:
-  OptionalText text(FrameName name) const;
-  OptionalInteger integer(FrameName name) const;
-  std::optional<PartOfTotal> position(FrameName name) const;
-  std::vector<LocalizedContent> localized(FrameName (*nameFor)(ID3FrameContentLanguage)) const;
+  template <class Frame>
+  const Frame* frame(NameOf<Frame> name) const {
+    return id3Tag_.frame<Frame>(name.name);
+  }
+  OptionalText text(NameOf<ID3FrameWithStringContent> name) const;
+  OptionalInteger integer(NameOf<ID3FrameWithIntegerContent> name) const;
+  std::optional<PartOfTotal> position(NameOf<ID3FramePartOfTotal> name) const;
+  std::vector<LocalizedContent> localized(FrameName::Kind kind) const;
 
   const ID3Tag& id3Tag_;
 };

@@ -1,10 +1,14 @@
 #include "ID3TagEditor/parse/ID3TagToStringAdapter.h"
 
+#include <algorithm>
 #include <array>
 #include <cstdio>
+#include <iterator>
 #include <string_view>
 
+#include "ID3TagEditor/model/FrameKinds.h"
 #include "ID3TagEditor/model/FramesInTag.h"
+#include "platform/EnumerationTable.h"
 
 namespace ID3TagEditor {
 
@@ -63,60 +67,7 @@ std::string genre(const ID3Tag& tag, FrameName name) {
   return identifier + " - " + (frame->description ? optional(quoted(*frame->description)) : "nil");
 }
 
-struct Line {
-  std::string_view label;
-  FrameName name;
-  std::string (*value)(const ID3Tag& tag, FrameName name);
-};
-
-constexpr auto number = described<ID3FrameWithIntegerContent>;
-
-constexpr std::array beforeLists = std::to_array<Line>({
-    {"artist", FrameName::artist, text},
-    {"composer", FrameName::composer, text},
-    {"conductor", FrameName::conductor, text},
-    {"contentGrouping", FrameName::contentGrouping, text},
-    {"copyright", FrameName::copyright, text},
-    {"encodedBy", FrameName::encodedBy, text},
-    {"encoderSettings", FrameName::encoderSettings, text},
-    {"fileOwner", FrameName::fileOwner, text},
-    {"lyricist", FrameName::lyricist, text},
-    {"mixArtist", FrameName::mixArtist, text},
-    {"publisher", FrameName::publisher, text},
-    {"subtitle", FrameName::subtitle, text},
-    {"albumArtist", FrameName::albumArtist, text},
-    {"title", FrameName::title, text},
-    {"trackPosition", FrameName::trackPosition, position},
-    {"discPosition", FrameName::discPosition, position},
-    {"album", FrameName::album, text},
-    {"recordingDateTime", FrameName::recordingDateTime, described<ID3FrameRecordingDateTime>},
-    {"recordingYear", FrameName::recordingYear, number},
-    {"recordingDayMonth", FrameName::recordingDayMonth, described<ID3FrameRecordingDayMonth>},
-    {"recordingHourMinute", FrameName::recordingHourMinute, described<ID3FrameRecordingHourMinute>},
-    {"genre", FrameName::genre, genre},
-});
-
-constexpr std::array behindLists = std::to_array<Line>({
-    {"iTunesGrouping", FrameName::iTunesGrouping, text},
-    {"iTunesMovementIndex", FrameName::iTunesMovementIndex, number},
-    {"iTunesMovementCount", FrameName::iTunesMovementCount, number},
-    {"iTunesMovementName", FrameName::iTunesMovementName, text},
-    {"iTunesPodcastCategory", FrameName::iTunesPodcastCategory, text},
-    {"iTunesPodcastDescription", FrameName::iTunesPodcastDescription, text},
-    {"iTunesPodcastID", FrameName::iTunesPodcastID, text},
-    {"iTunesPodcastKeywords", FrameName::iTunesPodcastKeywords, text},
-});
-
-template <std::size_t Count>
-std::string lines(const ID3Tag& tag, const std::array<Line, Count>& table) {
-  std::string rendered;
-  for (const Line& line : table) {
-    rendered.append("\n- ").append(line.label).append(": ").append(line.value(tag, line.name));
-  }
-  return rendered;
-}
-
-std::string pictureList(const ID3Tag& tag) {
+std::string pictureList(const ID3Tag& tag, FrameName /*name*/) {
   std::string rendered;
   for (const auto* frame : picturesIn(tag)) {
     rendered.append("\n")
@@ -128,9 +79,9 @@ std::string pictureList(const ID3Tag& tag) {
   return rendered;
 }
 
-std::string localizedList(const ID3Tag& tag, FrameName (*nameFor)(ID3FrameContentLanguage)) {
+std::string localizedList(const ID3Tag& tag, FrameName name) {
   std::string rendered;
-  for (const auto* frame : localizedFramesIn(tag, nameFor)) {
+  for (const auto* frame : localizedFramesIn(tag, name.kind())) {
     rendered.append("\nlanguage: ").append(caseName(frame->language()));
     rendered.append("\ncontentDescription: ").append(frame->contentDescription());
     rendered.append("\ncontent: ").append(frame->content()).append("\n");
@@ -138,14 +89,53 @@ std::string localizedList(const ID3Tag& tag, FrameName (*nameFor)(ID3FrameConten
   return rendered;
 }
 
+struct Rendering {
+  FrameContent content;
+  std::string_view separator;
+  std::string (*value)(const ID3Tag& tag, FrameName name);
+};
+
+constexpr std::array renderings = std::to_array<Rendering>({
+    {FrameContent::string, " ", text},
+    {FrameContent::integer, " ", described<ID3FrameWithIntegerContent>},
+    {FrameContent::partOfTotal, " ", position},
+    {FrameContent::genre, " ", genre},
+    {FrameContent::dayMonth, " ", described<ID3FrameRecordingDayMonth>},
+    {FrameContent::hourMinute, " ", described<ID3FrameRecordingHourMinute>},
+    {FrameContent::dateTime, " ", described<ID3FrameRecordingDateTime>},
+    {FrameContent::picture, "", pictureList},
+    {FrameContent::localized, "", localizedList},
+});
+static_assert(platform::hasARowForEachCase(renderings, &Rendering::content, lastFrameContent));
+
+constexpr std::size_t lineCount = std::ranges::max(frameKinds, {}, &FrameKind::line).line;
+
+/// The kind of each line.
+constexpr std::array<FrameType, lineCount> lines = [] {
+  std::array<FrameType, lineCount> types{};
+  types.fill(FrameType::invalid);
+  for (const FrameKind& kind : frameKinds) {
+    if (kind.line > 0) types[kind.line - 1] = kind.type;
+  }
+  return types;
+}();
+static_assert(std::ranges::find(lines, FrameType::invalid) == lines.end(), "no line is left out");
+static_assert(std::ranges::count_if(frameKinds, [](const FrameKind& kind) { return kind.line > 0; }) ==
+                  std::ssize(lines),
+              "no line is two kinds'");
+
 }  // namespace
 
 std::string ID3TagToStringAdapter::adapt(const ID3Tag& id3Tag) const {
-  return "ID3Tag:\n- size: " + std::to_string(id3Tag.properties.size) +
-         "\n- version: " + std::string(caseName(id3Tag.properties.version)) + lines(id3Tag, beforeLists) +
-         "\n- attachedPicture:" + pictureList(id3Tag) +
-         "\n- unsynchronisedLyrics:" + localizedList(id3Tag, FrameName::unsynchronizedLyrics) +
-         "\n- comments:" + localizedList(id3Tag, FrameName::comment) + lines(id3Tag, behindLists);
+  std::string rendered = "ID3Tag:\n- size: " + std::to_string(id3Tag.properties.size) + "\n- version: ";
+  rendered += caseName(id3Tag.properties.version);
+  for (const FrameType type : lines) {
+    const FrameKind& kind = kindOf(type);
+    const Rendering& rendering = renderings[static_cast<std::size_t>(kind.content)];
+    rendered.append("\n- ").append(kind.label()).append(":").append(rendering.separator);
+    rendered += rendering.value(id3Tag, kind.name);
+  }
+  return rendered;
 }
 
 std::string ID3Tag::debugDescription() const {

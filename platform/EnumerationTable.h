@@ -2,10 +2,11 @@
 
 #include <array>
 #include <cstddef>
+#include <functional>
 #include <optional>
-#include <string_view>
 
-namespace ID3TagEditor {
+// Tables whose rows stand at the positions of an enumeration's cases, which count from 0.
+namespace platform {
 
 /// The case at a position, for an enumeration whose raw values count its `Count` cases from 0.
 template <class Enumeration, std::size_t Count>
@@ -22,4 +23,14 @@ constexpr std::array<Enumeration, Count> everyCase() {
   return cases;
 }
 
-}  // namespace ID3TagEditor
+/// Whether there is one row for each case up to `last`, in declaration order; `key` gives a row's case.
+template <class Rows, class Key, class Enumeration>
+constexpr bool hasARowForEachCase(const Rows& rows, Key key, Enumeration last) {
+  std::size_t position = 0;
+  for (const auto& row : rows) {
+    if (static_cast<std::size_t>(std::invoke(key, row)) != position++) return false;
+  }
+  return position == static_cast<std::size_t>(last) + 1;
+}
+
+}  // namespace platform

@@ -1,0 +1,156 @@
+#pragma once
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <string_view>
+
+#include "ID3TagEditor/model/FrameName.h"
+#include "ID3TagEditor/model/FrameType.h"
+#include "ID3TagEditor/model/ID3StringEncoding.h"
+#include "ID3TagEditor/model/ID3Version.h"
+
+// All that tells one kind of frame from another: what reads, writes, names and shows frames is made of these
+// rows. The builders and the content reader have an operation for each kind, which is held against its row.
+namespace ID3TagEditor {
+
+/// How a frame holds what it holds: which class of frame object stands for it, and so how it is read, written
+/// and shown.
+enum class FrameContent : std::uint8_t {
+  string,
+  integer,
+  partOfTotal,
+  genre,
+  dayMonth,
+  hourMinute,
+  dateTime,
+  picture,
+  localized,
+};
+inline constexpr FrameContent lastFrameContent = FrameContent::localized;
+
+struct FrameKind {
+  FrameType type;
+  FrameName::Kind name;
+  std::string_view rawValue;
+  FrameContent content;
+  /// In which it is written.
+  ID3StringEncoding encoding;
+  /// In v2.2, v2.3 and v2.4 (ID3v2.2.0 §4, ID3v2.3.0 §4, ID3v2.4.0 frames §4), empty where the version has
+  /// none.
+  std::array<std::string_view, 3> identifiers;
+  /// Its place among the lines of a tag's description, from 1 on.
+  std::size_t line;
+  /// What that line calls it, where that is not the raw value.
+  std::string_view otherLabel = {};
+
+  constexpr std::string_view identifierIn(ID3Version version) const { return identifiers[columnOf(version)]; }
+  constexpr std::string_view label() const { return otherLabel.empty() ? rawValue : otherLabel; }
+};
+
+/// In the order in which the frames of a tag are written.
+inline constexpr std::array frameKinds = [] {
+  using Type = FrameType;
+  using Name = FrameName;
+  using enum FrameContent;
+  constexpr auto Latin1 = ID3StringEncoding::ISO88591;
+  constexpr auto UTF16 = ID3StringEncoding::UTF16;
+  constexpr std::size_t notShown = 0;
+  // clang-format off
+  return std::to_array<FrameKind>({
+      {Type::album, Name::album, "album", string, UTF16, {"TAL", "TALB", "TALB"}, 17},
+      {Type::albumArtist, Name::albumArtist, "albumArtist", string, UTF16, {"TP2", "TPE2", "TPE2"}, 13},
+      {Type::artist, Name::artist, "artist", string, UTF16, {"TP1", "TPE1", "TPE1"}, 1},
+      {Type::title, Name::title, "title", string, UTF16, {"TT2", "TIT2", "TIT2"}, 14},
+      {Type::genre, Name::genre, "genre", genre, Latin1, {"TCO", "TCON", "TCON"}, 22},
+      {Type::trackPosition, Name::trackPosition, "trackPosition", partOfTotal, Latin1, {"TRK", "TRCK", "TRCK"}, 15},
+      {Type::attachedPicture, Name::pictureKind, "artwork", picture, Latin1, {"PIC", "APIC", "APIC"}, 23, "attachedPicture"},
+      {Type::composer, Name::composer, "composer", string, UTF16, {"TCM", "TCOM", "TCOM"}, 2},
+      {Type::conductor, Name::conductor, "conductor", string, UTF16, {"TP3", "TPE3", "TPE3"}, 3},
+      {Type::contentGrouping, Name::contentGrouping, "contentGrouping", string, UTF16, {"TT1", "TIT1", "TIT1"}, 4},
+      {Type::copyright, Name::copyright, "copyright", string, UTF16, {"TCR", "TCOP", "TCOP"}, 5},
+      {Type::encodedBy, Name::encodedBy, "encodedBy", string, UTF16, {"TEN", "TENC", "TENC"}, 6},
+      {Type::encoderSettings, Name::encoderSettings, "encoderSettings", string, UTF16, {"TSS", "TSSE", "TSSE"}, 7},
+      {Type::fileOwner, Name::fileOwner, "fileOwner", string, UTF16, {"", "TOWN", "TOWN"}, 8},
+      {Type::lyricist, Name::lyricist, "lyricist", string, UTF16, {"TXT", "TEXT", "TEXT"}, 9},
+      {Type::mixArtist, Name::mixArtist, "mixArtist", string, UTF16, {"TP4", "TPE4", "TPE4"}, 10},
+      {Type::publisher, Name::publisher, "publisher", string, UTF16, {"TPB", "TPUB", "TPUB"}, 11},
+      {Type::subtitle, Name::subtitle, "subtitle", string, UTF16, {"TT3", "TIT3", "TIT3"}, 12},
+      {Type::initialKey, Name::initialKey, "initialKey", string, UTF16, {"TKE", "TKEY", "TKEY"}, notShown},
+      {Type::beatsPerMinute, Name::beatsPerMinute, "beatsPerMinute", integer, Latin1, {"TBP", "TBPM", "TBPM"}, notShown},
+      {Type::discPosition, Name::discPosition, "discPosition", partOfTotal, Latin1, {"TPA", "TPOS", "TPOS"}, 16},
+      {Type::originalFilename, Name::originalFilename, "originalFilename", string, UTF16, {"TOF", "TOFN", "TOFN"}, notShown},
+      {Type::lengthInMilliseconds, Name::lengthInMilliseconds, "lengthInMilliseconds", integer, Latin1, {"TLE", "TLEN", "TLEN"}, notShown},
+      {Type::sizeInBytes, Name::sizeInBytes, "sizeInBytes", integer, Latin1, {"TSI", "TSIZ", ""}, notShown},
+      {Type::unsyncronisedLyrics, Name::lyricsKind, "unsyncronisedLyrics", localized, UTF16, {"ULT", "USLT", "USLT"}, 24, "unsynchronisedLyrics"},
+      {Type::comment, Name::commentKind, "comment", localized, UTF16, {"COM", "COMM", "COMM"}, 25, "comments"},
+      {Type::recordingYear, Name::recordingYear, "recordingYear", integer, Latin1, {"TYE", "TYER", ""}, 19},
+      {Type::recordingDayMonth, Name::recordingDayMonth, "recordingDayMonth", dayMonth, Latin1, {"TDA", "TDAT", ""}, 20},
+      {Type::recordingHourMinute, Name::recordingHourMinute, "recordingHourMinute", hourMinute, Latin1, {"TIM", "TIME", ""}, 21},
+      {Type::recordingDateTime, Name::recordingDateTime, "recodingDateTime", dateTime, Latin1, {"", "", "TDRC"}, 18, "recordingDateTime"},
+      {Type::iTunesGrouping, Name::iTunesGrouping, "iTunesGrouping", string, UTF16, {"", "GRP1", "GRP1"}, 26},
+      {Type::iTunesMovementName, Name::iTunesMovementName, "iTunesMovementName", string, UTF16, {"", "MVNM", "MVNM"}, 29},
+      {Type::iTunesMovementIndex, Name::iTunesMovementIndex, "iTunesMovementIndex", integer, Latin1, {"", "MVIN", "MVIN"}, 27},
+      {Type::iTunesMovementCount, Name::iTunesMovementCount, "iTunesMovementCount", integer, Latin1, {"", "MVCN", "MVCN"}, 28},
+      {Type::iTunesPodcastCategory, Name::iTunesPodcastCategory, "iTunesPodcastCategory", string, UTF16, {"", "TCAT", "TCAT"}, 30},
+      {Type::iTunesPodcastDescription, Name::iTunesPodcastDescription, "iTunesPodcastDescription", string, UTF16, {"", "TDES", "TDES"}, 31},
+      {Type::iTunesPodcastID, Name::iTunesPodcastID, "iTunesPodcastID", string, UTF16, {"", "TGID", "TGID"}, 32},
+      {Type::iTunesPodcastKeywords, Name::iTunesPodcastKeywords, "iTunesPodcastKeywords", string, UTF16, {"", "TKWD", "TKWD"}, 33},
+  });
+  // clang-format on
+}();
+
+namespace detail {
+
+constexpr std::size_t noRow = frameKinds.size();
+
+/// The row of each case that counts from 0, by the column that holds it; `noRow` where there is none.
+template <std::size_t count, class Case>
+constexpr std::array<std::size_t, count> rowsBy(Case FrameKind::*column) {
+  std::array<std::size_t, count> rows{};
+  rows.fill(noRow);
+  for (std::size_t row = 0; row < frameKinds.size(); ++row) {
+    rows.at(static_cast<std::size_t>(frameKinds[row].*column)) = row;
+  }
+  return rows;
+}
+
+inline constexpr auto rowsByType = rowsBy<static_cast<std::size_t>(FrameType::invalid)>(&FrameKind::type);
+inline constexpr auto rowsByName = rowsBy<FrameName::lastKind + 1>(&FrameKind::name);
+
+constexpr bool isOneToOne(const auto& rows) {
+  return rows.size() == frameKinds.size() && std::ranges::find(rows, noRow) == rows.end();
+}
+static_assert(isOneToOne(rowsByType), "each frame type but invalid has one row");
+static_assert(isOneToOne(rowsByName), "each kind of frame name has one row");
+
+constexpr bool areIdentifiersSound() {
+  for (const ID3Version version : allVersions) {
+    const std::size_t size = version == ID3Version::version2 ? 3 : 4;
+    for (const FrameKind& kind : frameKinds) {
+      const std::string_view identifier = kind.identifierIn(version);
+      if (identifier.empty()) continue;
+      const auto isSame = [&](const FrameKind& other) { return other.identifierIn(version) == identifier; };
+      if (identifier.size() != size || std::ranges::count_if(frameKinds, isSame) != 1) return false;
+    }
+  }
+  return true;
+}
+static_assert(areIdentifiersSound(), "an identifier has its version's size and stands for one kind");
+
+}  // namespace detail
+
+/// The type must not be `invalid`.
+constexpr const FrameKind& kindOf(FrameType type) {
+  return frameKinds[detail::rowsByType[static_cast<std::size_t>(type)]];
+}
+
+constexpr const FrameKind& kindOf(FrameName::Kind name) {
+  return frameKinds[detail::rowsByName[name]];
+}
+
+constexpr std::string_view rawValue(FrameType type) {
+  return type == FrameType::invalid ? "" : kindOf(type).rawValue;
+}
+
+}  // namespace ID3TagEditor
