@@ -94,6 +94,7 @@ class Printer {
 std::string_view Value::kind() const {
   static constexpr std::array<std::string_view, 6> kinds{"null",   "true or false", "a number",
                                                          "a text", "an object",     "an array"};
+  static_assert(kinds.size() == std::variant_size_v<decltype(value_)>);
   return kinds[value_.index()];
 }
 

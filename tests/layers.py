@@ -11,7 +11,7 @@ ALLOWED = {
     "ID3TagEditor": ["platform", "ID3TagEditor/model", "ID3TagEditor/parse", "ID3TagEditor/create"],
     "ID3v2": ["platform"],
     "QuillmarkKit/model": ["platform"],
-    "QuillmarkKit/store": ["platform", "QuillmarkKit/model", "ID3TagEditor", "ID3v2"],
+    "QuillmarkKit/store": ["platform", "QuillmarkKit/model", "ID3TagEditor", "ID3TagEditor/model", "ID3TagEditor/parse", "ID3v2"],
     "QuillmarkKit/transfer": ["platform", "QuillmarkKit/model", "QuillmarkKit/store"],
     "quillmark": ["platform", "QuillmarkKit/model", "QuillmarkKit/store", "QuillmarkKit/transfer"],
 }

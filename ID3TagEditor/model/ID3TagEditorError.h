@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <exception>
+#include <functional>
 
 namespace ID3TagEditor {
 
@@ -20,11 +21,13 @@ class ID3TagEditorError : public std::exception {
     /// Fewer bytes are there than the tag header announces, or than a header has.
     corruptedFile,
   };
+  static constexpr Case lastCase = corruptedFile;
 
   ID3TagEditorError(Case error) : case_(error) {}
   Case value() const { return case_; }
   const char* what() const noexcept override {
     static constexpr std::array names{"invalidFileFormat", "tagTooBig", "invalidTagData", "corruptedFile"};
+    static_assert(names.size() == lastCase + 1);
     return names[case_];
   }
   friend bool operator==(const ID3TagEditorError& a, const ID3TagEditorError& b) {
@@ -36,3 +39,10 @@ class ID3TagEditorError : public std::exception {
 };
 
 }  // namespace ID3TagEditor
+
+template <>
+struct std::hash<ID3TagEditor::ID3TagEditorError> {
+  std::size_t operator()(const ID3TagEditor::ID3TagEditorError& error) const noexcept {
+    return error.value();
+  }
+};

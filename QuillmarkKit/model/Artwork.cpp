@@ -2,6 +2,8 @@
 
 #include <array>
 
+#include "platform/EnumerationTable.h"
+
 namespace QuillmarkKit {
 
 namespace {
@@ -19,6 +21,7 @@ constexpr std::array formats = std::to_array<FormatRow>({
     {Artwork::Format::jpeg, "jpeg", "image/jpeg", "\xFF\xD8\xFF"sv},
     {Artwork::Format::png, "png", "image/png", "\x89PNG\r\n\x1A\n"sv},
 });
+static_assert(platform::hasARowForEachCase(formats, &FormatRow::format, Artwork::lastFormat));
 
 const FormatRow& rowOf(Artwork::Format format) {
   return formats[static_cast<std::size_t>(format)];

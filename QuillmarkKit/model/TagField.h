@@ -3,9 +3,12 @@
 #include <array>
 #include <cstdint>
 #include <initializer_list>
+#include <limits>
 #include <optional>
 #include <string>
 #include <string_view>
+
+#include "platform/EnumerationTable.h"
 
 namespace QuillmarkKit {
 
@@ -40,13 +43,9 @@ enum class TagField : std::uint8_t {
   artwork,
 };
 
-inline constexpr std::size_t tagFieldCount = 24;
+inline constexpr std::size_t tagFieldCount = static_cast<std::size_t>(TagField::artwork) + 1;
 
-inline constexpr std::array<TagField, tagFieldCount> allTagFields = [] {
-  std::array<TagField, tagFieldCount> fields{};
-  for (std::size_t i = 0; i < fields.size(); ++i) fields[i] = static_cast<TagField>(i);
-  return fields;
-}();
+inline constexpr auto allTagFields = platform::everyCase<TagField, tagFieldCount>();
 
 /// The case's name, as in JSON: "albumArtist".
 std::string_view rawValue(TagField field);
@@ -97,9 +96,11 @@ class TagFields {
   static const TagFields albumIdentity;
 
  private:
-  static constexpr std::uint32_t bitOf(TagField field) { return 1U << static_cast<unsigned>(field); }
+  using Bits = std::uint32_t;
+  static_assert(tagFieldCount <= std::numeric_limits<Bits>::digits);
+  static constexpr Bits bitOf(TagField field) { return Bits{1} << static_cast<unsigned>(field); }
 
-  std::uint32_t bits_ = 0;
+  Bits bits_ = 0;
 };
 
 inline constexpr TagFields TagFields::all = [] {

@@ -185,7 +185,7 @@ void rewrite(const std::filesystem::path& source, const std::filesystem::path& t
 }  // namespace
 
 bool isManaged(std::string_view id) {
-  return std::ranges::binary_search(managed, id);
+  return std::ranges::binary_search(managed(), id);
 }
 
 std::optional<ParsedTag> parse(const SharedBytes& data) {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <optional>
@@ -8,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "QuillmarkKit/store/ManagedFrames.h"
 #include "platform/Bytes.h"
 #include "platform/FileHandle.h"
 
@@ -40,11 +40,7 @@ struct ParsedTag {
   bool operator==(const ParsedTag&) const = default;
 };
 
-/// The identifiers of the frames that a tag set holds, in ascending order.
-inline constexpr std::array managed = std::to_array<std::string_view>({
-    "APIC", "COMM", "TALB", "TBPM", "TCOM", "TCON", "TCOP", "TENC", "TEXT", "TIT1", "TIT2",
-    "TIT3", "TKEY", "TOWN", "TPE1", "TPE2", "TPE3", "TPOS", "TPUB", "TRCK", "TYER", "USLT",
-});
+/// Whether a tag set holds frames of the identifier: whether it is one of `managed()`.
 bool isManaged(std::string_view id);
 
 /// The tag that the bytes start with, whole-tag unsynchronisation undone and an extended header skipped

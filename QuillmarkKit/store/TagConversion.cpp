@@ -3,6 +3,11 @@
 #include <algorithm>
 #include <array>
 
+#include "ID3TagEditor/model/FrameKinds.h"
+#include "ID3TagEditor/model/TagBuilders.h"
+#include "ID3TagEditor/parse/ID3TagContentReader.h"
+#include "QuillmarkKit/store/ManagedFrames.h"
+
 namespace QuillmarkKit {
 
 using namespace ID3TagEditor;
@@ -10,29 +15,8 @@ using namespace ID3TagEditor;
 namespace {
 
 using Reader = ID3TagContentReader;
-
-struct TextFieldRow {
-  TagSet::Text TagSet::*member;
-  std::optional<std::string> (Reader::*query)() const;
-  ID32v3TagBuilder& (ID32v3TagBuilder::*setter)(ID3FrameWithStringContent);
-};
-
-constexpr std::array textFields = std::to_array<TextFieldRow>({
-    {&TagSet::title, &Reader::title, &ID32v3TagBuilder::title},
-    {&TagSet::artist, &Reader::artist, &ID32v3TagBuilder::artist},
-    {&TagSet::album, &Reader::album, &ID32v3TagBuilder::album},
-    {&TagSet::albumArtist, &Reader::albumArtist, &ID32v3TagBuilder::albumArtist},
-    {&TagSet::composer, &Reader::composer, &ID32v3TagBuilder::composer},
-    {&TagSet::conductor, &Reader::conductor, &ID32v3TagBuilder::conductor},
-    {&TagSet::grouping, &Reader::contentGrouping, &ID32v3TagBuilder::contentGrouping},
-    {&TagSet::publisher, &Reader::publisher, &ID32v3TagBuilder::publisher},
-    {&TagSet::copyright, &Reader::copyright, &ID32v3TagBuilder::copyright},
-    {&TagSet::lyricist, &Reader::lyricist, &ID32v3TagBuilder::lyricist},
-    {&TagSet::subtitle, &Reader::subtitle, &ID32v3TagBuilder::subtitle},
-    {&TagSet::encodedBy, &Reader::encodedBy, &ID32v3TagBuilder::encodedBy},
-    {&TagSet::initialKey, &Reader::initialKey, &ID32v3TagBuilder::initialKey},
-    {&TagSet::fileOwner, &Reader::fileOwner, &ID32v3TagBuilder::fileOwner},
-});
+using Builder = ID32v3TagBuilder;
+using enum ID3FrameContentLanguage;
 
 /// The case's name as words: "classicRock" as "Classic Rock".
 std::string humanize(ID3Genre genre) {
@@ -51,10 +35,10 @@ TagSet::Text genreText(const std::optional<Genre>& genre) {
   return std::nullopt;
 }
 
-TagSet::Number year(const Reader& reader) {
-  if (const auto recordingYear = reader.recordingYear()) return recordingYear;
-  const auto moment = reader.recordingDateTime();
-  return moment ? moment->year : std::nullopt;
+void readYear(const Reader& reader, TagSet& tags) {
+  tags.year = reader.recordingYear();
+  if (tags.year) return;
+  if (const auto moment = reader.recordingDateTime()) tags.year = moment->year;
 }
 
 TagSet::Text firstContent(const std::vector<LocalizedContent>& contents) {
@@ -70,49 +54,145 @@ std::optional<Artwork> artworkAmong(const std::vector<AttachedPicture>& pictures
       .format = chosen.format == ID3PictureFormat::png ? Artwork::Format::png : Artwork::Format::jpeg};
 }
 
+void writeArtwork(const TagSet& tags, Builder& builder) {
+  if (!tags.artwork) return;
+  constexpr auto cover = ID3PictureType::frontCover;
+  const auto format =
+      tags.artwork->format == Artwork::Format::png ? ID3PictureFormat::png : ID3PictureFormat::jpeg;
+  builder.attachedPicture(cover, ID3FrameAttachedPicture(tags.artwork->data, cover, format));
+}
+
+/// Fields and the frame of an ID3v2.3 tag that they stand in.
+struct Conversion {
+  TagFields fields;
+  std::string_view identifier;
+  /// Into a tag set, or a builder, that has none of this yet.
+  void (*read)(const Reader& reader, TagSet& tags);
+  void (*write)(const TagSet& tags, Builder& builder);
+};
+
+template <auto member, auto query, auto setter>
+constexpr Conversion text(TagField field, std::string_view identifier) {
+  return {{field},
+          identifier,
+          [](const Reader& reader, TagSet& tags) { tags.*member = (reader.*query)(); },
+          [](const TagSet& tags, Builder& builder) {
+            if (tags.*member) (builder.*setter)(ID3FrameWithStringContent(*(tags.*member)));
+          }};
+}
+
+/// A total without its number has no place in a tag.
+template <auto number, auto total, auto query, auto setter>
+constexpr Conversion position(TagFields fields, std::string_view identifier) {
+  return {fields, identifier,
+          [](const Reader& reader, TagSet& tags) {
+            const auto found = (reader.*query)();
+            if (!found) return;
+            tags.*number = found->position;
+            tags.*total = found->total;
+          },
+          [](const TagSet& tags, Builder& builder) {
+            if (tags.*number) (builder.*setter)(ID3FramePartOfTotal(*(tags.*number), tags.*total));
+          }};
+}
+
+template <auto member, auto query, auto setter>
+constexpr Conversion localized(TagField field, std::string_view identifier) {
+  return {{field},
+          identifier,
+          [](const Reader& reader, TagSet& tags) { tags.*member = firstContent((reader.*query)()); },
+          [](const TagSet& tags, Builder& builder) {
+            if (tags.*member) (builder.*setter)(eng, ID3FrameWithLocalizedContent(eng, "", *(tags.*member)));
+          }};
+}
+
+constexpr std::array conversions = std::to_array<Conversion>({
+    text<&TagSet::title, &Reader::title, &Builder::title>(TagField::title, "TIT2"),
+    text<&TagSet::artist, &Reader::artist, &Builder::artist>(TagField::artist, "TPE1"),
+    text<&TagSet::album, &Reader::album, &Builder::album>(TagField::album, "TALB"),
+    text<&TagSet::albumArtist, &Reader::albumArtist, &Builder::albumArtist>(TagField::albumArtist, "TPE2"),
+    text<&TagSet::composer, &Reader::composer, &Builder::composer>(TagField::composer, "TCOM"),
+    text<&TagSet::conductor, &Reader::conductor, &Builder::conductor>(TagField::conductor, "TPE3"),
+    text<&TagSet::grouping, &Reader::contentGrouping, &Builder::contentGrouping>(TagField::grouping, "TIT1"),
+    text<&TagSet::publisher, &Reader::publisher, &Builder::publisher>(TagField::publisher, "TPUB"),
+    text<&TagSet::copyright, &Reader::copyright, &Builder::copyright>(TagField::copyright, "TCOP"),
+    text<&TagSet::lyricist, &Reader::lyricist, &Builder::lyricist>(TagField::lyricist, "TEXT"),
+    text<&TagSet::subtitle, &Reader::subtitle, &Builder::subtitle>(TagField::subtitle, "TIT3"),
+    text<&TagSet::encodedBy, &Reader::encodedBy, &Builder::encodedBy>(TagField::encodedBy, "TENC"),
+    text<&TagSet::initialKey, &Reader::initialKey, &Builder::initialKey>(TagField::initialKey, "TKEY"),
+    text<&TagSet::fileOwner, &Reader::fileOwner, &Builder::fileOwner>(TagField::fileOwner, "TOWN"),
+    {{TagField::genre},
+     "TCON",
+     [](const Reader& reader, TagSet& tags) { tags.genre = genreText(reader.genre()); },
+     [](const TagSet& tags, Builder& builder) {
+       if (tags.genre) builder.genre(ID3FrameGenre(std::nullopt, tags.genre));
+     }},
+    localized<&TagSet::comment, &Reader::comments, &Builder::comment>(TagField::comment, "COMM"),
+    localized<&TagSet::lyrics, &Reader::unsynchronizedLyrics, &Builder::unsynchronisedLyrics>(
+        TagField::lyrics, "USLT"),
+    {{TagField::year},
+     "TYER",
+     readYear,
+     [](const TagSet& tags, Builder& builder) {
+       if (tags.year) builder.recordingYear(ID3FrameWithIntegerContent(tags.year));
+     }},
+    {{TagField::bpm},
+     "TBPM",
+     [](const Reader& reader, TagSet& tags) { tags.bpm = reader.beatsPerMinute(); },
+     [](const TagSet& tags, Builder& builder) {
+       if (tags.bpm) builder.beatsPerMinute(ID3FrameWithIntegerContent(tags.bpm));
+     }},
+    position<&TagSet::trackNumber, &TagSet::trackTotal, &Reader::trackPosition, &Builder::trackPosition>(
+        {TagField::trackNumber, TagField::trackTotal}, "TRCK"),
+    position<&TagSet::discNumber, &TagSet::discTotal, &Reader::discPosition, &Builder::discPosition>(
+        {TagField::discNumber, TagField::discTotal}, "TPOS"),
+    {{TagField::artwork},
+     "APIC",
+     [](const Reader& reader, TagSet& tags) { tags.artwork = artworkAmong(reader.attachedPictures()); },
+     writeArtwork},
+});
+
+static_assert(std::ranges::all_of(allTagFields,
+                                  [](TagField field) {
+                                    return std::ranges::count_if(conversions, [&](const Conversion& row) {
+                                             return row.fields.contains(field);
+                                           }) == 1;
+                                  }),
+              "each field stands in one frame");
+static_assert(std::ranges::all_of(conversions,
+                                  [](const Conversion& row) {
+                                    return std::ranges::any_of(frameKinds, [&](const FrameKind& kind) {
+                                      return kind.identifierIn(Builder::version) == row.identifier;
+                                    });
+                                  }),
+              "each of these frames is one that the engine writes");
+
+constexpr auto managedIdentifiers = [] {
+  std::array<std::string_view, conversions.size()> identifiers{};
+  std::ranges::transform(conversions, identifiers.begin(), &Conversion::identifier);
+  std::ranges::sort(identifiers);
+  return identifiers;
+}();
+static_assert(std::ranges::adjacent_find(managedIdentifiers) == managedIdentifiers.end(),
+              "each frame stands in one row");
+
 }  // namespace
+
+std::span<const std::string_view> ID3Frames::managed() {
+  return managedIdentifiers;
+}
 
 TagSet tagSetFrom(const ID3Tag& tag) {
   const Reader reader(tag);
   TagSet tags;
-  for (const TextFieldRow& row : textFields) tags.*row.member = (reader.*row.query)();
-  tags.bpm = reader.beatsPerMinute();
-  tags.year = year(reader);
-  tags.genre = genreText(reader.genre());
-  if (const auto track = reader.trackPosition()) {
-    tags.trackNumber = track->position;
-    tags.trackTotal = track->total;
-  }
-  if (const auto disc = reader.discPosition()) {
-    tags.discNumber = disc->position;
-    tags.discTotal = disc->total;
-  }
-  tags.comment = firstContent(reader.comments());
-  tags.lyrics = firstContent(reader.unsynchronizedLyrics());
-  tags.artwork = artworkAmong(reader.attachedPictures());
+  for (const Conversion& row : conversions) row.read(reader, tags);
   tags.normalize();
   return tags;
 }
 
 ID3Tag makeTag(const TagSet& from) {
-  using enum ID3FrameContentLanguage;
-  ID32v3TagBuilder builder;
-  for (const TextFieldRow& row : textFields) {
-    if (from.*row.member) (builder.*row.setter)(ID3FrameWithStringContent(*(from.*row.member)));
-  }
-  if (from.year) builder.recordingYear(ID3FrameWithIntegerContent(from.year));
-  if (from.bpm) builder.beatsPerMinute(ID3FrameWithIntegerContent(from.bpm));
-  if (from.genre) builder.genre(ID3FrameGenre(std::nullopt, from.genre));
-  if (from.trackNumber) builder.trackPosition(ID3FramePartOfTotal(*from.trackNumber, from.trackTotal));
-  if (from.discNumber) builder.discPosition(ID3FramePartOfTotal(*from.discNumber, from.discTotal));
-  if (from.comment) builder.comment(eng, ID3FrameWithLocalizedContent(eng, "", *from.comment));
-  if (from.lyrics) builder.unsynchronisedLyrics(eng, ID3FrameWithLocalizedContent(eng, "", *from.lyrics));
-  if (from.artwork) {
-    const auto format =
-        from.artwork->format == Artwork::Format::png ? ID3PictureFormat::png : ID3PictureFormat::jpeg;
-    builder.attachedPicture(ID3PictureType::frontCover,
-                            ID3FrameAttachedPicture(from.artwork->data, ID3PictureType::frontCover, format));
-  }
+  Builder builder;
+  for (const Conversion& row : conversions) row.write(from, builder);
   return builder.build();
 }
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "ID3TagEditor/ID3TagEditor.h"
+#include "ID3TagEditor/model/ID3Tag.h"
 #include "QuillmarkKit/model/TagSet.h"
 
 namespace QuillmarkKit {

@@ -5,6 +5,7 @@
 #include <system_error>
 
 #include "QuillmarkKit/store/ID3FrameError.h"
+#include "platform/EnumerationTable.h"
 #include "platform/FileError.h"
 
 namespace QuillmarkKit {
@@ -12,20 +13,25 @@ namespace QuillmarkKit {
 namespace {
 
 std::string_view failure(ID3TagEditor::ID3TagEditorError::Case value, const std::filesystem::path& url) {
-  // In the order of the cases.
-  static constexpr std::array<std::string_view, 4> failures{
-      " is not named .mp3, so its tag cannot be edited.",
-      tagTooBigDescription,
-      ": nothing would be left in its tag.",
-      ": its ID3 tag says it is longer than the file.",
+  using enum ID3TagEditor::ID3TagEditorError::Case;
+  struct Failure {
+    ID3TagEditor::ID3TagEditorError::Case value;
+    std::string_view text;
   };
+  static constexpr std::array failures = std::to_array<Failure>({
+      {invalidFileFormat, " is not named .mp3, so its tag cannot be edited."},
+      {tagTooBig, tagTooBigDescription},
+      {invalidTagData, ": nothing would be left in its tag."},
+      {corruptedFile, ": its ID3 tag says it is longer than the file."},
+  });
+  static_assert(
+      platform::hasARowForEachCase(failures, &Failure::value, ID3TagEditor::ID3TagEditorError::lastCase));
   constexpr std::uintmax_t tagHeaderSize = 10;
   std::error_code ignored;
-  if (value == ID3TagEditor::ID3TagEditorError::corruptedFile &&
-      std::filesystem::file_size(url, ignored) < tagHeaderSize) {
+  if (value == corruptedFile && std::filesystem::file_size(url, ignored) < tagHeaderSize) {
     return " is too short to be an MP3 file.";
   }
-  return failures[value];
+  return failures[value].text;
 }
 
 }  // namespace

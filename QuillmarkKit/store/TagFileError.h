@@ -3,7 +3,7 @@
 #include <filesystem>
 #include <string>
 
-#include "ID3TagEditor/ID3TagEditor.h"
+#include "ID3TagEditor/model/ID3TagEditorError.h"
 
 namespace QuillmarkKit {
 
