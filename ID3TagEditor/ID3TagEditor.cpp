@@ -3,6 +3,7 @@
 #include "ID3TagEditor/create/ID3TagCreator.h"
 #include "ID3TagEditor/create/Mp3FileWriter.h"
 #include "ID3TagEditor/create/Mp3WithID3TagBuilder.h"
+#include "ID3TagEditor/model/Mp3Extension.h"
 #include "ID3TagEditor/parse/ID3TagParser.h"
 #include "ID3TagEditor/parse/Mp3FileReader.h"
 
@@ -31,14 +32,27 @@ std::optional<ID3Tag> ID3TagEditor::read(const platform::SharedBytes& mp3) const
   return collaborators_->id3TagParser.parse(mp3);
 }
 
+std::optional<ID3Tag> ID3TagEditor::read(platform::FileHandle& from) const {
+  std::optional<platform::Bytes> tag = collaborators_->mp3FileReader.readID3TagFrom(from);
+  if (!tag) return std::nullopt;
+  return collaborators_->id3TagParser.parse(std::move(*tag));
+}
+
+std::optional<std::uint64_t> ID3TagEditor::tagLength(platform::FileHandle& of) const {
+  return collaborators_->mp3FileReader.tagLength(of);
+}
+
 void ID3TagEditor::write(ID3Tag& tag, const std::filesystem::path& to,
-                         const std::optional<std::filesystem::path>& andSaveTo,
-                         const TagRevision& revise) const {
-  OpenMp3File current = collaborators_->mp3FileReader.open(to);
-  platform::Bytes newTag = collaborators_->id3TagCreator.create(tag);
-  if (revise) newTag = revise(std::move(newTag));
-  collaborators_->mp3FileWriter.write(newTag, current.handle, current.tagLength.value_or(0),
-                                      andSaveTo.value_or(to));
+                         const std::optional<std::filesystem::path>& andSaveTo) const {
+  requireMp3Extension(to);
+  platform::FileHandle current = platform::FileHandle::forReading(to);
+  const std::uint64_t audioStart = tagLength(current).value_or(0);
+  const platform::Bytes newTag = tagData(tag);
+  collaborators_->mp3FileWriter.write(newTag, current, audioStart, andSaveTo);
+}
+
+platform::Bytes ID3TagEditor::tagData(ID3Tag& tag) const {
+  return collaborators_->id3TagCreator.create(tag);
 }
 
 platform::Bytes ID3TagEditor::write(ID3Tag& tag, const platform::SharedBytes& mp3) const {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <filesystem>
-#include <functional>
 #include <memory>
 #include <optional>
 
@@ -11,6 +10,7 @@
 #include "ID3TagEditor/model/TagBuilders.h"
 #include "ID3TagEditor/parse/ID3TagContentReader.h"
 #include "platform/Bytes.h"
+#include "platform/FileHandle.h"
 
 namespace ID3TagEditor {
 
@@ -27,20 +27,26 @@ class ID3TagEditor {
   /// The tag that the bytes start with; nothing when there is none. Throws `corruptedFile` when the bytes are
   /// fewer than the tag's header tells. Pictures keep the bytes alive.
   std::optional<ID3Tag> read(const platform::SharedBytes& mp3) const;
-
-  /// Takes the finished bytes of a tag and gives those to write in their place.
-  using TagRevision = std::function<platform::Bytes(platform::Bytes tag)>;
+  /// As for a path, of a file that is open.
+  std::optional<ID3Tag> read(platform::FileHandle& from) const;
+  /// The bytes that the open file's tag takes; nothing when it starts with none. Throws as `read` does.
+  std::optional<std::uint64_t> tagLength(platform::FileHandle& of) const;
 
   /// Writes the audio of the file `to` behind the new tag, into the file `andSaveTo` or, when that is absent,
   /// in the place of `to`, which is then either as it was or complete. The audio does not pass through
-  /// memory. The tag's size property becomes the new tag's. `revise` may replace the tag's bytes after
-  /// that, before they are written. Throws ID3TagEditorError (any of them) before a file is touched, and
-  /// platform::FileError.
+  /// memory. The tag's size property becomes the new tag's. Throws ID3TagEditorError (any of them) before a
+  /// file is touched, platform::FileConflict and platform::FileError.
   void write(ID3Tag& tag, const std::filesystem::path& to,
-             const std::optional<std::filesystem::path>& andSaveTo = std::nullopt,
-             const TagRevision& revise = nullptr) const;
+             const std::optional<std::filesystem::path>& andSaveTo = std::nullopt) const;
+  void write(ID3Tag&& tag, const std::filesystem::path& to,
+             const std::optional<std::filesystem::path>& andSaveTo = std::nullopt) const {
+    write(tag, to, andSaveTo);
+  }
   /// The bytes of an MP3 file with the new tag in the place of their own. Throws ID3TagEditorError.
   platform::Bytes write(ID3Tag& tag, const platform::SharedBytes& mp3) const;
+  platform::Bytes write(ID3Tag&& tag, const platform::SharedBytes& mp3) const { return write(tag, mp3); }
+  /// The bytes of the tag alone, header and padding included. Throws `invalidTagData` and `tagTooBig`.
+  platform::Bytes tagData(ID3Tag& tag) const;
 
  private:
   struct Collaborators;

@@ -1,11 +1,11 @@
 #include <benchmark/benchmark.h>
 
 #include <filesystem>
+#include <fstream>
 #include <string>
 
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
 #include "QuillmarkKit/transfer/TagApplier.h"
-#include "platform/FileHandle.h"
 
 namespace {
 
@@ -16,10 +16,8 @@ class TaggedFile {
  public:
   TaggedFile(const TagSet& tags, std::int64_t audioSize)
       : path_(std::filesystem::temp_directory_path() / "quillmark-benchmark.mp3") {
-    platform::Bytes audio(static_cast<std::size_t>(audioSize), 0x55);
-    audio[0] = 0xFF;
-    audio[1] = 0xFB;
-    platform::FileHandle::forWriting(path_).write(audio);
+    std::ofstream(path_, std::ios::binary)
+        << "\xFF\xFB" << std::string(static_cast<std::size_t>(audioSize), 'U');
     ID3TagEditorStore(true).write(tags, path_);
   }
   ~TaggedFile() { std::filesystem::remove(path_); }

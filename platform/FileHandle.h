@@ -4,65 +4,68 @@
 
 #include <cstdint>
 #include <filesystem>
+#include <optional>
 #include <span>
 #include <string_view>
 
 #include "platform/Bytes.h"
+#include "platform/Descriptor.h"
 
 namespace platform {
 
 /// An open file that owns its descriptor. Every operation throws FileError; an interrupted call is retried.
+/// Its attributes are taken before the first byte is read, so that they tell later whether what was read is
+/// still what the file holds.
 class FileHandle {
  public:
   /// Opens a regular file for reading. A folder, a pipe or a device is refused, and never waited for.
   static FileHandle forReading(const std::filesystem::path& file);
-  /// Creates a regular file, or empties an existing one, for writing.
-  static FileHandle forWriting(const std::filesystem::path& file);
-
-  /// Takes over a descriptor, -1 as one that could not be opened. Errors name `file`.
+  /// Takes over a descriptor, -1 as one that could not be opened, for the reason in errno. Errors name
+  /// `file`.
   FileHandle(std::filesystem::path file, int descriptor);
-  /// Opens a file that the program has written, to finish it: to set its attributes and to synchronise it.
-  static FileHandle forFinishing(const std::filesystem::path& file);
-
-  FileHandle(FileHandle&& other) noexcept;
-  ~FileHandle();
 
   /// The file's attributes when it was opened.
   const struct stat& attributes() const { return attributes_; }
   /// The length in bytes when it was opened.
   std::uint64_t size() const { return static_cast<std::uint64_t>(attributes_.st_size); }
-  int descriptor() const { return descriptor_; }
+  int descriptor() const { return descriptor_.get(); }
   const std::filesystem::path& path() const { return path_; }
 
-  /// Up to `count` bytes from the current position on; fewer mean that the file ended.
+  /// The file's first bytes, `startSize` of them where it has as many: enough to tell what kind of file it
+  /// is. They are read once.
+  ByteView start();
+  static constexpr std::size_t startSize = 12;
+
+  /// Up to `count` bytes from the reading position on; fewer mean that the file ended.
   Bytes read(std::size_t count);
   /// The same, put behind the bytes that are there. Gives how many came.
   std::size_t readOnto(Bytes& bytes, std::size_t count);
-  /// The same, when the file must have as many: FileError when it ends before.
+  /// The same, when the file had as many when it was opened: FileConflict when it ends before.
   void readExactlyOnto(Bytes& bytes, std::size_t count);
-  void seek(std::uint64_t offset);
-  /// Writes all bytes at the current position.
+  /// Sets the reading position.
+  void seek(std::uint64_t offset) { position_ = offset; }
+  /// Writes all bytes behind what was written.
   void write(ByteView bytes);
-  /// Writes all of `source` from `offset` to its end at the current position, inside the kernel where the
-  /// file systems can do that. A source that has become shorter since it was opened is an error.
+  /// Writes what `source` had from `offset` to its end when it was opened, inside the kernel where the file
+  /// systems can do that. FileConflict when the source has become shorter.
   void copy(FileHandle& source, std::uint64_t offset);
-  /// Waits until what was written has reached the disk.
+  /// Waits until the file's data and attributes have reached the disk.
   void synchronise();
   /// Closes the file and reports what only closing shows; without it the destructor closes silently.
   void close();
 
  private:
   FileHandle(std::filesystem::path path, std::string_view failure, int descriptor);
-  static FileHandle open(const std::filesystem::path& file, int flags, std::string_view failure);
   void loadAttributes();
-  [[noreturn]] void failForEndingEarly() const;
   std::size_t readInto(std::span<std::uint8_t> buffer);
-  std::uint64_t copyInsideKernel(const FileHandle& source) const;
+  void copyInsideKernel(FileHandle& source) const;
 
   std::filesystem::path path_;
   std::string_view failure_;
-  int descriptor_ = -1;
+  Descriptor descriptor_;
   struct stat attributes_ {};
+  std::uint64_t position_ = 0;
+  std::optional<Bytes> start_;
 };
 
 }  // namespace platform

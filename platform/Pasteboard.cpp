@@ -11,6 +11,7 @@
 #include <ctime>
 #include <utility>
 
+#include "platform/Descriptor.h"
 #include "platform/FileError.h"
 #include "platform/FileHandle.h"
 #include "platform/Paths.h"
@@ -32,25 +33,6 @@ constexpr const char* lockName = "lock";
 constexpr std::string_view signature = "quillmark pasteboard 1\n";
 // More than the document of any tag takes, whose texts and picture share 256 MiB.
 constexpr std::uint64_t greatestSize = std::uint64_t{1} << 31;
-
-/// A descriptor that is closed with this object; -1 when there is none.
-class Descriptor {
- public:
-  explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
-  Descriptor(Descriptor&& other) noexcept : descriptor_(std::exchange(other.descriptor_, -1)) {}
-  Descriptor& operator=(Descriptor&& other) noexcept {
-    std::swap(descriptor_, other.descriptor_);
-    return *this;
-  }
-  ~Descriptor() {
-    if (descriptor_ != -1) ::close(descriptor_);
-  }
-  int get() const { return descriptor_; }
-  explicit operator bool() const { return descriptor_ != -1; }
-
- private:
-  int descriptor_;
-};
 
 bool isOwn(const struct stat& attributes) {
   return attributes.st_uid == ::geteuid();

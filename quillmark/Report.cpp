@@ -30,6 +30,15 @@ void Report::add(const TagApplier::Result& result, std::string_view given) {
   console_.flush();
 }
 
+void Report::synchronise(const TagApplier& applier) {
+  try {
+    applier.synchronise();
+  } catch (const std::exception& error) {
+    ++failed_;
+    console_.printError(error.what());
+  }
+}
+
 int Report::finish() {
   console_.write((options_.dryRun ? "\nwould change " : "\nchanged ") + std::to_string(changed_) +
                  ", unchanged " + std::to_string(unchanged_) + ", failed " + std::to_string(failed_) + "\n");

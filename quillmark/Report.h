@@ -16,6 +16,8 @@ class Report {
 
   /// `given` is the file's name as it was given.
   void add(const QuillmarkKit::TagApplier::Result& result, std::string_view given);
+  /// Waits until what was written is safe. Where it is not, that is a failure.
+  void synchronise(const QuillmarkKit::TagApplier& applier);
   /// Writes the summary and gives the exit status: 2 when a file failed, else 0.
   int finish();
 

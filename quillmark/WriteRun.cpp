@@ -17,6 +17,7 @@ int writeInto(const WriteRun& run, Console& console) {
     progress.next(file);
     report.add(applier.applyToOne(run.tags, file, run.selection, run.options.dryRun), run.files.name(i));
   }
+  report.synchronise(applier);
   return report.finish();
 }
 

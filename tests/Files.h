@@ -56,13 +56,18 @@ struct FileState {
     inode = attributes.st_ino;
     changedSeconds = attributes.st_ctim.tv_sec;
     changedNanoseconds = attributes.st_ctim.tv_nsec;
+    modified = attributes.st_mtim;
     if (S_ISREG(attributes.st_mode)) contents = contentsOf(file);
   }
-  bool operator==(const FileState&) const = default;
+  bool operator==(const FileState& other) const {
+    return inode == other.inode && changedSeconds == other.changedSeconds &&
+           changedNanoseconds == other.changedNanoseconds && contents == other.contents;
+  }
 
   ino_t inode = 0;
   time_t changedSeconds = 0;
   long changedNanoseconds = 0;
+  timespec modified{};
   std::string contents;
 };
 

@@ -21,26 +21,24 @@ from proof import SOURCE, Album, check, run
 CUT = "cut short"
 FULL = "EIO ENOSPC EDQUOT"
 ERRORS = {
-    "openat": "EACCES EIO EMFILE EINTR", "newfstatat": "EACCES EIO", "readlink": "EACCES EIO",
-    "read": ["EIO", "EINTR", CUT], "write": FULL + " EINTR", "lseek": "EIO",
+    "openat": "EACCES EIO EMFILE EINTR", "newfstatat": "EACCES EIO", "pread64": ["EIO", "EINTR", CUT],
+    "flock": "ENOLCK EINTR", "faccessat2": "EACCES EROFS", "write": FULL + " EINTR",
     "copy_file_range": [*FULL.split(), "EINTR", "EXDEV", CUT],
-    "mkdir": FULL + " EACCES EEXIST", "close": FULL + " EINTR", "utimensat": "EACCES EIO",
+    "mkdirat": FULL + " EACCES EEXIST", "close": FULL + " EINTR", "utimensat": "EACCES EIO",
     "fchown": FULL + " EPERM", "fchmod": "EIO EPERM", "fremovexattr": "EIO EOPNOTSUPP ENODATA",
-    "listxattr": "EACCES EIO ERANGE", "getxattr": "EACCES EIO ERANGE", "fsetxattr": FULL + " EACCES",
-    "fdatasync": FULL + " EINTR", "rename": FULL + " EACCES",
-    "unlink": "EACCES EIO", "unlinkat": "EACCES EIO", "rmdir": "EACCES EIO", "getdents64": "EACCES EIO",
+    "flistxattr": "EACCES EIO ERANGE", "fgetxattr": "EACCES EIO ERANGE", "fsetxattr": FULL + " EACCES",
+    "fsync": FULL + " EINTR", "renameat": FULL + " EACCES",
+    "unlinkat": "EACCES EIO", "getdents64": "EACCES EIO",
 }
 ERRORS = {call: errors.split() if isinstance(errors, str) else errors for call, errors in ERRORS.items()}
 
 # An error of these leaves the new file not safely on the disk, and must never end in "updated".
-UNSAFE = re.compile(r'(fdatasync|rename)\(|(write|close)\(\d+<[^>]*/\.quillmark-\w+/')
-# The date is kept as far as the system lets it be read and set; an owner only a privileged user can give away; and
-# the system's own attributes can be out of reach.
+UNSAFE = re.compile(r'(fsync|renameat)\(|(write|close)\(\d+<[^>]*/\.quillmark-\w+/')
+# The date is kept as far as the system lets it be set; an owner only a privileged user can give away, and entries of
+# the access-control list stand in for it.
 MAY_DIFFER = (
     (re.compile(r'utimensat\('), "EACCES EIO", "date"),
-    (re.compile(r'newfstatat\(AT_FDCWD'), "EACCES EIO", "date"),
-    (re.compile(r'fchown\('), "EPERM", "owner"),
-    (re.compile(r'f?[gs]etxattr\(.*"system.posix_acl'), "EACCES", "system.posix_acl_access"),
+    (re.compile(r'fchown\('), "EPERM", "owner mode system.posix_acl_access"),
 )
 
 # Ways through the code that only open behind a first fault: what is injected beside, the status that gives by itself,
@@ -48,8 +46,8 @@ MAY_DIFFER = (
 Way = collections.namedtuple("Way", "name beside status first last")
 WAYS = (
     Way("", [], 0, r'^openat\(.*\.mp3"', r'^write\(1<.*"\\nchanged'),
-    Way("without a range copy, ", ["copy_file_range:error=EXDEV"], 0, r"^lseek", r"^utimensat"),
-    Way("after a failed rename, ", ["rename:error=EIO:when=1"], 2, r"^rename", r"^rmdir"),
+    Way("without a range copy, ", ["copy_file_range:error=EXDEV"], 0, r"^copy_file_range", r"^utimensat"),
+    Way("after a failed rename, ", ["renameat:error=EIO:when=1"], 2, r"^renameat", r"^unlinkat.*AT_REMOVEDIR"),
 )
 Fault = collections.namedtuple("Fault", "way call when error line is_source is_tidying")
 
@@ -88,7 +86,7 @@ def faults_of(way, program, album, log):
 
     first = position(way.first)
     last = position(way.last, first)
-    target, second_file, renamed = position(album.rich), position(album.names[1]), position("^rename")
+    target, second_file, renamed = position(album.rich), position(album.names[1]), position("^renameat")
     for n, line in enumerate(calls):
         call = line.split("(")[0]
         seen[call] += 1
@@ -117,7 +115,8 @@ def judge(fault, album, result):
     elif status == 2:
         lines = "".join(f"updated   {name}\n" for name in album.names[1:])
         check(what, (contents, output), (["old", "new", "new"], album.report(lines, 2, 1)))
-        reasons = (reason if not fault.way.status else os.strerror(errno.EIO), "could not be read")
+        reasons = (reason if not fault.way.status else os.strerror(errno.EIO), "could not be read",
+                   "it is write-protected" if fault.call == "faccessat2" else reason)
         check(f"{what}: {errors!r} names the file and the reason",
               bool(told and told[1] and told[2].startswith(album.rich)) and
               (fault.error == CUT or told[2].removesuffix(".").endswith(reasons)), True)
@@ -126,7 +125,7 @@ def judge(fault, album, result):
     if fault.error == "EINTR":
         check(f"{what}: status", status, fault.way.status)
     differing = [key for line, errors, key in MAY_DIFFER if line.match(fault.line) and fault.error in errors.split()]
-    album.check_attributes(what, differing[0] if differing else None)
+    album.check_attributes(what, differing[0].split() if differing else ())
     if fault.is_tidying:  # whose error leaves the hidden folder, which must be in nobody's way
         album.learn_again(what)
     else:

@@ -34,7 +34,7 @@ def check_files(what, album, result, reason):
     lines = "".join(f"updated   {name}\n" for name in done)
     check(f"{what}: report", output, album.report(lines, len(done), len(failed)))
     check(f"{what}: errors", errors, "".join(
-        f"quillmark: failed    {name}: {name} could not be written: {os.strerror(reason)}.\n" for name in failed))
+        f"quillmark: failed    {name}: {name} could not be written: {reason}.\n" for name in failed))
     check(f"{what}: status", status, 2 if failed else 0)
     album.check_attributes(what)
     album.check_folder(what)
@@ -48,7 +48,7 @@ def check_file_size_limit(program, album):
         result = run(program, album.words, album.folder,
                      preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
         fits = ["new" if len(album.new[name]) <= limit else "old" for name in album.names]
-        check(f"file size limit {limit}", check_files(f"file size limit {limit}", album, result, errno.EFBIG), fits)
+        check(f"file size limit {limit}", check_files(f"file size limit {limit}", album, result, os.strerror(errno.EFBIG)), fits)
 
 
 def check_mounts(program, album):
@@ -62,7 +62,7 @@ def check_mounts(program, album):
         try:
             album.reset()
             result = run(program, album.words, album.folder)
-            seen.append(check_files(f"disk of {pages} pages", album, result, errno.ENOSPC))
+            seen.append(check_files(f"disk of {pages} pages", album, result, os.strerror(errno.ENOSPC)))
         except OSError as error:  # too small for the files themselves
             check(f"disk of {pages} pages", error.errno, errno.ENOSPC)
         subprocess.run(["umount", album.folder.parent], check=True)
@@ -74,28 +74,30 @@ def check_mounts(program, album):
     mount_point = album.folder.parent
     subprocess.run(["mount", "-o", "remount,ro", mount_point], check=True)
     result = run(program, album.words, album.folder)
-    check("read-only", check_files("read-only", album, result, errno.EROFS), ["old"] * 3)
+    check("read-only", check_files("read-only", album, result, os.strerror(errno.EROFS)), ["old"] * 3)
     subprocess.run(["umount", mount_point], check=True)
 
 
 def check_rights(program, album):
     """A user without rights over the folder or a file changes nothing there."""
-    def attempt(what, reason):
+    def attempt(what, reason, mode):
+        for name in album.names:
+            os.chmod(album.folder / name, mode)
+        album.attributes = {name: attributes(album.folder / name) for name in album.names}
         result = run(AS_NOBODY[0], [*AS_NOBODY[1:], program, *album.words], album.folder)
         check(what, check_files(what, album, result, reason), ["old"] * 3)
 
     album.reset()
+    os.removexattr(album.folder / album.rich, "system.posix_acl_access")
     os.chmod(album.folder, 0o555)
-    for name in album.names:
-        os.chmod(album.folder / name, 0o644)
-    album.attributes = {name: attributes(album.folder / name) for name in album.names}
-    attempt("a folder without write permission", errno.EACCES)
-    os.chmod(album.folder, 0o755)
+    attempt("a folder without write permission", os.strerror(errno.EACCES), 0o666)
+    os.chmod(album.folder, 0o777)
+    attempt("write-protected files", "it is write-protected", 0o444)
     if os.geteuid() != 0:
         print("skipped: files of other users, which only root can make")
         return
     os.chmod(album.folder, 0o1777)
-    attempt("files of another user in a sticky folder", errno.EPERM)
+    attempt("files of another user in a sticky folder", os.strerror(errno.EPERM), 0o666)
 
 
 def check_names(program, folder, album):

@@ -144,12 +144,12 @@ class Album:
             return known.get(data, f"neither, {len(data)} bytes")
         return [kind(name) for name in self.names]
 
-    def check_attributes(self, what, may_differ=None):
-        """All three files have the attributes they had; the rich one may differ in the one that may_differ names."""
+    def check_attributes(self, what, may_differ=()):
+        """All three files have the attributes they had; the rich one may differ in those that may_differ names."""
         for name in self.names:
             expected, actual = self.attributes[name], attributes(self.folder / name)
             if name == self.rich and may_differ:
-                expected = {**actual, **{key: value for key, value in expected.items() if key != may_differ}}
+                expected = {**actual, **{key: value for key, value in expected.items() if key not in may_differ}}
             check(f"{what}: attributes of {name}", actual, expected)
 
     def check_folder(self, what):

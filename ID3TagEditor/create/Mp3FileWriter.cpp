@@ -2,6 +2,7 @@
 
 #include "ID3TagEditor/model/Mp3Extension.h"
 #include "platform/FileManager.h"
+#include "platform/FileReplacement.h"
 
 namespace ID3TagEditor {
 
@@ -13,21 +14,18 @@ void Mp3FileWriter::eventuallyCreateIntermediatesDirectoriesFor(const std::files
 }
 
 void Mp3FileWriter::write(platform::ByteView newId3TagData, FileHandle& source, std::uint64_t audioStart,
-                          const std::filesystem::path& toPath) const {
-  requireMp3Extension(toPath);
-  const auto writeTagAndAudio = [&](FileHandle& target) {
-    target.write(newId3TagData);
-    target.copy(source, audioStart);
-  };
-  // The same file under another name must not be emptied before its audio is copied.
-  if (FileManager::isSameFile(source.path(), toPath)) {
-    FileManager::writeAtomically(toPath, writeTagAndAudio);
-    return;
+                          const std::optional<std::filesystem::path>& toPath) const {
+  std::optional<platform::FileReplacement> replacement;
+  if (toPath) {
+    requireMp3Extension(*toPath);
+    eventuallyCreateIntermediatesDirectoriesFor(*toPath);
+    replacement.emplace(*toPath);
+  } else {
+    replacement.emplace(source);
   }
-  eventuallyCreateIntermediatesDirectoriesFor(toPath);
-  FileHandle target = FileHandle::forWriting(toPath);
-  writeTagAndAudio(target);
-  target.close();
+  replacement->file().write(newId3TagData);
+  replacement->file().copy(source, audioStart);
+  replacement->commit();
 }
 
 }  // namespace ID3TagEditor

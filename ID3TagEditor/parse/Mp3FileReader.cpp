@@ -8,37 +8,39 @@ namespace ID3TagEditor {
 using platform::Bytes;
 using platform::FileHandle;
 
-void Mp3FileReader::read(std::uint64_t bytesCount, FileHandle& file, Bytes& bytes) {
-  // A size field alone must not allocate: what the file does not have is not asked for.
-  if (bytesCount > file.size() || file.readOnto(bytes, bytesCount) != bytesCount) {
-    throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
-  }
-}
-
-std::optional<std::uint64_t> Mp3FileReader::tagLengthIn(const Bytes& header) const {
-  if (!tagPresence_->isTagPresentIn(header, tagVersionParser_->parse(header))) return std::nullopt;
-  return std::uint64_t{tagSizeParser_->parse(header)} + ID3TagConfiguration::headerSize();
-}
-
 std::optional<Bytes> Mp3FileReader::readID3TagFrom(const std::filesystem::path& path) const {
   requireMp3Extension(path);
   FileHandle file = FileHandle::forReading(path);
-  Bytes tag;
-  read(ID3TagConfiguration::headerSize(), file, tag);
-  const std::optional<std::uint64_t> length = tagLengthIn(tag);
-  if (!length) return std::nullopt;
-  read(*length - tag.size(), file, tag);
-  return tag;
+  return readID3TagFrom(file);
 }
 
-OpenMp3File Mp3FileReader::open(const std::filesystem::path& path) const {
-  requireMp3Extension(path);
-  FileHandle file = FileHandle::forReading(path);
-  Bytes header;
-  read(ID3TagConfiguration::headerSize(), file, header);
-  const std::optional<std::uint64_t> length = tagLengthIn(header);
-  if (length && *length > file.size()) throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
-  return {std::move(file), length};
+std::optional<std::uint64_t> Mp3FileReader::tagLength(FileHandle& file) const {
+  requireMp3Extension(file.path());
+  const platform::ByteView start = file.start();
+  if (start.size() < ID3TagConfiguration::headerSize()) {
+    throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
+  }
+  const platform::ByteView header = start.first(ID3TagConfiguration::headerSize());
+  if (!tagPresence_->isTagPresentIn(header, tagVersionParser_->parse(header))) return std::nullopt;
+  const std::uint64_t length =
+      std::uint64_t{tagSizeParser_->parse(header)} + ID3TagConfiguration::headerSize();
+  if (length > file.size()) throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
+  return length;
+}
+
+std::optional<Bytes> Mp3FileReader::readID3TagFrom(FileHandle& file) const {
+  const std::optional<std::uint64_t> length = tagLength(file);
+  if (!length) return std::nullopt;
+  // A size field alone must not allocate, but what the file has may be asked for.
+  Bytes tag;
+  tag.reserve(*length);
+  const std::size_t headerSize = ID3TagConfiguration::headerSize();
+  platform::append(tag, file.start().first(headerSize));
+  file.seek(headerSize);
+  if (file.readOnto(tag, *length - headerSize) != *length - headerSize) {
+    throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
+  }
+  return tag;
 }
 
 Mp3FileReader Mp3FileReaderFactory::make() {

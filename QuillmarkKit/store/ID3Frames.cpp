@@ -6,7 +6,7 @@
 #include "QuillmarkKit/store/ID3FrameError.h"
 #include "platform/FileError.h"
 #include "platform/FileHandle.h"
-#include "platform/FileManager.h"
+#include "platform/FileReplacement.h"
 
 namespace QuillmarkKit {
 
@@ -14,7 +14,6 @@ using platform::Bytes;
 using platform::ByteView;
 using platform::FileHandle;
 using platform::SharedBytes;
-namespace FileManager = platform::FileManager;
 
 namespace ID3Frames {
 
@@ -127,14 +126,15 @@ std::optional<TagBody> parseBody(const SharedBytes& data) {
   return body;
 }
 
-/// The bytes of the file's tag, or nothing when it has none; leaves the file open at an unspecified position.
+/// The bytes of the file's tag, or nothing when it has none; leaves the reading position unspecified.
 std::optional<SharedBytes> tagBytes(FileHandle& file) {
-  if (file.size() < tagHeaderSize) return std::nullopt;
-  Bytes bytes;
-  file.readExactlyOnto(bytes, tagHeaderSize);
-  const auto header = parseHeader(bytes);
+  const auto header = parseHeader(file.start());
   // A size field alone must not allocate: what the file does not have is not asked for.
   if (!header || header->tagLength > file.size()) return std::nullopt;
+  Bytes bytes;
+  bytes.reserve(header->tagLength);
+  platform::append(bytes, file.start().first(tagHeaderSize));
+  file.seek(tagHeaderSize);
   file.readExactlyOnto(bytes, header->tagLength - tagHeaderSize);
   return SharedBytes(std::move(bytes));
 }
@@ -164,22 +164,12 @@ Bytes tagStart(std::uint64_t bodySize, const std::filesystem::path& file) {
   return tag;
 }
 
-/// The new tag and the audio behind the old one, put together in the place of `to`.
-void writeTagWithAudio(const Bytes& tag, FileHandle& source, std::uint64_t audioOffset,
-                       const std::filesystem::path& to) {
-  FileManager::writeAtomically(to, [&](FileHandle& target) {
-    target.write(tag);
-    target.copy(source, audioOffset);
-  });
-}
-
-/// Puts what `makeTag` makes of the source's tag, if it has one, in front of its audio.
-template <class MakeTag>
-void rewrite(const std::filesystem::path& source, const std::filesystem::path& to, MakeTag makeTag) {
-  FileHandle file = FileHandle::forReading(source);
-  const auto tag = tagBytes(file);
-  const auto body = tag ? parseBody(*tag) : std::nullopt;
-  writeTagWithAudio(makeTag(tag), file, body ? body->header.tagLength : 0, to);
+/// Puts the new tag and the audio behind the old one together.
+void assemble(platform::FileReplacement& replacement, const Bytes& tag, FileHandle& source,
+              std::uint64_t audioStart) {
+  replacement.file().write(tag);
+  replacement.file().copy(source, audioStart);
+  replacement.commit();
 }
 
 }  // namespace
@@ -217,6 +207,7 @@ FrameData unmanagedFrameData(FileHandle& file) {
   FrameData unmanaged;
   const auto body = bodyOfTagIn(file);
   if (!body) return unmanaged;
+  unmanaged.audioStart = body->header.tagLength;
   body->forEachFrame([&](const FrameView& frame) {
     if (!isManaged(frame.id)) appendFrame(unmanaged.bytes, frame.id, frame.flags, frame.payload);
   });
@@ -249,28 +240,31 @@ Bytes appending(const FrameData& frames, const SharedBytes& tag, const std::file
   return extended;
 }
 
+Bytes tagData(const FrameData& frames, const std::filesystem::path& file) {
+  Bytes tag = tagStart(frames.bytes.size(), file);
+  platform::append(tag, frames.bytes);
+  return tag;
+}
+
 void append(const std::vector<ID3Frame>& frames, const std::filesystem::path& toFileAt) {
   if (frames.empty()) return;
-  Bytes data = tagData(frames, 0, toFileAt);
-  data.erase(data.begin(), data.begin() + tagHeaderSize);
-  rewrite(toFileAt, toFileAt, [&](const std::optional<SharedBytes>& tag) {
-    if (!tag) throw ID3FrameError(ID3FrameError::Case::unreadableTag, toFileAt);
-    return appending({std::move(data)}, *tag, toFileAt);
-  });
+  FrameData data{.bytes = tagData(frames, 0, toFileAt)};
+  data.bytes.erase(data.bytes.begin(), data.bytes.begin() + tagHeaderSize);
+  FileHandle file = FileHandle::forReading(toFileAt);
+  const auto tag = tagBytes(file);
+  if (!tag) throw ID3FrameError(ID3FrameError::Case::unreadableTag, toFileAt);
+  const Bytes extended = appending(data, *tag, toFileAt);
+  platform::FileReplacement replacement(file);
+  assemble(replacement, extended, file, tag->size());
 }
 
 void write(const std::vector<ID3Frame>& frames, const std::filesystem::path& withAudioFrom,
            const std::filesystem::path& to) {
-  rewrite(withAudioFrom, to, [&](const auto&) { return tagData(frames, 0, to); });
-}
-
-void write(const FrameData& frames, const std::filesystem::path& withAudioFrom,
-           const std::filesystem::path& to) {
-  rewrite(withAudioFrom, to, [&](const auto&) {
-    Bytes tag = tagStart(frames.bytes.size(), to);
-    platform::append(tag, frames.bytes);
-    return tag;
-  });
+  FileHandle source = FileHandle::forReading(withAudioFrom);
+  const auto body = bodyOfTagIn(source);
+  const Bytes tag = tagData(frames, 0, to);
+  platform::FileReplacement replacement(to);
+  assemble(replacement, tag, source, body ? body->header.tagLength : 0);
 }
 
 }  // namespace ID3Frames

@@ -59,11 +59,12 @@ platform::Bytes tagData(const std::vector<ID3Frame>& frames, std::int64_t paddin
                         const std::filesystem::path& file);
 
 /// Adds the frames behind those in the file's tag and drops its padding; without frames the file is not
-/// touched. Throws ID3FrameError and platform::FileError; then the file is as it was.
+/// touched. Throws ID3FrameError, platform::FileError and
+/// platform::FileConflict; then the file is as it was.
 void append(const std::vector<ID3Frame>& frames, const std::filesystem::path& toFileAt);
 
-/// Writes a file that holds a tag with only these frames and the audio of another. Throws ID3FrameError and
-/// platform::FileError; then `to` is as it was.
+/// Writes a file that holds a tag with only these frames and the audio of another. Throws ID3FrameError,
+/// platform::FileError and platform::FileConflict; then `to` is as it was.
 void write(const std::vector<ID3Frame>& frames, const std::filesystem::path& withAudioFrom,
            const std::filesystem::path& to);
 
@@ -71,10 +72,13 @@ void write(const std::vector<ID3Frame>& frames, const std::filesystem::path& wit
 /// than the tag that it comes from, however small and many its frames are.
 struct FrameData {
   platform::Bytes bytes;
+  /// The bytes that their tag takes at the start of the file.
+  std::uint64_t audioStart = 0;
 };
 
-/// What `unmanagedFrames` gives, from an open file's start. Throws platform::FileError: who is about to
-/// replace the file must not take a failed read for a tag without such frames.
+/// What `unmanagedFrames` gives, from an open file's start. Throws platform::FileError and
+/// platform::FileConflict: who is about to replace the file must not take a failed read for a tag without
+/// such frames.
 FrameData unmanagedFrameData(platform::FileHandle& file);
 
 /// The tag's frames followed by `frames`, without padding, as a whole ID3v2.3 tag. Throws ID3FrameError,
@@ -82,9 +86,8 @@ FrameData unmanagedFrameData(platform::FileHandle& file);
 platform::Bytes appending(const FrameData& frames, const platform::SharedBytes& tag,
                           const std::filesystem::path& file);
 
-/// As for a list of frames.
-void write(const FrameData& frames, const std::filesystem::path& withAudioFrom,
-           const std::filesystem::path& to);
+/// A whole ID3v2.3 tag with the frames and no padding. Throws ID3FrameError, which names `file`.
+platform::Bytes tagData(const FrameData& frames, const std::filesystem::path& file);
 
 }  // namespace ID3Frames
 

@@ -5,12 +5,8 @@
 #include "QuillmarkKit/store/MP3Check.h"
 #include "QuillmarkKit/store/TagConversion.h"
 #include "QuillmarkKit/store/TagFileError.h"
-#include "platform/FileHandle.h"
-#include "platform/FileManager.h"
 
 namespace QuillmarkKit {
-
-namespace FileManager = platform::FileManager;
 
 namespace {
 
@@ -27,41 +23,27 @@ auto naming(const std::filesystem::path& url, Operation operation) {
 }  // namespace
 
 ID3TagEditorStore::ID3TagEditorStore(bool preservesDate)
-    : editor_(std::make_unique<const ID3TagEditor::ID3TagEditor>()),
-      preservesModificationDate(preservesDate) {
+    : MP3TagStore(preservesDate), editor_(std::make_unique<const ID3TagEditor::ID3TagEditor>()) {
 }
 
 ID3TagEditorStore::~ID3TagEditorStore() = default;
 
-TagSet ID3TagEditorStore::read(const std::filesystem::path& from) const {
-  verifyMP3(from);
-  const auto tag = naming(from, [&] { return editor_->read(from); });
+TagSet ID3TagEditorStore::tagsIn(platform::FileHandle& file) const {
+  const auto tag = naming(file.path(), [&] { return editor_->read(file); });
   return tag ? tagSetFrom(*tag) : TagSet();
 }
 
-void ID3TagEditorStore::write(const TagSet& tags, const std::filesystem::path& to) const {
-  verifyMP3(to);
-  const auto modificationDate = FileManager::modificationDate(to);
-  const platform::ItemReplacementDirectory temporary(to);
-  platform::FileHandle file = platform::FileHandle::forReading(to);
+MP3TagStore::NewTag ID3TagEditorStore::newTag(const TagSet& tags, platform::FileHandle& file) const {
+  const std::filesystem::path& url = file.path();
   const ID3Frames::FrameData unmanaged = ID3Frames::unmanagedFrameData(file);
-  const std::filesystem::path assembled = temporary.path() / to.filename();
   if (tags.isEmpty() && !unmanaged.bytes.empty()) {
-    ID3Frames::write(unmanaged, to, assembled);
-  } else {
-    ID3TagEditor::ID3TagEditor::TagRevision revision;
-    // The frames join the tag before it is written, so that the audio has to be copied only once.
-    if (!unmanaged.bytes.empty()) {
-      revision = [&](platform::Bytes tag) { return ID3Frames::appending(unmanaged, std::move(tag), to); };
-    }
-    ID3TagEditor::ID3Tag tag = makeTag(tags);
-    naming(to, [&] { editor_->write(tag, to, assembled, revision); });
+    return {.bytes = ID3Frames::tagData(unmanaged, url), .audioStart = unmanaged.audioStart};
   }
-  // Dated before it takes the target's place, the file has its old date from the first moment on.
-  if (preservesModificationDate && modificationDate) {
-    FileManager::setModificationDate(assembled, *modificationDate);
-  }
-  FileManager::replaceItem(to, assembled);
+  const std::uint64_t audioStart = naming(url, [&] { return editor_->tagLength(file); }).value_or(0);
+  ID3TagEditor::ID3Tag tag = makeTag(tags);
+  platform::Bytes bytes = naming(url, [&] { return editor_->tagData(tag); });
+  if (unmanaged.bytes.empty()) return {.bytes = std::move(bytes), .audioStart = audioStart};
+  return {.bytes = ID3Frames::appending(unmanaged, std::move(bytes), url), .audioStart = audioStart};
 }
 
 }  // namespace QuillmarkKit

@@ -5,7 +5,6 @@
 
 #include "QuillmarkKit/store/TagStoreError.h"
 #include "platform/FileError.h"
-#include "platform/FileHandle.h"
 
 namespace QuillmarkKit {
 
@@ -13,7 +12,6 @@ using platform::FileHandle;
 
 namespace {
 
-constexpr std::size_t signatureSize = 12;
 constexpr std::size_t leastSize = 3;
 
 FileHandle openForReading(const std::filesystem::path& url) {
@@ -33,10 +31,16 @@ bool hasAt(platform::ByteView data, std::size_t offset, std::string_view text) {
 
 }  // namespace
 
-void verifyMP3(const std::filesystem::path& at) {
-  const platform::Bytes start = openForReading(at).read(signatureSize);
+FileHandle openMP3(const std::filesystem::path& at) {
+  FileHandle file = openForReading(at);
+  const platform::ByteView start = file.start();
   if (start.size() < leastSize) throw TagStoreError::unsupportedFileType(at, std::nullopt);
   if (!looksLikeMP3(start)) throw TagStoreError::unsupportedFileType(at, describeFormat(start));
+  return file;
+}
+
+void verifyMP3(const std::filesystem::path& at) {
+  openMP3(at);
 }
 
 bool looksLikeMP3(platform::ByteView data) {

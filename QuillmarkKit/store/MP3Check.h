@@ -5,11 +5,14 @@
 #include <string>
 
 #include "platform/Bytes.h"
+#include "platform/FileHandle.h"
 
 namespace QuillmarkKit {
 
-/// Throws TagStoreError unless the file can be opened and its first bytes are those of an MP3, and
-/// platform::FileError when they cannot be read.
+/// Opens the file for everything that is done with it. Throws TagStoreError unless it can be opened and its
+/// first bytes are those of an MP3, and platform::FileError when they cannot be read.
+platform::FileHandle openMP3(const std::filesystem::path& at);
+/// Throws as `openMP3` does.
 void verifyMP3(const std::filesystem::path& at);
 
 /// Whether the bytes start with an ID3v2 tag or with the eleven set bits of an MPEG audio frame.

@@ -2,21 +2,32 @@
 
 #include <algorithm>
 
+#include "platform/FileConflict.h"
+
 namespace QuillmarkKit {
+
+TagApplier::Outcome TagApplier::attempt(const TagSet& source, const std::filesystem::path& file,
+                                        TagFields fields, bool dryRun) const {
+  TagSet current = store_.read(file);
+  TagSet wanted = current.merging(source, fields).normalized();
+  if (wanted == current) return Unchanged{};
+  auto before = tellsBefore_ ? std::optional(current) : std::nullopt;
+  if (dryRun) return WouldUpdate{std::move(wanted), std::move(before)};
+  store_.replace(std::move(current), wanted, file);
+  return Updated{std::move(wanted), std::move(before)};
+}
 
 TagApplier::Outcome TagApplier::outcomeFor(const TagSet& source, const std::filesystem::path& file,
                                            TagFields fields, bool dryRun) const {
-  TagSet wanted;
-  std::optional<TagSet> before;
-  {
-    TagSet current = store_.read(file);
-    wanted = current.merging(source, fields).normalized();
-    if (wanted == current) return Unchanged{};
-    if (tellsBefore_) before = std::move(current);
+  constexpr int mostAttempts = 3;
+  for (int number = 1;; ++number) {
+    try {
+      return attempt(source, file, fields, dryRun);
+    } catch (const platform::FileConflict& conflict) {
+      // What another program has made of the file is merged with afresh, so that neither change is lost.
+      if (conflict.value() != platform::FileConflict::Case::changed || number == mostAttempts) throw;
+    }
   }
-  if (dryRun) return WouldUpdate{std::move(wanted), std::move(before)};
-  store_.write(wanted, file);
-  return Updated{std::move(wanted), std::move(before)};
 }
 
 TagApplier::Result TagApplier::applyToOne(const TagSet& source, const std::filesystem::path& to,

@@ -58,6 +58,8 @@ class TagApplier {
   /// touched.
   std::vector<Result> copy(const std::filesystem::path& from, const std::vector<std::filesystem::path>& to,
                            TagFields fields, bool dryRun) const;
+  /// The store's own.
+  void synchronise() const { store_.synchronise(); }
   /// The store's read.
   TagSet read(const std::filesystem::path& from) const { return store_.read(from); }
 
@@ -67,6 +69,8 @@ class TagApplier {
       const std::vector<Result>& results);
 
  private:
+  Outcome attempt(const TagSet& source, const std::filesystem::path& file, TagFields fields,
+                  bool dryRun) const;
   Outcome outcomeFor(const TagSet& source, const std::filesystem::path& file, TagFields fields,
                      bool dryRun) const;
 

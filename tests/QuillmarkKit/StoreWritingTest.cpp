@@ -1,19 +1,19 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/xattr.h>
 
+#include <array>
 #include <csignal>
 
 #include "QuillmarkKit/store/ID3Frames.h"
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
-#include "platform/FileManager.h"
 #include "tests/Files.h"
 #include "tests/Samples.h"
 
 namespace tests {
 
 using namespace QuillmarkKit;
-namespace FileManager = platform::FileManager;
 namespace filesystem = std::filesystem;
 
 namespace {
@@ -109,16 +109,17 @@ TEST(StoreWritingTest, KeepsWhatBelongsToTheFile) {
   constexpr filesystem::perms mode{02640};
   filesystem::permissions(file, mode);
   constexpr timespec date{.tv_sec = 981173106, .tv_nsec = 123456789};
-  FileManager::setModificationDate(file, date);
+  const std::array<timespec, 2> times{date, date};
+  ASSERT_EQ(::utimensat(AT_FDCWD, file.c_str(), times.data(), 0), 0);
   const bool hasAttributes = ::setxattr(file.c_str(), "user.mood", "calm", 4, 0) == 0;
 
   store.write(titleOnly("New"), file);
   EXPECT_EQ(filesystem::status(file).permissions(), mode);
-  const timespec kept = FileManager::modificationDate(file).value();
+  const timespec kept = FileState(file).modified;
   EXPECT_EQ(kept.tv_sec, date.tv_sec);
   EXPECT_EQ(kept.tv_nsec, date.tv_nsec);
   ID3TagEditorStore(false).write(titleOnly("Newer"), file);
-  EXPECT_GT(FileManager::modificationDate(file).value().tv_sec, date.tv_sec);
+  EXPECT_GT(FileState(file).modified.tv_sec, date.tv_sec);
 
   if (!hasAttributes) GTEST_SKIP() << "The file system has no extended attributes.";
   char mood[5] = "";

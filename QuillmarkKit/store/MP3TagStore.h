@@ -1,0 +1,57 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+
+#include "QuillmarkKit/store/TagStore.h"
+#include "platform/Bytes.h"
+#include "platform/FileError.h"
+#include "platform/FileHandle.h"
+#include "platform/ReplacementFolder.h"
+
+namespace QuillmarkKit {
+
+/// The one road between MP3 files and the disk; how a tag and a tag set become each other is left to the
+/// stores that derive from it. A file is opened once to be read, and once to be written. Errors name the
+/// file: TagStoreError (not an MP3), platform::FileConflict, platform::FileError and those of the deriving
+/// store.
+class MP3TagStore : public TagStore {
+ public:
+  /// `preservesDate`: whether a write gives the file its earlier modification date back.
+  explicit MP3TagStore(bool preservesDate) : preservesModificationDate(preservesDate) {}
+
+  /// The tags, normalised; an MP3 without a tag gives an empty tag set. Nothing of the audio is read.
+  TagSet read(const std::filesystem::path& from) const final;
+  /// Replaces the file's tag in one step; until then, and after any failure, the file is as it was. The file
+  /// may be written to by others at the same time: it fails when they were first.
+  void write(const TagSet& tags, const std::filesystem::path& to) const final;
+  void replace(TagSet current, const TagSet& tags, const std::filesystem::path& in) const final;
+  /// Waits until the folder of the last file has reached the disk; throws the first failure to wait for that
+  /// or for another one.
+  void synchronise() const final;
+
+  bool preservesModificationDate;
+
+ protected:
+  /// A whole tag, and how much of the file it takes the place of.
+  struct NewTag {
+    platform::Bytes bytes;
+    std::uint64_t audioStart;
+  };
+  /// What the open file holds.
+  virtual TagSet tagsIn(platform::FileHandle& file) const = 0;
+  /// The tag that makes `tags` the file's tags; nothing is written.
+  virtual NewTag newTag(const TagSet& tags, platform::FileHandle& file) const = 0;
+
+ private:
+  void rewrite(const std::filesystem::path& url, std::optional<TagSet> current, const TagSet& tags) const;
+  void goOnIn(const std::shared_ptr<platform::ReplacementFolder>& folder) const;
+  void synchroniseLastFolder() const;
+
+  // Files in a row of one folder share it, open, and wait for it together.
+  mutable std::shared_ptr<platform::ReplacementFolder> lastFolder_;
+  mutable std::optional<platform::FileError> failedFolder_;
+};
+
+}  // namespace QuillmarkKit

@@ -1,0 +1,13 @@
+#include "platform/FileConflict.h"
+
+#include "platform/FileError.h"
+
+namespace platform {
+
+FileConflict::FileConflict(Case value, const std::filesystem::path& file)
+    : case_(value), description_(lastPathComponent(file)) {
+  description_ += value == Case::changed ? " was changed by another program meanwhile."
+                                         : " was moved or deleted meanwhile.";
+}
+
+}  // namespace platform

@@ -1,0 +1,115 @@
+#include "platform/FileReplacement.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <utility>
+
+#include "platform/FileConflict.h"
+#include "platform/FileError.h"
+#include "platform/FileRights.h"
+
+namespace platform {
+
+namespace {
+
+/// A user who may write to the folder could replace any file in it; who may not write to the file should not.
+void requireWritable(const FileHandle& original) {
+  if (::faccessat(original.descriptor(), "", W_OK, AT_EACCESS | AT_EMPTY_PATH) == 0) return;
+  if (errno == EACCES) throw FileError(original.path(), FileError::notWritten, "it is write-protected");
+  throw FileError(original.path(), FileError::notWritten, errno);
+}
+
+bool isEqual(const timespec& a, const timespec& b) {
+  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
+}
+
+bool hasSameContents(const struct stat& a, const struct stat& b) {
+  return a.st_size == b.st_size && isEqual(a.st_mtim, b.st_mtim);
+}
+
+std::optional<FileHandle> openIfThere(const std::filesystem::path& path) {
+  try {
+    return FileHandle::forReading(path);
+  } catch (const FileError& error) {
+    if (error.code() != ENOENT) throw;
+    return std::nullopt;
+  }
+}
+
+/// The mode that a new file gets when nobody says more about it.
+mode_t usualMode() {
+  // The system tells the mask only in exchange for another.
+  const mode_t mask = ::umask(0077);
+  ::umask(mask);
+  return 0666 & ~mask;
+}
+
+}  // namespace
+
+FileReplacement::FileReplacement(const FileHandle& original, std::shared_ptr<ReplacementFolder> last)
+    : original_(&original), path_(original.path()) {
+  requireWritable(original);
+  entry_ = entryOf(original, std::move(last));
+  prepare();
+}
+
+FileReplacement::FileReplacement(const std::filesystem::path& path)
+    : ownOriginal_(openIfThere(path)), path_(path) {
+  if (ownOriginal_) {
+    original_ = &*ownOriginal_;
+    requireWritable(*original_);
+    entry_ = entryOf(*original_, nullptr);
+  } else {
+    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
+    entry_ = {.folder = std::make_shared<ReplacementFolder>(folder, path), .name = path.filename().native()};
+  }
+  prepare();
+}
+
+void FileReplacement::prepare() {
+  temporary_.emplace(*entry_.folder, path_);
+  file_.emplace(temporary_->create());
+}
+
+void FileReplacement::keepModificationDate() {
+  const std::array<timespec, 2> times{
+      {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, original_->attributes().st_mtim}};
+  ::futimens(file_->descriptor(), times.data());
+}
+
+/// The original's name must still lead to it, and nobody may have written to it or changed its attributes.
+void FileReplacement::requireUnchanged() const {
+  struct stat found {};
+  if (!entry_.folder->find(entry_.name, found)) {
+    if (errno != ENOENT) throw FileError(path_, FileError::notWritten, errno);
+    throw FileConflict(FileConflict::Case::movedOrDeleted, path_);
+  }
+  const struct stat& opened = original_->attributes();
+  if (!isSameFile(found, opened) || !hasSameContents(found, opened) ||
+      !isEqual(found.st_ctim, opened.st_ctim)) {
+    throw FileConflict(FileConflict::Case::changed, path_);
+  }
+}
+
+void FileReplacement::takePlace() {
+  if (original_ != nullptr) requireUnchanged();
+  temporary_->moveUp(entry_.name, original_ == nullptr);
+  entry_.folder->noteRename();
+}
+
+void FileReplacement::commit() {
+  if (original_ != nullptr) {
+    keepRights(*original_, *file_);
+  } else if (::fchmod(file_->descriptor(), usualMode()) == -1) {
+    throw FileError(path_, FileError::notWritten, errno);
+  }
+  file_->synchronise();
+  file_->close();
+  takePlace();
+}
+
+}  // namespace platform

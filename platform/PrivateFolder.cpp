@@ -1,0 +1,118 @@
+#include "platform/PrivateFolder.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <string_view>
+#include <utility>
+
+#include "platform/FileError.h"
+
+namespace platform {
+
+namespace {
+
+constexpr const char* fileName = "new";
+constexpr mode_t forOthers = 0077;
+
+/// A name that nothing has yet, most likely; only making it settles that. It does not grow with the file's: a
+/// file whose name is as long as names can be has room beside it.
+std::string hiddenName() {
+  constexpr std::string_view characters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+  std::string name = ".quillmark-";
+  auto chance = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
+  // The stack lies elsewhere in every process.
+  chance += reinterpret_cast<std::uintptr_t>(&chance);
+  for (int i = 0; i < 6; ++i) {
+    chance = chance * 6364136223846793005U + 1442695040888963407U;
+    name += characters[(chance >> 33) % characters.size()];
+  }
+  return name;
+}
+
+}  // namespace
+
+PrivateFolder::PrivateFolder(const ReplacementFolder& parent, std::filesystem::path file)
+    : parent_(parent), file_(std::move(file)) {
+  constexpr int mostAttempts = 100;
+  for (int attempt = 1;; ++attempt) {
+    name_ = hiddenName();
+    if (::mkdirat(parent_.descriptor(), name_.c_str(), 0700) == 0) break;
+    if (errno != EEXIST || attempt == mostAttempts) fail();
+  }
+  constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
+  descriptor_ = Descriptor(retrying([&] { return ::openat(parent_.descriptor(), name_.c_str(), flags); }));
+  if (!descriptor_ || ::fstat(descriptor_.get(), &attributes_) == -1) {
+    const int failure = errno;
+    // Only an empty folder goes this way, whoever has made it.
+    ::unlinkat(parent_.descriptor(), name_.c_str(), AT_REMOVEDIR);
+    errno = failure;
+    fail();
+  }
+}
+
+PrivateFolder::~PrivateFolder() {
+  if (hasFile_) ::unlinkat(descriptor_.get(), fileName, 0);
+  struct stat found {};
+  if (parent_.find(name_, found) && isSameFile(found, attributes_)) {
+    ::unlinkat(parent_.descriptor(), name_.c_str(), AT_REMOVEDIR);
+  }
+}
+
+void PrivateFolder::fail() const {
+  throw FileError(file_, FileError::notWritten, errno);
+}
+
+void PrivateFolder::failForAnother() const {
+  throw FileError(file_, FileError::notWritten,
+                  "somebody has put another folder in the place of the hidden one for its new version");
+}
+
+void PrivateFolder::requireEmpty() const {
+  alignas(struct dirent64) std::array<char, 1024> buffer;
+  for (;;) {
+    const ssize_t length = ::getdents64(descriptor_.get(), buffer.data(), buffer.size());
+    if (length == -1) fail();
+    if (length == 0) return;
+    for (std::size_t at = 0; at < static_cast<std::size_t>(length);) {
+      const auto* entry = reinterpret_cast<const struct dirent64*>(buffer.data() + at);
+      const std::string_view name = entry->d_name;
+      if (name != "." && name != "..") failForAnother();
+      at += entry->d_reclen;
+    }
+  }
+}
+
+FileHandle PrivateFolder::create() {
+  requireEmpty();
+  constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
+  const int descriptor = retrying([&] { return ::openat(descriptor_.get(), fileName, flags, 0600); });
+  hasFile_ = descriptor != -1;
+  FileHandle file(file_, descriptor);
+  const struct stat& made = file.attributes();
+  const bool isOwnersAlike = made.st_uid == attributes_.st_uid && made.st_gid == attributes_.st_gid;
+  // Where files have no modes of their own, the file shows others' bits as well.
+  const bool isClosedAlike = (attributes_.st_mode & forOthers) == 0 || (made.st_mode & forOthers) != 0;
+  if (!isOwnersAlike || !isClosedAlike) failForAnother();
+  return file;
+}
+
+void PrivateFolder::moveUp(const std::string& name, bool asNew) {
+  const auto moved = [&](unsigned int flags) {
+    return ::renameat2(descriptor_.get(), fileName, parent_.descriptor(), name.c_str(), flags) == 0;
+  };
+  // Not every file system can refuse by itself what has come to be there meanwhile.
+  const bool isDone = moved(asNew ? RENAME_NOREPLACE : 0) || (asNew && errno == EINVAL && moved(0));
+  if (!isDone) fail();
+  hasFile_ = false;
+}
+
+}  // namespace platform

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <memory>
+#include <string>
+
+#include "platform/Descriptor.h"
+#include "platform/FileHandle.h"
+
+namespace platform {
+
+/// The folder that really holds a file, open, so that it stays the same one whatever happens to its path.
+/// What was renamed in it reaches the disk when `synchronise` is called, or with this object.
+class ReplacementFolder {
+ public:
+  /// `path` is only used once, here. Throws FileError, which names `file`.
+  ReplacementFolder(const std::filesystem::path& path, std::filesystem::path file);
+  ~ReplacementFolder();
+  ReplacementFolder(const ReplacementFolder&) = delete;
+  ReplacementFolder& operator=(const ReplacementFolder&) = delete;
+
+  int descriptor() const { return descriptor_.get(); }
+  /// The attributes of what has that name here, no link followed; false, for the reason in errno, where there
+  /// is nothing.
+  bool find(const std::string& name, struct stat& attributes) const;
+  /// Notes that a name in here leads to another file now.
+  void noteRename() { isSynchronised_ = false; }
+  /// Waits until the renames have reached the disk. A folder that may not be read cannot be waited for, which
+  /// is no error. Throws FileError.
+  void synchronise();
+
+ private:
+  Descriptor descriptor_;
+  bool isReadable_ = true;
+  bool isSynchronised_ = true;
+  std::filesystem::path file_;
+};
+
+/// A name in a folder.
+struct FolderEntry {
+  std::shared_ptr<ReplacementFolder> folder;
+  std::string name;
+};
+
+/// Where the open file really is: the folder and its name there, no link in between. `last` is a folder that
+/// is open already, or null; files in a row of one folder share it. Throws FileConflict when the file's path
+/// does not lead to it any more, and FileError.
+FolderEntry entryOf(const FileHandle& file, std::shared_ptr<ReplacementFolder> last);
+
+/// Whether both are the attributes of the same file.
+inline bool isSameFile(const struct stat& a, const struct stat& b) {
+  return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
+}
+
+}  // namespace platform
