@@ -81,7 +81,7 @@ std::vector<Frame> withDatesOfV23(const std::vector<Frame>& frames) {
     return frames;
   }
   const auto* text = std::get_if<Text>(&date->content);
-  if (!text) return frames;
+  if (text == nullptr) return frames;
   const OldDate old = oldDate(text->text);
   std::vector<Frame> converted(frames.begin(), date);
   for (std::size_t i = 0; i < old.texts.size(); ++i) {

@@ -1,5 +1,7 @@
 #include "ID3v2/FrameForm.h"
 
+#include <utility>
+
 namespace ID3v2 {
 
 namespace {
@@ -14,7 +16,7 @@ constexpr std::uint16_t lengthOfV24 = 0x01;
 /// Takes parts from the front of some bytes.
 class Front {
  public:
-  explicit Front(const platform::SharedBytes& bytes) : rest_(bytes) {}
+  explicit Front(platform::SharedBytes bytes) : rest_(std::move(bytes)) {}
 
   bool has(std::size_t count) const { return count <= rest_.size(); }
   platform::SharedBytes take(std::size_t count) {

@@ -177,7 +177,7 @@ std::optional<Content> FrameReader::readTableOfContents(const SharedBytes& bytes
 template <class Parent>
 std::optional<Content> FrameReader::withFramesInside(Parent parent, const SharedBytes& bytes,
                                                      std::size_t size) {
-  const std::optional<Content> asItIs = version_ == 3 ? std::optional<Content>(Opaque{bytes}) : std::nullopt;
+  std::optional<Content> asItIs = version_ == 3 ? std::optional<Content>(Opaque{bytes}) : std::nullopt;
   if (depth_ == deepestChapters) return asItIs;
   const FrameWalk walk = walkFrames(bytes, bytes.size() - size, version_);
   if (!walk.isComplete) return asItIs;

@@ -68,13 +68,7 @@ class Pieces {
 
   /// All of it with the texts in an encoding of v2.3.
   Bytes joined() const {
-    const bool allFit = std::ranges::all_of(pieces_, [](const Piece& piece) {
-      const auto* terminated = std::get_if<TerminatedText>(&piece);
-      const auto* last = std::get_if<LastTexts>(&piece);
-      const std::string_view text = terminated ? terminated->text : last ? last->texts : std::string_view();
-      return encodingFor({text}) == TextEncoding::latin1;
-    });
-    const TextEncoding encoding = allFit ? TextEncoding::latin1 : TextEncoding::UTF16;
+    const TextEncoding encoding = areLatin1_ ? TextEncoding::latin1 : TextEncoding::UTF16;
     Bytes bytes{static_cast<std::uint8_t>(encoding)};
     for (const Piece& piece : pieces_) {
       if (const auto* raw = std::get_if<ByteView>(&piece)) platform::append(bytes, *raw);
@@ -98,6 +92,7 @@ class Pieces {
     const Cut cut = decoder_.cut(rest_);
     auto text = decoder_.text(cut.text);
     if (!cut.isTerminated || !text) return false;
+    note(*text);
     pieces_.emplace_back(TerminatedText{std::move(*text)});
     rest_ = cut.rest;
     return true;
@@ -106,14 +101,19 @@ class Pieces {
   bool takeLastTexts() {
     auto texts = decoder_.values(rest_);
     if (!texts) return false;
+    note(*texts);
     pieces_.emplace_back(LastTexts{std::move(*texts)});
     rest_ = {};
     return true;
   }
 
+  void note(std::string_view text) { areLatin1_ = areLatin1_ && encodingFor({text}) == TextEncoding::latin1; }
+
   TextDecoder decoder_;
   ByteView rest_;
   std::vector<Piece> pieces_;
+  /// All texts so far fit into ISO-8859-1.
+  bool areLatin1_ = true;
 };
 
 }  // namespace

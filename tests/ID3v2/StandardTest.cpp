@@ -51,7 +51,7 @@ struct Row {
   const char* what;
   std::string tag;
   TagBytes written;
-  std::string unreadable = "";
+  std::string unreadable = {};
 };
 
 const Row rows[] = {
