@@ -4,10 +4,10 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <utility>
 
+#include "platform/FileBackup.h"
 #include "platform/FileConflict.h"
 #include "platform/FileError.h"
 #include "platform/FileRights.h"
@@ -15,6 +15,8 @@
 namespace platform {
 
 namespace {
+
+constexpr const char* fileName = "new";
 
 /// A user who may write to the folder could replace any file in it; who may not write to the file should not.
 void requireWritable(const FileHandle& original) {
@@ -50,7 +52,7 @@ mode_t usualMode() {
 
 }  // namespace
 
-FileReplacement::FileReplacement(const FileHandle& original, std::shared_ptr<ReplacementFolder> last)
+FileReplacement::FileReplacement(FileHandle& original, std::shared_ptr<ReplacementFolder> last)
     : original_(&original), path_(original.path()) {
   requireWritable(original);
   entry_ = entryOf(original, std::move(last));
@@ -72,33 +74,38 @@ FileReplacement::FileReplacement(const std::filesystem::path& path)
 
 void FileReplacement::prepare() {
   temporary_.emplace(*entry_.folder, path_);
-  file_.emplace(temporary_->create());
+  file_.emplace(temporary_->create(fileName));
 }
 
 void FileReplacement::keepModificationDate() {
-  const std::array<timespec, 2> times{
-      {{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, original_->attributes().st_mtim}};
-  ::futimens(file_->descriptor(), times.data());
+  platform::keepModificationDate(*original_, *file_);
 }
 
-/// The original's name must still lead to it, and nobody may have written to it or changed its attributes.
-void FileReplacement::requireUnchanged() const {
+/// The original's name must still lead to it, and nobody may have written to it or changed its attributes,
+/// apart from the second name that a backup is.
+void FileReplacement::requireUnchanged(bool hasSecondName) const {
   struct stat found {};
   if (!entry_.folder->find(entry_.name, found)) {
     if (errno != ENOENT) throw FileError(path_, FileError::notWritten, errno);
     throw FileConflict(FileConflict::Case::movedOrDeleted, path_);
   }
   const struct stat& opened = original_->attributes();
-  if (!isSameFile(found, opened) || !hasSameContents(found, opened) ||
-      !isEqual(found.st_ctim, opened.st_ctim)) {
+  const bool hasSameAttributes = hasSecondName || isEqual(found.st_ctim, opened.st_ctim);
+  if (!isSameFile(found, opened) || !hasSameContents(found, opened) || !hasSameAttributes) {
     throw FileConflict(FileConflict::Case::changed, path_);
   }
 }
 
 void FileReplacement::takePlace() {
-  if (original_ != nullptr) requireUnchanged();
-  temporary_->moveUp(entry_.name, original_ == nullptr);
+  std::optional<FileBackup> backup;
+  if (original_ != nullptr) requireUnchanged(false);
+  if (original_ != nullptr && keepsBackup_) {
+    backup.emplace(*original_, entry_, *temporary_);
+    requireUnchanged(backup->isSecondName());
+  }
+  temporary_->moveUp(fileName, entry_.name, original_ == nullptr);
   entry_.folder->noteRename();
+  if (backup) backup->keep();
 }
 
 void FileReplacement::commit() {

@@ -22,7 +22,7 @@ class FileReplacement {
   /// For a file in the place of the open `original`, which must outlive this object. `last` as for `entryOf`.
   /// Throws FileConflict when the original's name does not lead to it any more, and FileError, also when the
   /// user may not write to the original, or for a folder in which nothing can be made.
-  explicit FileReplacement(const FileHandle& original, std::shared_ptr<ReplacementFolder> last = nullptr);
+  explicit FileReplacement(FileHandle& original, std::shared_ptr<ReplacementFolder> last = nullptr);
   /// For a file at that path: a new one, or in the place of the one that is there.
   explicit FileReplacement(const std::filesystem::path& path);
 
@@ -30,24 +30,27 @@ class FileReplacement {
   FileHandle& file() { return *file_; }
   const std::shared_ptr<ReplacementFolder>& folder() const { return entry_.folder; }
 
+  /// Lets the original stay beside the new file; see FileBackup.
+  void keepBackup() { keepsBackup_ = true; }
   /// Gives the new file the original's modification date; leaves it where the system refuses.
   void keepModificationDate();
   /// Gives the new file what belongs to the original, waits until all of it has reached the disk, and puts it
-  /// in its place. Throws FileConflict when somebody has changed, replaced, moved or deleted the original since
-  /// it was opened, and FileError.
+  /// in its place. Throws FileConflict when somebody has changed, replaced, moved or deleted the original
+  /// since it was opened, and FileError.
   void commit();
 
  private:
   void prepare();
-  void requireUnchanged() const;
+  void requireUnchanged(bool hasSecondName) const;
   void takePlace();
 
   std::optional<FileHandle> ownOriginal_;
-  const FileHandle* original_ = nullptr;
+  FileHandle* original_ = nullptr;
   std::filesystem::path path_;
   FolderEntry entry_;
   std::optional<PrivateFolder> temporary_;
   std::optional<FileHandle> file_;
+  bool keepsBackup_ = false;
 };
 
 }  // namespace platform

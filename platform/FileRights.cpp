@@ -4,6 +4,7 @@
 #include <sys/xattr.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <optional>
 #include <string>
@@ -160,6 +161,11 @@ void keepRights(const FileHandle& original, const FileHandle& replacement) {
       ::fchmod(replacement.descriptor(), mode) == -1) {
     fail(original);
   }
+}
+
+void keepModificationDate(const FileHandle& original, const FileHandle& replacement) {
+  const std::array<timespec, 2> times{{{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, original.attributes().st_mtim}};
+  ::futimens(replacement.descriptor(), times.data());
 }
 
 }  // namespace platform

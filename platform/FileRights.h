@@ -10,4 +10,7 @@ namespace platform {
 /// before. Throws FileError, which names the original.
 void keepRights(const FileHandle& original, const FileHandle& replacement);
 
+/// Gives the new file the original's modification date; leaves it where the system refuses.
+void keepModificationDate(const FileHandle& original, const FileHandle& replacement);
+
 }  // namespace platform

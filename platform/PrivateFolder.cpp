@@ -20,7 +20,6 @@ namespace platform {
 
 namespace {
 
-constexpr const char* fileName = "new";
 constexpr mode_t forOthers = 0077;
 
 /// A name that nothing has yet, most likely; only making it settles that. It does not grow with the file's: a
@@ -60,7 +59,7 @@ PrivateFolder::PrivateFolder(const ReplacementFolder& parent, std::filesystem::p
 }
 
 PrivateFolder::~PrivateFolder() {
-  if (hasFile_) ::unlinkat(descriptor_.get(), fileName, 0);
+  for (const char* name : files_) ::unlinkat(descriptor_.get(), name, 0);
   struct stat found {};
   if (parent_.find(name_, found) && isSameFile(found, attributes_)) {
     ::unlinkat(parent_.descriptor(), name_.c_str(), AT_REMOVEDIR);
@@ -91,11 +90,11 @@ void PrivateFolder::requireEmpty() const {
   }
 }
 
-FileHandle PrivateFolder::create() {
-  requireEmpty();
+FileHandle PrivateFolder::create(const char* name) {
+  if (files_.empty()) requireEmpty();
   constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
-  const int descriptor = retrying([&] { return ::openat(descriptor_.get(), fileName, flags, 0600); });
-  hasFile_ = descriptor != -1;
+  const int descriptor = retrying([&] { return ::openat(descriptor_.get(), name, flags, 0600); });
+  if (descriptor != -1) files_.push_back(name);
   FileHandle file(file_, descriptor);
   const struct stat& made = file.attributes();
   const bool isOwnersAlike = made.st_uid == attributes_.st_uid && made.st_gid == attributes_.st_gid;
@@ -105,14 +104,14 @@ FileHandle PrivateFolder::create() {
   return file;
 }
 
-void PrivateFolder::moveUp(const std::string& name, bool asNew) {
+void PrivateFolder::moveUp(const char* name, const std::string& as, bool asNew) {
   const auto moved = [&](unsigned int flags) {
-    return ::renameat2(descriptor_.get(), fileName, parent_.descriptor(), name.c_str(), flags) == 0;
+    return ::renameat2(descriptor_.get(), name, parent_.descriptor(), as.c_str(), flags) == 0;
   };
   // Not every file system can refuse by itself what has come to be there meanwhile.
   const bool isDone = moved(asNew ? RENAME_NOREPLACE : 0) || (asNew && errno == EINVAL && moved(0));
   if (!isDone) fail();
-  hasFile_ = false;
+  std::erase(files_, name);
 }
 
 }  // namespace platform

@@ -4,14 +4,15 @@
 
 #include <filesystem>
 #include <string>
+#include <vector>
 
 #include "platform/FileHandle.h"
 #include "platform/ReplacementFolder.h"
 
 namespace platform {
 
-/// A folder of the user's alone (mode 0700, a hidden name) in another one, for one file that is not complete
-/// yet. It goes when this object goes, and the file with it. Others who may write to the folder above can put
+/// A folder of the user's alone (mode 0700, a hidden name) in another one, for files that are not complete
+/// yet. It goes when this object goes, and they with it. Others who may write to the folder above can put
 /// something of theirs, or of the user's, in its place: that is found out before anything is done in there.
 class PrivateFolder {
  public:
@@ -21,11 +22,12 @@ class PrivateFolder {
   PrivateFolder(const PrivateFolder&) = delete;
   PrivateFolder& operator=(const PrivateFolder&) = delete;
 
-  /// Creates the file, empty, open for writing and for nobody but the user; once. Throws FileError.
-  FileHandle create();
-  /// Gives the file the name in the folder above, in place of what has it or, with `asNew`, when nothing has.
-  /// Throws FileError.
-  void moveUp(const std::string& name, bool asNew);
+  /// Creates a file, empty, open for writing and for nobody but the user. `name` must be a literal. Throws
+  /// FileError.
+  FileHandle create(const char* name);
+  /// Gives such a file a name in the folder above, in place of what has it or, with `asNew`, when nothing
+  /// has. Throws FileError.
+  void moveUp(const char* name, const std::string& as, bool asNew);
 
  private:
   [[noreturn]] void fail() const;
@@ -37,7 +39,8 @@ class PrivateFolder {
   std::string name_;
   Descriptor descriptor_;
   struct stat attributes_ {};
-  bool hasFile_ = false;
+  /// The names of the files that are in here.
+  std::vector<const char*> files_;
 };
 
 }  // namespace platform

@@ -40,6 +40,7 @@ void MP3TagStore::rewrite(const std::filesystem::path& url, std::optional<TagSet
     replacement.file().write(tag.bytes);
     replacement.file().copy(file, tag.audioStart);
   }
+  if (keepsBackup) replacement.keepBackup();
   if (preservesModificationDate) replacement.keepModificationDate();
   replacement.commit();
 }

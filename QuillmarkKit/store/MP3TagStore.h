@@ -32,6 +32,9 @@ class MP3TagStore : public TagStore {
   void synchronise() const final;
 
   bool preservesModificationDate;
+  /// Whether a file that is written stays beside the new one as it was, under its name with ".orig" behind
+  /// it.
+  bool keepsBackup = false;
 
  protected:
   /// A whole tag, and how much of the file it takes the place of.
