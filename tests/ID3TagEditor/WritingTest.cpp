@@ -1,3 +1,6 @@
+#include <algorithm>
+#include <set>
+
 #include "ID3TagEditor/create/Mp3WithID3TagBuilder.h"
 #include "tests/ID3TagEditor/Engine.h"
 
@@ -39,6 +42,10 @@ TEST(Writing, PutsEveryFrameInItsPlaceUnderTheIdentifierOfTheVersion) {
 template <class Builder>
 void expectRoundTrip() {
   ID3Tag tag = fullTag<Builder>();
+  std::set<FrameName::Kind> kinds;
+  for (const auto& frame : tag.frames) kinds.insert(frame.first.kind());
+  const auto isKnown = [](const FrameKind& kind) { return !kind.identifierIn(Builder::version).empty(); };
+  EXPECT_EQ(std::ssize(kinds), std::ranges::count_if(frameKinds, isKnown)) << "a setter for each kind";
   const Reading reading(charactersOf(Editor().write(tag, bytesFrom(audio()))));
   EXPECT_EQ(reading.tag.frames.size(), tag.frames.size());
   EXPECT_EQ(reading.tag.debugDescription(), tag.debugDescription());
