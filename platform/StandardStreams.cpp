@@ -18,6 +18,8 @@ int writeAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const ssize_t count = ::write(descriptor, text.data(), text.size());
     if (count == -1 && errno != EINTR) return errno;
+    // Whoever takes nothing and gives no reason would be asked for ever.
+    if (count == 0) return EIO;
     if (count > 0) text.remove_prefix(static_cast<std::size_t>(count));
   }
   return 0;
