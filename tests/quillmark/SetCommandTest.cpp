@@ -68,8 +68,8 @@ TEST_F(SetCommandTest, TellsWhatChanges) {
                 "\\u202e…\n    + Artwork       PNG, 16 bytes\n"},
            {{"--artwork", "other", "--lyrics", verse + "\u202E\n" + verse + verse + "w"},
             "    - Lyrics        …" + verse.substr(20) + "\n    + Lyrics        …" + verse.substr(20) +
-                verse +
-                "w…\n    - Artwork       PNG, 16 bytes, 021b49bb\n"
+                verse.substr(1) +
+                "…\n    - Artwork       PNG, 16 bytes, 021b49bb\n"
                 "    + Artwork       PNG, 16 bytes, 9b121801\n"},
        }) {
     SCOPED_TRACE(testing::PrintToString(options));
