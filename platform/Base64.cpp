@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <iterator>
 
 namespace platform::Base64 {
 
@@ -19,19 +20,31 @@ constexpr std::array<std::uint8_t, 256> values = [] {
   return table;
 }();
 
+/// The two characters for each twelve bits.
+constexpr auto pairs = [] {
+  std::array<std::array<char, 2>, 0x1000> table{};
+  for (std::size_t i = 0; i < table.size(); ++i) table[i] = {alphabet[i >> 6], alphabet[i & 0x3F]};
+  return table;
+}();
+
 }  // namespace
 
 std::string encode(ByteView bytes) {
-  std::string text;
-  text.reserve((bytes.size() + 2) / 3 * 4);
-  for (std::size_t at = 0; at < bytes.size(); at += 3) {
-    const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
-    std::uint32_t group = 0;
-    for (std::size_t i = 0; i < 3; ++i) group = group << 8 | (i < count ? bytes[at + i] : 0U);
-    for (std::size_t i = 0; i < 4; ++i) {
-      text.push_back(i <= count ? alphabet[group >> (18 - 6 * i) & 0x3F] : '=');
-    }
+  std::string text((bytes.size() + 2) / 3 * 4, '=');
+  char* to = text.data();
+  const auto put = [&](std::uint32_t twelveBits) { to = std::ranges::copy(pairs[twelveBits], to).out; };
+  const std::size_t whole = bytes.size() - bytes.size() % 3;
+  for (std::size_t at = 0; at < whole; at += 3) {
+    put(static_cast<std::uint32_t>(bytes[at]) << 4 | bytes[at + 1] >> 4U);
+    put((bytes[at + 1] & 0xFU) << 8 | bytes[at + 2]);
   }
+  if (whole == bytes.size()) return text;
+  const bool hasTwo = bytes.size() - whole == 2;
+  const std::uint32_t second = hasTwo ? bytes[whole + 1] : 0;
+  put(static_cast<std::uint32_t>(bytes[whole]) << 4 | second >> 4);
+  put((second & 0xFU) << 8);
+  text.back() = '=';
+  if (!hasTwo) *std::next(text.rbegin()) = '=';
   return text;
 }
 

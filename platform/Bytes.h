@@ -70,6 +70,13 @@ class SharedBytes {
     return part;
   }
 
+  /// The same bytes without much else kept alive: in a buffer of their own where the one that they were cut
+  /// from is clearly larger.
+  SharedBytes compacted() const {
+    const bool isLarge = owner_ && owner_->size() - view_.size() > view_.size() / 8;
+    return isLarge ? SharedBytes(Bytes(view_.begin(), view_.end())) : *this;
+  }
+
   std::size_t size() const { return view_.size(); }
   bool empty() const { return view_.empty(); }
   operator ByteView() const { return view_; }

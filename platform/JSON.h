@@ -3,12 +3,15 @@
 #include <concepts>
 #include <cstdint>
 #include <exception>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <variant>
 #include <vector>
+
+#include "platform/Bytes.h"
 
 /// JSON documents (RFC 8259).
 namespace platform::JSON {
@@ -27,6 +30,11 @@ struct Number {
   std::optional<std::int64_t> integer() const;
 };
 
+/// Bytes that are printed as one text, in base64.
+struct Base64Text {
+  SharedBytes bytes;
+};
+
 /// One JSON value; null by default.
 class Value {
  public:
@@ -39,6 +47,7 @@ class Value {
   Value(std::string value) : value_(std::move(value)) {}
   Value(Object value) : value_(std::move(value)) {}
   Value(Array value) : value_(std::move(value)) {}
+  Value(Base64Text value) : value_(std::move(value)) {}
 
   bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
   /// The value as the given kind; null when it is of another one.
@@ -46,6 +55,7 @@ class Value {
   const Number* number() const { return std::get_if<Number>(&value_); }
   const Object* object() const { return std::get_if<Object>(&value_); }
   const Array* array() const { return std::get_if<Array>(&value_); }
+  const Base64Text* base64Text() const { return std::get_if<Base64Text>(&value_); }
   const bool* boolean() const { return std::get_if<bool>(&value_); }
   Object* object() { return std::get_if<Object>(&value_); }
   Array* array() { return std::get_if<Array>(&value_); }
@@ -54,7 +64,7 @@ class Value {
   std::string_view kind() const;
 
  private:
-  std::variant<std::monostate, bool, Number, std::string, Object, Array> value_;
+  std::variant<std::monostate, bool, Number, std::string, Object, Array, Base64Text> value_;
 };
 
 /// A text that is no JSON, or a value that is not what the reader of a document expects; says what and where.
@@ -71,7 +81,7 @@ class DecodingError : public std::exception {
 /// DecodingError for anything that is not JSON in UTF-8, and for values nested more than 512 deep.
 Value parse(std::string_view document);
 
-enum class Layout {
+enum class Layout : std::uint8_t {
   /// No white space at all.
   compact,
   /// Each member on its own line, two blanks per level, " : " after a name; an object without members is its
@@ -79,8 +89,37 @@ enum class Layout {
   pretty,
 };
 
-/// The document as UTF-8 without a line feed at its end. In strings `"`, `\`, `/` and the controls are
-/// escaped.
+/// How texts are printed.
+enum class Escapes : std::uint8_t {
+  /// `"`, `\`, `/` and the controls below U+0020.
+  few,
+  /// Also the other characters that would command a terminal.
+  forTerminal,
+};
+
+/// A value in print, in which bytes are turned into base64 only when it is handed out: until then they are
+/// shared with who else has them.
+class Printed {
+ public:
+  /// `level` is how deep in a document the value stands.
+  explicit Printed(const Value& value, Layout layout, Escapes escapes = Escapes::few, std::size_t level = 0);
+
+  /// Hands the text out in pieces, as UTF-8 without a line feed at its end.
+  void writeTo(const std::function<void(std::string_view)>& sink) const;
+
+ private:
+  friend class Printer;
+  struct Gap {
+    std::size_t at;
+    SharedBytes bytes;
+  };
+
+  std::string text_;
+  /// What is missing in the text, in its order.
+  std::vector<Gap> gaps_;
+};
+
+/// The whole document.
 std::string print(const Value& value, Layout layout);
 
 }  // namespace platform::JSON

@@ -1,6 +1,9 @@
+#include <algorithm>
 #include <array>
 
+#include "platform/Base64.h"
 #include "platform/JSON.h"
+#include "platform/Text.h"
 
 namespace platform::JSON {
 
@@ -22,13 +25,24 @@ constexpr std::array<char, 256> escapes = [] {
   return table;
 }();
 
+}  // namespace
+
 class Printer {
  public:
-  explicit Printer(Layout layout) : pretty_(layout == Layout::pretty) {}
+  Printer(Printed& printed, Layout layout, Escapes escapes, std::size_t level)
+      : text_(printed.text_),
+        gaps_(printed.gaps_),
+        pretty_(layout == Layout::pretty),
+        forTerminal_(escapes == Escapes::forTerminal),
+        level_(level) {}
 
   void print(const Value& value) {
     if (const std::string* string = value.string()) {
       printString(*string);
+    } else if (const Base64Text* base64 = value.base64Text()) {
+      text_ += '"';
+      gaps_.push_back({text_.size(), base64->bytes});
+      text_ += '"';
     } else if (const Number* number = value.number()) {
       text_ += number->text;
     } else if (const Object* object = value.object()) {
@@ -45,8 +59,6 @@ class Printer {
       text_ += "null";
     }
   }
-
-  std::string take() { return std::move(text_); }
 
  private:
   template <class Container, class PrintItem>
@@ -72,36 +84,89 @@ class Printer {
 
   void printString(std::string_view string) {
     text_ += '"';
-    for (const char character : string) {
-      const char letter = escapes[static_cast<unsigned char>(character)];
-      if (letter != 0) text_.append({'\\', letter});
-      if (letter == 0) text_ += character;
-      if (letter == 'u') {
-        constexpr std::string_view digits = "0123456789abcdef";
-        text_.append({'0', '0', digits[static_cast<unsigned char>(character) >> 4], digits[character & 0xF]});
+    while (!string.empty()) {
+      const char front = string.front();
+      const char letter = escapes[static_cast<unsigned char>(front)];
+      std::size_t length = 1;
+      if (letter != 0 && letter != 'u') {
+        text_.append({'\\', letter});
+      } else if (letter == 'u') {
+        Text::appendEscape(text_, 'u', static_cast<unsigned char>(front), 4);
+      } else if (const auto character = characterForTerminal(string)) {
+        Text::appendEscape(text_, 'u', character->value, 4);
+        length = character->length;
+      } else {
+        text_ += front;
       }
+      string.remove_prefix(length);
     }
     text_ += '"';
   }
 
+  /// The first character, where it must not reach the terminal that is printed for.
+  std::optional<Text::Character> characterForTerminal(std::string_view string) const {
+    // The other bytes of a longer character come by here alone, and are none of it.
+    const auto front = static_cast<unsigned char>(string.front());
+    if (!forTerminal_ || front < 0x7F || (front & 0xC0U) == 0x80) return std::nullopt;
+    const Text::Character character = Text::firstCharacter(string);
+    return Text::commandsTerminal(character.value) ? std::optional(character) : std::nullopt;
+  }
+
+  std::string& text_;
+  std::vector<Printed::Gap>& gaps_;
   bool pretty_;
-  std::size_t level_ = 0;
-  std::string text_;
+  bool forTerminal_;
+  std::size_t level_;
 };
+
+namespace {
+
+/// Of the characters of base64, the slash is the only one that is escaped. `buffer` takes the result.
+std::string_view escapingSlashes(std::string_view base64, std::string& buffer) {
+  buffer.clear();
+  for (;;) {
+    const std::size_t slash = base64.find('/');
+    buffer += base64.substr(0, slash);
+    if (slash == std::string_view::npos) return buffer;
+    buffer += "\\/";
+    base64.remove_prefix(slash + 1);
+  }
+}
 
 }  // namespace
 
+Printed::Printed(const Value& value, Layout layout, Escapes escapes, std::size_t level) {
+  Printer(*this, layout, escapes, level).print(value);
+}
+
+void Printed::writeTo(const std::function<void(std::string_view)>& sink) const {
+  // A piece stays in the processor's nearest memory, and leaves no rest in front of the next one.
+  constexpr std::size_t pieceSize = 0x6000;
+  std::string piece;
+  std::size_t at = 0;
+  for (const Gap& gap : gaps_) {
+    sink(std::string_view(text_).substr(at, gap.at - at));
+    at = gap.at;
+    for (ByteView rest = gap.bytes; !rest.empty();) {
+      const ByteView bytes = rest.first(std::min(rest.size(), pieceSize));
+      sink(escapingSlashes(Base64::encode(bytes), piece));
+      rest = rest.subspan(bytes.size());
+    }
+  }
+  sink(std::string_view(text_).substr(at));
+}
+
 std::string_view Value::kind() const {
-  static constexpr std::array<std::string_view, 6> kinds{"null",   "true or false", "a number",
-                                                         "a text", "an object",     "an array"};
+  static constexpr std::array<std::string_view, 7> kinds{"null",      "true or false", "a number", "a text",
+                                                         "an object", "an array",      "a text"};
   static_assert(kinds.size() == std::variant_size_v<decltype(value_)>);
   return kinds[value_.index()];
 }
 
 std::string print(const Value& value, Layout layout) {
-  Printer printer(layout);
-  printer.print(value);
-  return printer.take();
+  std::string text;
+  Printed(value, layout).writeTo([&](std::string_view piece) { text += piece; });
+  return text;
 }
 
 }  // namespace platform::JSON

@@ -63,24 +63,6 @@ bool isLowSurrogate(char32_t unit) {
   return unit >= 0xDC00 && unit <= 0xDFFF;
 }
 
-/// Whether a terminal that is sent the character does something other than show it: the controls, and the
-/// marks, embeddings, overrides and isolates of the bidirectional algorithm.
-bool commandsTerminal(char32_t character) {
-  struct Range {
-    char32_t first;
-    char32_t last;
-  };
-  static constexpr auto ranges = std::to_array<Range>(
-      {{0, 0x1F}, {0x7F, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x202A, 0x202E}, {0x2066, 0x2069}});
-  return std::ranges::any_of(
-      ranges, [&](const Range& range) { return range.first <= character && character <= range.last; });
-}
-
-void appendEscape(std::string& text, char letter, char32_t value, int digitCount) {
-  text.append({'\\', letter});
-  while (digitCount-- > 0) text += "0123456789abcdef"[value >> (4 * digitCount) & 0xF];
-}
-
 }  // namespace
 
 std::string fromLatin1(ByteView bytes) {
@@ -194,6 +176,22 @@ Character firstCharacter(std::string_view text) {
 
 std::size_t characterCount(std::string_view text) {
   return static_cast<std::size_t>(utf8::unchecked::distance(text.begin(), text.end()));
+}
+
+bool commandsTerminal(char32_t character) {
+  struct Range {
+    char32_t first;
+    char32_t last;
+  };
+  static constexpr auto ranges = std::to_array<Range>(
+      {{0, 0x1F}, {0x7F, 0x9F}, {0x61C, 0x61C}, {0x200E, 0x200F}, {0x202A, 0x202E}, {0x2066, 0x2069}});
+  return std::ranges::any_of(
+      ranges, [&](const Range& range) { return range.first <= character && character <= range.last; });
+}
+
+void appendEscape(std::string& text, char letter, char32_t value, int digitCount) {
+  text.append({'\\', letter});
+  while (digitCount-- > 0) text += "0123456789abcdef"[value >> (4 * digitCount) & 0xF];
 }
 
 std::string visible(std::string_view bytes) {

@@ -52,6 +52,11 @@ struct Character {
 Character firstCharacter(std::string_view text);
 std::size_t characterCount(std::string_view text);
 
+/// Whether a terminal that is sent the character does something other than show it: the controls, and the
+/// marks, embeddings, overrides and isolates of the bidirectional algorithm.
+bool commandsTerminal(char32_t character);
+/// Puts a backslash, the letter and so many hexadecimal digits behind the text.
+void appendEscape(std::string& text, char letter, char32_t value, int digitCount);
 /// What bytes can be shown as on a terminal without telling it to do anything: a control as "\x1b" or
 /// "\u009b", a character that changes the direction of writing as "\u202e", a byte that is no UTF-8 as
 /// "\xff". All others are themselves.

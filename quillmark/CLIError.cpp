@@ -1,5 +1,6 @@
 #include "quillmark/CLIError.h"
 
+#include "platform/FileError.h"
 #include "quillmark/ToolName.h"
 
 namespace quillmark {
@@ -15,6 +16,12 @@ CLIError CLIError::unreadableArtwork(std::string_view path) {
 
 CLIError CLIError::noFiles() {
   return CLIError("No files given.");
+}
+
+CLIError CLIError::sameMember(const std::filesystem::path& file) {
+  return CLIError(platform::lastPathComponent(file) +
+                  " and another file have one and the same name in JSON, as bytes that are not UTF-8 have no "
+                  "place there. Read each in a run of its own, or rename one.");
 }
 
 }  // namespace quillmark

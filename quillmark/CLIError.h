@@ -1,6 +1,7 @@
 #pragma once
 
 #include <exception>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -12,6 +13,8 @@ class CLIError : public std::exception {
   static CLIError unknownField(std::string_view name);
   static CLIError unreadableArtwork(std::string_view path);
   static CLIError noFiles();
+  /// For a file that would take another one's place in a JSON document.
+  static CLIError sameMember(const std::filesystem::path& file);
   /// A message that only one command has.
   explicit CLIError(std::string description) : description_(std::move(description)) {}
 

@@ -1,16 +1,43 @@
 #include "quillmark/FileList.h"
 
+#include "platform/FileError.h"
+#include "platform/Input.h"
 #include "platform/Paths.h"
 #include "quillmark/CLIError.h"
 
 namespace quillmark {
 
-FileList::FileList(const Arguments& arguments) : words_(arguments.positional) {
-  if (words_.empty()) throw CLIError::noFiles();
+FileList::FileList(const Arguments& arguments)
+    : names_(arguments.positional), wordCount_(arguments.positional.size()) {
+  if (const auto list = arguments.value(options::files0From)) addNamesIn(*list);
+  if (names_.empty()) throw CLIError::noFiles();
+}
+
+void FileList::addNamesIn(std::string_view list) {
+  // More than any file system has names for one run; an endless input comes to an end here.
+  constexpr std::uint64_t limit = std::uint64_t{1} << 30;
+  const bool isStandardInput = list == "-";
+  const std::filesystem::path file = isStandardInput ? "standard input" : platform::fileLocation(list);
+  // To its end before the first file is touched, so that who is still writing it finds nothing of ours.
+  list_ = isStandardInput ? platform::Input::contentsOfStandardInput(limit)
+                          : platform::Input::contents(file, limit);
+  const auto refuse = [&](std::string_view reason) {
+    throw platform::FileError(file, "cannot be used as a list of files", reason);
+  };
+  if (list_.size() == limit) refuse("it is longer than 1 GiB");
+  if (!list_.empty() && list_.back() != 0)
+    refuse("its last name is not ended by a NUL, as find -print0 does");
+  for (std::string_view rest = platform::charactersOf(list_); !rest.empty();) {
+    const std::size_t end = rest.find('\0');
+    if (end == 0) refuse("a name in it is empty");
+    names_.push_back(rest.substr(0, end));
+    rest.remove_prefix(end + 1);
+  }
 }
 
 std::filesystem::path FileList::location(std::size_t index) const {
-  return platform::fileLocation(words_[index]);
+  const std::string_view name = names_[index];
+  return index < wordCount_ ? platform::fileLocation(name) : platform::absoluteLocation(name);
 }
 
 }  // namespace quillmark

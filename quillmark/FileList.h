@@ -5,6 +5,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/Bytes.h"
 #include "quillmark/Arguments.h"
 
 namespace quillmark {
@@ -13,16 +14,26 @@ namespace quillmark {
 /// asked for, so that a hundred thousand files take no more memory than their names.
 class FileList {
  public:
-  /// Throws CLIError when no file is named. The words must outlive the list.
+  /// The positional words, and behind them the names in the list that an option may name. Throws CLIError
+  /// when there are none, and FileError for a list that cannot be used. The words must outlive this.
   explicit FileList(const Arguments& arguments);
 
-  std::size_t size() const { return words_.size(); }
+  FileList(FileList&&) = default;
+  FileList& operator=(FileList&&) = default;
+
+  std::size_t size() const { return names_.size(); }
   /// The name as it was given.
-  std::string_view name(std::size_t index) const { return words_[index]; }
+  std::string_view name(std::size_t index) const { return names_[index]; }
+  /// Only a word of the command line may start with a tilde for a home directory.
   std::filesystem::path location(std::size_t index) const;
 
  private:
-  std::vector<std::string_view> words_;
+  void addNamesIn(std::string_view list);
+
+  std::vector<std::string_view> names_;
+  std::size_t wordCount_ = 0;
+  /// What the names in the list are parts of.
+  platform::Bytes list_;
 };
 
 }  // namespace quillmark

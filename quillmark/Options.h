@@ -30,8 +30,13 @@ inline constexpr Option clear{"clear", OptionValue::fieldList, "remove these fie
 inline constexpr Option diff{"diff", OptionValue::none, "tell what changes in each file, field by field"};
 inline constexpr Option dryRun{"dry-run", OptionValue::none, "say what would happen and write nothing"};
 inline constexpr Option fields{"fields", OptionValue::fieldList, "write these fields and no others"};
+inline constexpr Option files0From{"files0-from", OptionValue::file,
+                                   "further files, each name ended by a NUL; - is standard input"};
 inline constexpr Option from{"from", OptionValue::file, "the MP3 whose tags are written"};
 inline constexpr Option help{"help", OptionValue::none, "print this text"};
+inline constexpr Option keepGoing{"keep-going", OptionValue::none, "leave out files that cannot be read"};
+inline constexpr Option noArtwork{"no-artwork", OptionValue::none,
+                                  "with --json, pictures by their size alone"};
 inline constexpr Option json{"json", OptionValue::none, "print one JSON object, a member for each file"};
 inline constexpr Option noDesktop{"no-desktop", OptionValue::none, "leave the desktop's clipboard alone"};
 inline constexpr Option notes{"notes", OptionValue::none, "print notes also where no terminal shows them"};
@@ -55,11 +60,11 @@ struct CommandOptions {
 
 namespace options {
 
-inline constexpr std::array ofRead{json, notes, help};
+inline constexpr std::array ofRead{json, noArtwork, keepGoing, files0From, notes, help};
 inline constexpr std::array ofCopy{noDesktop, notes, help};
-inline constexpr std::array ofPaste{all, fields, dryRun, diff, paths, notes, help};
-inline constexpr std::array ofApply{from, all, fields, dryRun, diff, paths, notes, help};
-inline constexpr std::array ofSet{clear, dryRun, diff, paths, notes, help};
+inline constexpr std::array ofPaste{all, fields, dryRun, diff, paths, files0From, notes, help};
+inline constexpr std::array ofApply{from, all, fields, dryRun, diff, paths, files0From, notes, help};
+inline constexpr std::array ofSet{clear, dryRun, diff, paths, files0From, notes, help};
 
 }  // namespace options
 

@@ -1,10 +1,14 @@
 #include <algorithm>
+#include <map>
+#include <optional>
+#include <utility>
 
 #include "QuillmarkKit/model/TagSetJSON.h"
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
 #include "platform/FileError.h"
 #include "platform/JSON.h"
 #include "platform/Text.h"
+#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FileList.h"
 #include "quillmark/Progress.h"
@@ -13,7 +17,6 @@ namespace quillmark {
 
 using QuillmarkKit::TagField;
 using QuillmarkKit::TagSet;
-using QuillmarkKit::TagStore;
 namespace JSON = platform::JSON;
 
 namespace {
@@ -34,38 +37,108 @@ void list(const TagSet& tags, Console& console) {
   }
 }
 
-void readAsText(const FileList& files, const TagStore& store, Console& console) {
-  Progress progress(files.size(), console);
+/// Reads one file after another, and may be told to go on when one cannot be read.
+class Reader {
+ public:
+  Reader(const Arguments& arguments, std::size_t fileCount, Console& console)
+      : keepsGoing_(arguments.has(options::keepGoing)), console_(console), progress_(fileCount, console) {}
+
+  bool keepsGoing() const { return keepsGoing_; }
+  /// The exit status so far.
+  int status() const { return status_; }
+
+  /// The file's tags. When it cannot be read, throws, or else tells that and gives nothing.
+  std::optional<TagSet> tagsOf(const std::filesystem::path& file) {
+    constexpr int someFilesFailed = 2;
+    progress_.next(file);
+    if (!keepsGoing_) return store_.read(file);
+    try {
+      return store_.read(file);
+    } catch (const std::exception& error) {
+      console_.flush();
+      console_.printError(error.what());
+      status_ = someFilesFailed;
+      return std::nullopt;
+    }
+  }
+
+ private:
+  bool keepsGoing_;
+  QuillmarkKit::ID3TagEditorStore store_{true};
+  Console& console_;
+  Progress progress_;
+  int status_ = 0;
+};
+
+void readAsText(const FileList& files, Reader& reader, Console& console) {
+  bool isFirst = true;
   for (std::size_t i = 0; i < files.size(); ++i) {
     // Nobody is there to read what else would come.
     if (console.failure() != 0) return;
     const std::filesystem::path file = files.location(i);
-    progress.next(file);
-    if (i > 0) console.write("\n");
-    if (files.size() > 1) console.write(console.shown(platform::lastPathComponent(file)) + ":\n");
-    list(store.read(file), console);
+    const auto writeHeader = [&] {
+      if (!std::exchange(isFirst, false)) console.write("\n");
+      if (files.size() > 1) console.write(console.shown(platform::lastPathComponent(file)) + ":\n");
+    };
+    // An error that ends the run stands below the name of its file.
+    if (!reader.keepsGoing()) writeHeader();
+    const auto tags = reader.tagsOf(file);
+    if (!tags) continue;
+    if (reader.keepsGoing()) writeHeader();
+    list(*tags, console);
   }
 }
 
-void readAsJSON(const FileList& files, const TagStore& store, Console& console) {
-  JSON::Object document;
-  Progress progress(files.size(), console);
+/// A file's member of the JSON document, in print.
+struct Member {
+  JSON::Printed tags;
+  /// The file's name where it is not that of the member, which must be UTF-8.
+  std::string nameInBytes;
+};
+
+void readAsJSON(const FileList& files, QuillmarkKit::ArtworkForm form, Reader& reader, Console& console) {
+  const auto escapes = console.outputIsTerminal() ? JSON::Escapes::forTerminal : JSON::Escapes::few;
+  const auto print = [&](const JSON::Value& value, std::size_t level) {
+    return JSON::Printed(value, JSON::Layout::pretty, escapes, level);
+  };
+  std::map<std::string, Member> members;
   for (std::size_t i = 0; i < files.size(); ++i) {
     const std::filesystem::path file = files.location(i);
-    progress.next(file);
-    document.insert_or_assign(platform::Text::fromUTF8Lossily(file.native()),
-                              QuillmarkKit::encodeTagSet(store.read(file)));
+    auto tags = reader.tagsOf(file);
+    if (!tags) continue;
+    if (tags->artwork) tags->artwork->data = tags->artwork->data.compacted();
+    const std::string name = platform::Text::fromUTF8Lossily(file.native());
+    Member member{print(QuillmarkKit::encodeTagSet(*tags, form), 1), name == file.native() ? "" : file.native()};
+    const auto [place, isNew] = members.try_emplace(name, member);
+    if (isNew) continue;
+    if (place->second.nameInBytes != member.nameInBytes) throw CLIError::sameMember(file);
+    place->second = std::move(member);
   }
-  console.write(JSON::print(std::move(document), JSON::Layout::pretty) + "\n");
+
+  const auto write = [&](std::string_view piece) { console.write(piece); };
+  write("{");
+  bool isFirst = true;
+  for (const auto& [name, member] : members) {
+    write(std::exchange(isFirst, false) ? "\n  " : ",\n  ");
+    print(name, 1).writeTo(write);
+    write(" : ");
+    member.tags.writeTo(write);
+  }
+  write(members.empty() ? "\n\n}\n" : "\n}\n");
 }
 
 }  // namespace
 
 int commandRead(const Arguments& arguments, Console& console) {
-  const QuillmarkKit::ID3TagEditorStore store(true);
-  const auto readAll = arguments.has(options::json) ? readAsJSON : readAsText;
-  readAll(FileList(arguments), store, console);
-  return 0;
+  const FileList files(arguments);
+  Reader reader(arguments, files.size(), console);
+  if (arguments.has(options::json)) {
+    using Form = QuillmarkKit::ArtworkForm;
+    readAsJSON(files, arguments.has(options::noArtwork) ? Form::size : Form::data, reader, console);
+  } else {
+    readAsText(files, reader, console);
+  }
+  return reader.status();
 }
 
 }  // namespace quillmark

@@ -3,7 +3,7 @@
 #include "QuillmarkKit/model/Artwork.h"
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
 #include "platform/FileError.h"
-#include "platform/FileManager.h"
+#include "platform/Input.h"
 #include "platform/Paths.h"
 #include "platform/Text.h"
 #include "quillmark/CLIError.h"
@@ -38,7 +38,7 @@ Artwork artworkFrom(std::string_view path) {
   // A picture of this many bytes fits into no tag, and more of it need not be read to find that out.
   constexpr std::uint64_t limit = std::uint64_t{1} << 28;
   try {
-    auto artwork = Artwork::detecting(platform::FileManager::contents(platform::fileLocation(path), limit));
+    auto artwork = Artwork::detecting(platform::Input::contents(platform::fileLocation(path), limit));
     if (artwork) return std::move(*artwork);
   } catch (const platform::FileError&) {
     // Whatever is wrong with the file, the message is the same.

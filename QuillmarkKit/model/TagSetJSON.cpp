@@ -10,9 +10,10 @@ namespace Base64 = platform::Base64;
 
 namespace {
 
-JSON::Value encodeArtwork(const Artwork& artwork) {
+JSON::Value encodeArtwork(const Artwork& artwork, ArtworkForm form) {
   JSON::Object object;
-  object.emplace("data", Base64::encode(artwork.data));
+  if (form == ArtworkForm::data) object.emplace("data", JSON::Base64Text{artwork.data});
+  if (form == ArtworkForm::size) object.emplace("bytes", static_cast<std::int64_t>(artwork.data.size()));
   object.emplace("format", std::string(rawValue(artwork.format)));
   return object;
 }
@@ -30,7 +31,7 @@ Artwork decodeArtwork(const JSON::Value& value, const std::string& path) {
 
 }  // namespace
 
-JSON::Value encodeTagSet(const TagSet& tags) {
+JSON::Value encodeTagSet(const TagSet& tags, ArtworkForm form) {
   JSON::Object object;
   for (const TagField field : allTagFields) {
     const auto add = [&](JSON::Value value) { object.emplace(rawValue(field), std::move(value)); };
@@ -43,7 +44,7 @@ JSON::Value encodeTagSet(const TagSet& tags) {
           if (tags.*number) add(*(tags.*number));
         },
         [&] {
-          if (tags.artwork) add(encodeArtwork(*tags.artwork));
+          if (tags.artwork) add(encodeArtwork(*tags.artwork, form));
         });
   }
   return object;

@@ -1,5 +1,7 @@
 #include <gtest/gtest.h>
 
+#include <future>
+
 #include "tests/Files.h"
 #include "tests/Program.h"
 #include "tests/Samples.h"
@@ -80,6 +82,15 @@ TEST_F(SetCommandTest, TellsWhatChanges) {
     EXPECT_EQ(run.output, report(lines));
     EXPECT_EQ(run.error, "quillmark: failed    a/no.mp3: no.mp3 could not be read.\n");
   }
+}
+
+TEST_F(SetCommandTest, TakesAPictureFromAPipe) {
+  const auto pipe = folder.path() / "pipe";
+  ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
+  const auto writing = std::async(std::launch::async, [&] { std::ofstream(pipe) << png; });
+  EXPECT_EQ(set({"--artwork", "pipe"}).error, "");
+  EXPECT_EQ(quillmark({"read", "01.mp3"}, folder.path()).output,
+            "  Title    Kyrie\n  Artist   Choir\n  Comment  Live\n  Artwork  PNG, 16 bytes\n");
 }
 
 TEST_F(SetCommandTest, RefusesABadLineBeforeAnyFileIsTouched) {

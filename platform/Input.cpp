@@ -1,0 +1,74 @@
+#include "platform/Input.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "platform/FileError.h"
+#include "platform/FileHandle.h"
+
+namespace platform::Input {
+
+namespace {
+
+constexpr std::size_t pieceSize = 0x10000;
+constexpr int forever = -1;
+// For a pipe with a name, whose other end may be opened just now.
+constexpr int moment = 1000;
+
+/// Waits until there is something to read; false when nothing will come, or the milliseconds have passed.
+bool waitFor(int descriptor, int milliseconds) {
+  struct pollfd waiting {
+    .fd = descriptor, .events = POLLIN, .revents = 0
+  };
+  int count = ::poll(&waiting, 1, milliseconds);
+  while (count == -1 && errno == EINTR) count = ::poll(&waiting, 1, milliseconds);
+  return count == 1 && (waiting.revents & POLLIN) != 0;
+}
+
+void readOnto(Bytes& bytes, const std::filesystem::path& name, int descriptor, std::uint64_t limit) {
+  bool mayWaitForWriter = true;
+  while (bytes.size() < limit) {
+    const std::size_t before = bytes.size();
+    bytes.resize(before + static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, limit - before)));
+    const ssize_t count = ::read(descriptor, bytes.data() + before, bytes.size() - before);
+    const int failure = errno;
+    bytes.resize(before + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    if (count > 0 || (count == -1 && failure == EINTR)) continue;
+    if (count == -1 && failure != EAGAIN) throw FileError(name, FileError::notRead, failure);
+    // A pipe without a writer looks as one that has ended.
+    const bool hasEnded = count == 0;
+    if (hasEnded && !(before == 0 && mayWaitForWriter && waitFor(descriptor, moment))) return;
+    if (!hasEnded) waitFor(descriptor, forever);
+    mayWaitForWriter = false;
+  }
+}
+
+}  // namespace
+
+Bytes contents(const std::filesystem::path& file, std::uint64_t limit) {
+  const int descriptor = ::open(file.c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor == -1) throw FileError(file, FileError::notRead, errno);
+  const FileHandle handle(file, descriptor);
+  const struct stat& attributes = handle.attributes();
+  if (S_ISDIR(attributes.st_mode)) throw FileError(file, FileError::notRead, "it is a folder");
+  if (!S_ISREG(attributes.st_mode) && !S_ISFIFO(attributes.st_mode)) {
+    throw FileError(file, FileError::notRead, "it is neither a file nor a pipe");
+  }
+  Bytes bytes;
+  bytes.reserve(static_cast<std::size_t>(std::min(handle.size(), limit)));
+  readOnto(bytes, file, descriptor, limit);
+  return bytes;
+}
+
+Bytes contentsOfStandardInput(std::uint64_t limit) {
+  Bytes bytes;
+  readOnto(bytes, "standard input", STDIN_FILENO, limit);
+  return bytes;
+}
+
+}  // namespace platform::Input
