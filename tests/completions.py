@@ -97,6 +97,7 @@ def main():
     check("manual: lint", subprocess.run(["mandoc", "-T", "lint", ROOT / "man/quillmark.1"], stdout=subprocess.PIPE, text=True).stdout, "")
 
     with tempfile.TemporaryDirectory() as scratch:
+        os.environ["HOME"] = scratch  # where the shells keep notes of their own
         folder = pathlib.Path(scratch, "album")
         folder.mkdir()
         for name in ("a b.mp3", "B.MP3", "cover.jpg"):
