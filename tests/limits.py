@@ -175,7 +175,7 @@ class Run:
 
 def check_signals(program, folder, album):
     long_run = Run(folder, album)
-    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP):
+    for number in (signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT):
         process = long_run.start(program)
         long_run.wait_until_stuck(process)
         process.send_signal(number)
@@ -188,7 +188,7 @@ def check_signals(program, folder, album):
     whole = time.monotonic() - started
     in_the_middle = 0
     for _ in range(24):
-        number = chance.choice((signal.SIGINT, signal.SIGTERM, signal.SIGHUP))
+        number = chance.choice((signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT))
         process = long_run.start(program)
         time.sleep(chance.uniform(0, whole))
         process.send_signal(number)
