@@ -14,6 +14,12 @@ FileError::FileError(const std::filesystem::path& file, std::string_view failure
   code_ = code;
 }
 
+FileError FileError::followedBy(std::string_view sentence) const {
+  FileError longer = *this;
+  longer.description_.append(" ").append(sentence);
+  return longer;
+}
+
 std::string lastPathComponent(const std::filesystem::path& file) {
   const std::string& text = file.native();
   const std::size_t end = text.find_last_not_of('/');

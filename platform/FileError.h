@@ -2,6 +2,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -18,15 +19,17 @@ class FileError : public std::exception {
   FileError(const std::filesystem::path& file, std::string_view failure, std::string_view reason);
 
   const char* what() const noexcept override { return description_.c_str(); }
-  /// The system's error number, 0 when the program itself refused.
-  int code() const { return code_; }
+  /// The system's error number; nothing when it was the program itself that refused.
+  std::optional<int> code() const { return code_; }
+  /// The same with one more sentence in its line.
+  FileError followedBy(std::string_view sentence) const;
 
   static constexpr std::string_view notRead = "could not be read";
   static constexpr std::string_view notWritten = "could not be written";
 
  private:
   std::string description_;
-  int code_ = 0;
+  std::optional<int> code_;
 };
 
 /// The last path component; for a path that ends in a slash, the component before it.

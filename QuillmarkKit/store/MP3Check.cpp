@@ -19,7 +19,7 @@ FileHandle openForReading(const std::filesystem::path& url) {
     return FileHandle::forReading(url);
   } catch (const platform::FileError& error) {
     // That something is no file at all is worth telling; the system's reasons all come to the same.
-    if (error.code() == 0) throw;
+    if (!error.code()) throw;
     throw TagStoreError::fileNotReadable(url);
   }
 }

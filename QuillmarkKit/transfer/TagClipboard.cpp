@@ -32,14 +32,13 @@ Payload decode(const JSON::Value& document) {
 
 }  // namespace
 
-bool copy(const TagSet& tags, Pasteboard& to) {
+void copy(const TagSet& tags, Pasteboard& to) {
   const std::string document =
       JSON::print(encode({.version = currentVersion, .tags = tags}), JSON::Layout::compact);
-  to.clearContents();
+  // Not cleared first: until the new content is complete, whoever pastes gets the old.
   to.declareTypes({std::string(pasteboardType), std::string(Pasteboard::stringType)});
-  const bool hasDocument = to.setData(platform::bytesOf(document), pasteboardType);
-  // The pasteboard takes both or neither.
-  return to.setString(tags.summary(), Pasteboard::stringType) && hasDocument;
+  to.setData(platform::bytesOf(document), pasteboardType);
+  to.setString(tags.summary(), Pasteboard::stringType);
 }
 
 std::optional<TagSet> paste(const Pasteboard& from) {

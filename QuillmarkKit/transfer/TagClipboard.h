@@ -43,15 +43,16 @@ class ClipboardError : public std::exception {
   std::string description_;
 };
 
-/// Puts the tag set in the place of what was there. False when it could not be stored; the pasteboard is
-/// empty then.
-bool copy(const TagSet& tags, platform::Pasteboard& to);
+/// Puts the tag set in the place of what was there. Throws platform::FileError when it could not be stored;
+/// the pasteboard is empty then, or the error adds that what was there still is.
+void copy(const TagSet& tags, platform::Pasteboard& to);
 
 /// The tag set on the pasteboard; nothing when there is no document of the type. Throws
-/// platform::JSON::DecodingError for a malformed document, and ClipboardError for one of a newer format.
+/// platform::JSON::DecodingError for a malformed document, ClipboardError for one of a newer format, and
+/// platform::FileError for a pasteboard that is there but cannot be used.
 std::optional<TagSet> paste(const platform::Pasteboard& from);
 
-/// Whether there is something of the document's type, whatever it holds.
+/// Whether there is something of the document's type, whatever it holds. Throws platform::FileError likewise.
 bool hasTags(const platform::Pasteboard& on);
 
 }  // namespace QuillmarkKit::TagClipboard

@@ -1,7 +1,10 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/file.h>
 #include <sys/stat.h>
+
+#include <functional>
 
 #include "platform/Pasteboard.h"
 #include "tests/Files.h"
@@ -93,33 +96,105 @@ TEST_F(ClipboardCommandsTest, ReadDocumentsOfOthers) {
   }
 }
 
-TEST_F(ClipboardCommandsTest, TakeADamagedOrForeignStoreForAnEmptyOne) {
+TEST_F(ClipboardCommandsTest, TellADamagedStoreFromAnEmptyOne) {
   ASSERT_EQ(run({"copy", "01.mp3"}).status, 0);
   const std::string stored = contentsOf(state / "pasteboard");
   const std::string document = stored.substr(stored.find('{'));
-  const std::string head = "quillmark pasteboard 1\norg.quillmark.tagset\n";
-  for (const std::string& bytes :
-       {std::string(), stored.substr(0, stored.size() / 2), stored.substr(1), stored + "more",
-        head + "-1\n" + document, head + "99999999\n" + document}) {
+  const std::string signature = "quillmark pasteboard 1\n";
+  const std::string head = signature + "org.quillmark.tagset\n";
+  for (const std::string& bytes : {stored.substr(0, stored.size() / 2), stored.substr(1), stored + "more",
+                                   head + "-1\n" + document, head + "99999999\n" + document}) {
     folder.file(".local/state/quillmark/pasteboard", bytes);
-    EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere) << bytes;
+    EXPECT_EQ(run({"paste", "02.mp3"}).error,
+              "quillmark: The clipboard could not be read: it is damaged, copy again.\n")
+        << bytes;
   }
-
-  // A link is not followed, to read nor to write, and what a crashed writer left does not matter.
-  std::filesystem::remove(state / "pasteboard");
-  const auto planted = folder.file("planted", stored);
-  std::filesystem::create_symlink(planted, state / "pasteboard");
+  // Longer than any content: refused before it is read. The rest of the file takes no room on the disk.
+  folder.file(".local/state/quillmark/pasteboard", head + "2147483649\n");
+  std::filesystem::resize_file(state / "pasteboard", head.size() + 11 + 2147483649);
+  EXPECT_EQ(run({"paste", "02.mp3"}).error,
+            "quillmark: The clipboard could not be read: it is damaged, copy again.\n");
+  for (const std::string& bytes : {std::string(), signature}) {
+    folder.file(".local/state/quillmark/pasteboard", bytes);
+    EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
+  }
+  ASSERT_EQ(run({"copy", "01.mp3"}).status, 0);
+  platform::Pasteboard(folder.path()).clearContents();
   EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
-  std::filesystem::create_symlink(planted, state / "pasteboard.unfinished");
-  ASSERT_EQ(run({"copy", "02.mp3"}).status, 0);
-  EXPECT_EQ(contentsOf(planted), stored);
-  EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).error, "");
+}
 
-  if (::geteuid() != 0) return;
-  ASSERT_EQ(::chown((state / "pasteboard").c_str(), 65534, 65534), 0);
-  EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
-  ASSERT_EQ(::chown(state.c_str(), 65534, 65534), 0);
-  EXPECT_NE(run({"copy", "01.mp3"}).error, "");
+TEST_F(ClipboardCommandsTest, TrustOnlyWhatNobodyElseCanHavePutThere) {
+  using std::filesystem::perms;
+  namespace filesystem = std::filesystem;
+  const auto opened = [](const filesystem::path& place) {
+    return [place] { filesystem::permissions(place, perms::all); };
+  };
+  const auto given = [](const filesystem::path& place) {
+    return [place] { ASSERT_EQ(::lchown(place.c_str(), 65534, 65534), 0); };
+  };
+  const auto linked = [&](const filesystem::path& place) {
+    return [&, place] {
+      filesystem::rename(place, folder.path() / "elsewhere");
+      filesystem::create_symlink(folder.path() / "elsewhere", place);
+    };
+  };
+  const auto store = state / "pasteboard";
+  const std::string foreignHome = "the home folder is not the user's alone";
+  const std::string foreignParent = "a folder above it is not the user's alone";
+  struct Row {
+    std::function<void()> change;
+    std::string reasonForPaste;
+    /// Empty where copying puts it right.
+    std::string reasonForCopy;
+    bool needsRoot = false;
+  };
+  for (const Row& row : std::vector<Row>{
+           {opened(folder.path()), foreignHome, foreignHome},
+           {opened(state.parent_path()), foreignParent, foreignParent},
+           {opened(state), "others can use it", ""},
+           {linked(state), "Not a directory", "Not a directory"},
+           {linked(store), "a link stands in its place", ""},
+           {linked(state / "lock"), "", "a link stands in its place"},
+           {[&] { filesystem::remove(store), filesystem::create_directory(store); },
+            "it is no file of the user's own", "Is a directory"},
+           {given(folder.path()), foreignHome, foreignHome, true},
+           {given(state.parent_path()), foreignParent, foreignParent, true},
+           {given(state), "it belongs to another user", "it belongs to another user", true},
+           {given(store), "it is no file of the user's own", "", true},
+           {given(state / "lock"), "", "it is no file of the user's own", true},
+       }) {
+    if (row.needsRoot && ::geteuid() != 0) continue;
+    SCOPED_TRACE(row.reasonForPaste + " / " + row.reasonForCopy);
+    filesystem::remove_all(folder.path() / ".local");
+    filesystem::remove_all(folder.path() / "elsewhere");
+    ASSERT_EQ(run({"copy", "01.mp3"}).error, "");
+    row.change();
+    const auto line = [](const std::string& reason, const std::string& more) {
+      const std::string failure = reason == "Is a directory" ? "could not be written: " : "cannot be used: ";
+      return reason.empty() ? "" : "quillmark: The clipboard " + failure + reason + "." + more + "\n";
+    };
+    EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).error, line(row.reasonForPaste, ""));
+    const Finished copied = run({"copy", "02.mp3"});
+    EXPECT_EQ(copied.error, line(row.reasonForCopy, " What was copied before is still there."));
+    EXPECT_EQ(copied.status, row.reasonForCopy.empty() ? 0 : 1);
+    EXPECT_EQ(copied.output, row.reasonForCopy.empty() ? "Copied tags from 02.mp3.\n  Title: Gloria\n" : "");
+    if (row.reasonForCopy.empty()) {
+      EXPECT_EQ(filesystem::status(state).permissions(), perms::owner_all);
+      EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).error, "");
+    }
+    ASSERT_EQ(::chown(folder.path().c_str(), ::geteuid(), ::getegid()), 0);
+    filesystem::permissions(folder.path(), perms::owner_all);
+  }
+}
+
+TEST_F(ClipboardCommandsTest, WaitForAnotherWriterFirst) {
+  ASSERT_EQ(run({"copy", "01.mp3"}).error, "");
+  const int lock = ::open((state / "lock").c_str(), O_RDONLY | O_CLOEXEC);
+  ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+  EXPECT_EQ(run({"copy", "02.mp3"}).error,
+            "quillmark: The clipboard could not be written: another program holds it locked. What was copied "
+            "before is still there.\n");
+  ::close(lock);
 }
 
 TEST_F(ClipboardCommandsTest, OfferTheSummaryToTheDesktop) {
