@@ -34,7 +34,7 @@ std::size_t extendedHeaderLength(platform::ByteView body, std::uint8_t version) 
   for (const std::size_t length : {usual, unusual}) {
     if (length > sizeField && leadsOn(body, length, version)) return length;
   }
-  return usual > sizeField && usual <= body.size() ? usual : 0;
+  return 0;
 }
 
 }  // namespace ID3v2

@@ -30,8 +30,9 @@ struct TagHeader {
 std::optional<TagHeader> tagHeader(platform::ByteView bytes);
 
 /// The length of the extended header at the front of the body of a tag whose flags claim one (ID3v2.3.0
-/// §3.2, ID3v2.4.0 structure §3.2); 0 where the frames follow at once in spite of the flag. Its size tells
-/// itself in v2.4 and not in v2.3; either is taken in both, by what stands behind it.
+/// §3.2, ID3v2.4.0 structure §3.2); 0 where frames follow at once in spite of the flag. Its size counts
+/// itself in v2.4 and not in v2.3; either is taken in both, by what stands behind it, and 0 where that is
+/// nothing.
 std::size_t extendedHeaderLength(platform::ByteView body, std::uint8_t version);
 
 }  // namespace ID3v2
