@@ -14,6 +14,8 @@ class FileConflict : public std::exception {
   enum class Case : std::uint8_t {
     /// The file has other contents or attributes, or another file has its name.
     changed,
+    /// Something has its name that is no file, such as a link: to follow it now could lead anywhere.
+    noFile,
     /// Nothing has its name any more.
     movedOrDeleted,
   };

@@ -89,6 +89,7 @@ void FileReplacement::requireUnchanged(bool hasSecondName) const {
     if (errno != ENOENT) throw FileError(path_, FileError::notWritten, errno);
     throw FileConflict(FileConflict::Case::movedOrDeleted, path_);
   }
+  if (!S_ISREG(found.st_mode)) throw FileConflict(FileConflict::Case::noFile, path_);
   const struct stat& opened = original_->attributes();
   const bool hasSameAttributes = hasSecondName || isEqual(found.st_ctim, opened.st_ctim);
   if (!isSameFile(found, opened) || !hasSameContents(found, opened) || !hasSameAttributes) {

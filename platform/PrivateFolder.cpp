@@ -50,18 +50,21 @@ PrivateFolder::PrivateFolder(const ReplacementFolder& parent, std::filesystem::p
   constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
   descriptor_ = Descriptor(retrying([&] { return ::openat(parent_.descriptor(), name_.c_str(), flags); }));
   if (!descriptor_ || ::fstat(descriptor_.get(), &attributes_) == -1) {
-    const int failure = errno;
-    // Only an empty folder goes this way, whoever has made it.
-    ::unlinkat(parent_.descriptor(), name_.c_str(), AT_REMOVEDIR);
-    errno = failure;
-    fail();
+    const FileError failure(file_, FileError::notWritten, errno);
+    if (parent_.find(name_, attributes_)) remove();
+    throw failure;
   }
 }
 
 PrivateFolder::~PrivateFolder() {
   for (const char* name : files_) ::unlinkat(descriptor_.get(), name, 0);
   struct stat found {};
-  if (parent_.find(name_, found) && isSameFile(found, attributes_)) {
+  if (parent_.find(name_, found) && isSameFile(found, attributes_)) remove();
+}
+
+/// Only an empty folder goes this way.
+void PrivateFolder::remove() const {
+  if (isMine_ && attributes_.st_uid == ::geteuid()) {
     ::unlinkat(parent_.descriptor(), name_.c_str(), AT_REMOVEDIR);
   }
 }
@@ -70,12 +73,13 @@ void PrivateFolder::fail() const {
   throw FileError(file_, FileError::notWritten, errno);
 }
 
-void PrivateFolder::failForAnother() const {
+void PrivateFolder::failForAnother() {
+  isMine_ = false;
   throw FileError(file_, FileError::notWritten,
                   "somebody has put another folder in the place of the hidden one for its new version");
 }
 
-void PrivateFolder::requireEmpty() const {
+void PrivateFolder::requireEmpty() {
   alignas(struct dirent64) std::array<char, 1024> buffer;
   for (;;) {
     const ssize_t length = ::getdents64(descriptor_.get(), buffer.data(), buffer.size());

@@ -31,14 +31,17 @@ class PrivateFolder {
 
  private:
   [[noreturn]] void fail() const;
-  [[noreturn]] void failForAnother() const;
-  void requireEmpty() const;
+  [[noreturn]] void failForAnother();
+  void requireEmpty();
+  void remove() const;
 
   const ReplacementFolder& parent_;
   std::filesystem::path file_;
   std::string name_;
   Descriptor descriptor_;
   struct stat attributes_ {};
+  /// False when it has turned out that somebody has put another folder in its place.
+  bool isMine_ = true;
   /// The names of the files that are in here.
   std::vector<const char*> files_;
 };

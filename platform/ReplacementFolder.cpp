@@ -92,7 +92,8 @@ FolderEntry entryOf(const FileHandle& file, std::shared_ptr<ReplacementFolder> l
              .name = real->filename().native()};
     if (isHere(file, entry)) return entry;
   }
-  throw FileConflict(FileConflict::Case::changed, file.path());
+  throw FileConflict(S_ISREG(found.st_mode) ? FileConflict::Case::changed : FileConflict::Case::noFile,
+                     file.path());
 }
 
 }  // namespace platform
