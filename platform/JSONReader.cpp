@@ -1,3 +1,4 @@
+#include <array>
 #include <nlohmann/json.hpp>
 
 #include "platform/JSON.h"
@@ -8,6 +9,23 @@ namespace platform::JSON {
 namespace {
 
 constexpr std::size_t greatestDepth = 512;
+
+/// What should have stood where the parser failed, by what it says it was parsing there.
+std::string_view expectedWhere(std::string_view error) {
+  using Row = std::pair<std::string_view, std::string_view>;
+  static constexpr std::array rows = std::to_array<Row>({
+      {"expected end of input", "the end"},
+      {"while parsing value -", "a value"},
+      {"while parsing object key -", "a name in quotes"},
+      {"while parsing object separator -", "a colon"},
+      {"while parsing object -", "a comma or a closing brace"},
+      {"while parsing array -", "a comma or a closing bracket"},
+  });
+  for (const auto& [words, expected] : rows) {
+    if (error.find(words) != std::string_view::npos) return expected;
+  }
+  return "something else";
+}
 
 /// Builds a Value from the events of the parser, with a stack of its own: no recursion over the document.
 class ValueBuilder {
@@ -31,13 +49,13 @@ class ValueBuilder {
   bool end_array() { return close(); }
 
   bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) {
-    // "[json.exception.parse_error.101] parse error at line 1, column 9: syntax error ...; last read: '...'".
-    // What was read last may be a whole picture.
+    // "[json.exception.parse_error.101] parse error at line 1, column 9: syntax error while parsing value -
+    // ...".
     const std::string_view text = error.what();
     const std::size_t place = text.find("at line");
     if (place == std::string_view::npos) throw DecodingError("a number in it is out of range");
-    throw DecodingError("not valid JSON " +
-                        std::string(text.substr(place, text.find("; last read") - place)));
+    throw DecodingError("not valid JSON: " + std::string(expectedWhere(text)) + " was expected " +
+                        std::string(text.substr(place, text.find(':', place) - place)));
   }
 
  private:

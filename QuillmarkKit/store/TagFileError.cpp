@@ -19,7 +19,7 @@ std::string_view failure(ID3TagEditor::ID3TagEditorError::Case value, const std:
     std::string_view text;
   };
   static constexpr std::array failures = std::to_array<Failure>({
-      {invalidFileFormat, " is not named .mp3, so its tag cannot be edited."},
+      {invalidFileFormat, " is not named .mp3, so its tag is neither read nor written."},
       {tagTooBig, tagTooBigDescription},
       {invalidTagData, ": nothing would be left in its tag."},
       {corruptedFile, ": its ID3 tag says it is longer than the file."},

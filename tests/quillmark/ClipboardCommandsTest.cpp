@@ -83,6 +83,9 @@ TEST_F(ClipboardCommandsTest, ReadDocumentsOfOthers) {
             unreadable + "\"tags.artwork.data\" is not base64.\n"},
            {R"({"version":1,"tags":{"artwork":{"data":"/9j/","format":"JPEG"}}})",
             unreadable + "\"tags.artwork.format\" is neither \"jpeg\" nor \"png\".\n"},
+           {R"({"version":1 "tags":{}})",
+            unreadable + "not valid JSON: a comma or a closing brace was expected at line 1, column 19.\n"},
+           {"{}{", unreadable + "not valid JSON: the end was expected at line 1, column 3.\n"},
            {std::string(100000, '['), unreadable + "values nested more than 512 deep.\n"},
        }) {
     SCOPED_TRACE(document.substr(0, 80));
