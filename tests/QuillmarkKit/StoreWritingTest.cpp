@@ -147,27 +147,12 @@ TEST(StoreWritingTest, ReplacesWhatALinkPointsTo) {
 }
 
 TEST(StoreWritingTest, LeavesTheFileAloneWhenItFails) {
-  const std::string managed = track(wide("TIT2", "Old"), 64);
-  const std::string carrying = track(wide("TIT2", "Old") + frame("PRIV", "p"));
-  const std::string noRoom = "track.mp3 could not be written: File too large.";
-  std::signal(SIGXFSZ, SIG_IGN);
-  struct rlimit unlimited {};
-  ASSERT_EQ(::getrlimit(RLIMIT_FSIZE, &unlimited), 0);
-  const struct rlimit limited { .rlim_cur = 2048, .rlim_max = unlimited.rlim_max };
-  for (const auto& [contents, tags, message] :
-       {std::tuple(managed, TagSet(), "track.mp3: nothing would be left in its tag."s),
-        {managed, titleOnly("New"), noRoom},
-        {carrying, titleOnly("New"), noRoom},
-        {carrying, TagSet(), noRoom}}) {
-    const TemporaryFolder folder;
-    const auto file = folder.file("track.mp3", contents);
-    const FileState before(file);
-    ::setrlimit(RLIMIT_FSIZE, &limited);
-    EXPECT_EQ(messageOf([&] { store.write(tags, file); }), message);
-    ::setrlimit(RLIMIT_FSIZE, &unlimited);
-    EXPECT_TRUE(FileState(file) == before);
-    EXPECT_EQ(folder.entryCount(), 1);
-  }
+  const TemporaryFolder folder;
+  const auto file = folder.file("track.mp3", track(wide("TIT2", "Old"), 64));
+  const FileState before(file);
+  EXPECT_EQ(messageOf([&] { store.write(TagSet(), file); }), "track.mp3: nothing would be left in its tag.");
+  EXPECT_TRUE(FileState(file) == before);
+  EXPECT_EQ(folder.entryCount(), 1);
 }
 
 TEST(StoreWritingTest, RefusesCarriedFramesThatTheSizeOfTheTagCannotTell) {

@@ -122,10 +122,4 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
   }
 }
 
-TEST(CommandLineTest, SaysWhenItsOutputCannotBeWritten) {
-  const Finished run = quillmark({"fields"}, "/", "/dev/full");
-  EXPECT_EQ(run.status, 1);
-  EXPECT_EQ(run.error, "quillmark: The output could not be written: No space left on device.\n");
-}
-
 }  // namespace tests
