@@ -8,6 +8,7 @@
 namespace {
 
 using namespace ID3TagEditor;
+using Editor = ::ID3TagEditor::ID3TagEditor;
 using platform::Bytes;
 
 ID3Tag albumTag(std::int64_t pictureSize) {
@@ -28,7 +29,7 @@ ID3Tag albumTag(std::int64_t pictureSize) {
 }
 
 void readTag(benchmark::State& state) {
-  const ID3TagEditor::ID3TagEditor editor;
+  const Editor editor;
   ID3Tag tag = albumTag(state.range(0));
   const platform::SharedBytes mp3 = editor.write(tag, Bytes());
   for (auto _ : state) benchmark::DoNotOptimize(editor.read(mp3));
@@ -37,7 +38,7 @@ void readTag(benchmark::State& state) {
 BENCHMARK(readTag)->Arg(16)->Arg(100'000)->Arg(10'000'000);
 
 void createTag(benchmark::State& state) {
-  const ID3TagEditor::ID3TagEditor editor;
+  const Editor editor;
   ID3Tag tag = albumTag(state.range(0));
   std::int64_t size = 0;
   for (auto _ : state) size += static_cast<std::int64_t>(editor.write(tag, Bytes()).size());
@@ -46,7 +47,7 @@ void createTag(benchmark::State& state) {
 BENCHMARK(createTag)->Arg(16)->Arg(100'000)->Arg(10'000'000);
 
 void walkPadding(benchmark::State& state) {
-  const ID3TagEditor::ID3TagEditor editor;
+  const Editor editor;
   Bytes mp3{'I', 'D', '3', 3, 0, 0, 0x07, 0x7F, 0x7F, 0x76};
   mp3.resize((std::size_t{0x07} << 21 | 0x1FFFF6) + 10);
   const platform::SharedBytes shared = std::move(mp3);

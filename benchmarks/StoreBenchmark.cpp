@@ -1,5 +1,6 @@
 #include <benchmark/benchmark.h>
 
+#include <array>
 #include <filesystem>
 #include <fstream>
 #include <string>
@@ -56,7 +57,7 @@ void applyToUnchangedFile(benchmark::State& state) {
 BENCHMARK(applyToUnchangedFile)->Arg(8'000'000);
 
 void applyToChangingFile(benchmark::State& state) {
-  const TagSet sources[] = {tagsOf("Morning Songs"), tagsOf("Evening Songs")};
+  const std::array sources{tagsOf("Morning Songs"), tagsOf("Evening Songs")};
   const TaggedFile file(sources[0], state.range(0));
   const ID3TagEditorStore store(true);
   const TagApplier applier(store);

@@ -15,8 +15,8 @@ void fuzzTarget(const platform::SharedBytes& input) {
   require(payloads + 10 * tag->frames.size() + 10 <= tag->audioOffset, "frames do not overlap");
   if (tag->frames.empty()) return;
 
-  constexpr std::size_t padding = 16;
-  for (const std::size_t count : {std::size_t{0}, padding}) {
+  constexpr std::int64_t padding = 16;
+  for (const std::int64_t count : {std::int64_t{0}, padding}) {
     const platform::SharedBytes written = ID3Frames::tagData(tag->frames, count, "written.mp3");
     const auto again = ID3Frames::parse(written);
     require(again && again->frames == tag->frames, "written frames are read as they were");

@@ -18,7 +18,7 @@ class TagStore {
   /// The same for who has made `tags` of what the file held: a store that others may write to at the same
   /// time throws platform::FileConflict when the file holds something else than `current` by now, and does
   /// nothing.
-  virtual void replace([[maybe_unused]] TagSet current, const TagSet& tags,
+  virtual void replace(TagSet /*current*/, const TagSet& tags,
                        const std::filesystem::path& in) const {
     write(tags, in);
   }
