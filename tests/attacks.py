@@ -1,4 +1,4 @@
-#!/usr/bin/python3
+#!/usr/bin/env python3
 """Stops runs at chosen system calls, lets somebody else put a hand on the folder there, and looks at what comes of it.
 
 Usage: attacks.py PROGRAM SAMPLES_FOLDER

@@ -10,6 +10,8 @@ import os
 import pathlib
 import queue
 import re
+import resource
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -165,6 +167,33 @@ def check_short_counts(stage, library):
     check("short counts", (result, stage.contents()), ((0, stage.output, ""), ["new"] * 3))
 
 
+def check_clipboard(program, samples, home):
+    """What cannot be stored is told and nothing else, and what was there before is gone, or told to be there."""
+    store, own = home / ".local/state/quillmark", {"env": {**proof.ENVIRONMENT, "HOME": str(home)}}
+    there, empty = " What was copied before is still there.", "No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first."
+    for injected, reason in (("fdatasync,fsync:error=EIO", "could not be written: Input/output error."),
+                             ("renameat:error=ENOSPC", "could not be written: No space left on device."),
+                             ("write:retval=0:when=1", "could not be written: the system took nothing of it."),
+                             ("unlinkat:error=EACCES", "could not be written: Permission denied." + there),
+                             ("", "cannot be used: Too many open files." + there),
+                             ("unlinkat:retval=0", "cannot be used: File exists." + there)):
+        shutil.rmtree(home, ignore_errors=True)
+        home.mkdir()
+        for name in (SOURCE, "02 Gloria.mp3"):
+            shutil.copy(samples / name, home)
+        check("copy", run(program, ["copy", SOURCE], home, **own)[::2], (0, ""))
+        shutil.copy(home / SOURCE, home / "planted")
+        os.link(home / "planted", store / "pasteboard.unfinished")
+        words = ["strace", "-qq", "-o", home / "log", "-e", "inject=" + injected, "--"] if injected else []
+        words += [program, "copy", "02 Gloria.mp3"]
+        limit = {} if injected else {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (4, 4))}
+        result = run(words[0], words[1:], home, **own, **limit)
+        check(f"copy with {injected}", result, (1, "", f"quillmark: The clipboard {reason}\n"))
+        check(f"copy with {injected}: the planted file", (home / "planted").read_bytes() == (home / SOURCE).read_bytes(), True)
+        pasted = run(program, ["paste", "--dry-run", SOURCE], home, **own)
+        check(f"paste after {injected}", pasted[2] == (f"quillmark: {empty}\n" if there not in reason else ""), True)
+
+
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
     with tempfile.TemporaryDirectory() as folder:
@@ -175,6 +204,7 @@ def main():
             stages.put(Stage(folder / str(number), samples, program))
         stage = stages.queue[0]
         check_short_counts(stage, folder / "short_counts.so")
+        check_clipboard(program, samples, folder / "home")
         faults = [fault for way in WAYS for fault in faults_of(way, program, stage, stage.log)]
 
         def attempt(fault):

@@ -18,8 +18,7 @@ class TagStore {
   /// The same for who has made `tags` of what the file held: a store that others may write to at the same
   /// time throws platform::FileConflict when the file holds something else than `current` by now, and does
   /// nothing.
-  virtual void replace(TagSet /*current*/, const TagSet& tags,
-                       const std::filesystem::path& in) const {
+  virtual void replace(TagSet /*current*/, const TagSet& tags, const std::filesystem::path& in) const {
     write(tags, in);
   }
   /// Waits until everything that was written is safe. Throws when it cannot be.

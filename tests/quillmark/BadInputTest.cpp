@@ -64,7 +64,8 @@ TEST_F(BadInputTest, GetsAClearLineAndAStatus) {
            {holding("wvpk" + audio()), lookingLike("WavPack")},
            {holding("\xFF\xFB\x90\x44"), "x.mp3 is too short to be an MP3 file."},
            {holding(TagBytes(4).text("TIT2", "Old").declaring(huge) + audio(1000)), cutOff},
-           {holding(audio()), "track.mpeg is not named .mp3, so its tag is neither read nor written.", "track.mpeg"},
+           {holding(audio()), "track.mpeg is not named .mp3, so its tag is neither read nor written.",
+            "track.mpeg"},
        }) {
     SCOPED_TRACE(row.message);
     const filesystem::path file = folder.path() / row.name;
