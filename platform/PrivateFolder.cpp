@@ -51,7 +51,8 @@ PrivateFolder::PrivateFolder(const ReplacementFolder& parent, std::filesystem::p
   descriptor_ = Descriptor(retrying([&] { return ::openat(parent_.descriptor(), name_.c_str(), flags); }));
   if (!descriptor_ || ::fstat(descriptor_.get(), &attributes_) == -1) {
     const FileError failure(file_, FileError::notWritten, errno);
-    if (parent_.find(name_, attributes_)) remove();
+    // Not looked into, it is only taken for the one just made where it is the user's.
+    if (parent_.find(name_, attributes_) && attributes_.st_uid == ::geteuid()) remove();
     throw failure;
   }
 }
@@ -59,14 +60,12 @@ PrivateFolder::PrivateFolder(const ReplacementFolder& parent, std::filesystem::p
 PrivateFolder::~PrivateFolder() {
   for (const char* name : files_) ::unlinkat(descriptor_.get(), name, 0);
   struct stat found {};
-  if (parent_.find(name_, found) && isSameFile(found, attributes_)) remove();
+  if (parent_.find(name_, found) && isSameFile(found, attributes_) && isMine_) remove();
 }
 
 /// Only an empty folder goes this way.
 void PrivateFolder::remove() const {
-  if (isMine_ && attributes_.st_uid == ::geteuid()) {
-    ::unlinkat(parent_.descriptor(), name_.c_str(), AT_REMOVEDIR);
-  }
+  ::unlinkat(parent_.descriptor(), name_.c_str(), AT_REMOVEDIR);
 }
 
 void PrivateFolder::fail() const {
