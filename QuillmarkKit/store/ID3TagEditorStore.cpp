@@ -1,10 +1,12 @@
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
 
 #include "ID3TagEditor/ID3TagEditor.h"
+#include "QuillmarkKit/store/FileTags.h"
 #include "QuillmarkKit/store/ID3Frames.h"
 #include "QuillmarkKit/store/MP3Check.h"
 #include "QuillmarkKit/store/TagConversion.h"
 #include "QuillmarkKit/store/TagFileError.h"
+#include "QuillmarkKit/store/TagLosses.h"
 
 namespace QuillmarkKit {
 
@@ -33,7 +35,20 @@ TagSet ID3TagEditorStore::tagsIn(platform::FileHandle& file) const {
   return tag ? tagSetFrom(*tag) : TagSet();
 }
 
+TagSet ID3TagEditorStore::readSource(const std::filesystem::path& from, TagFields fields) const {
+  platform::FileHandle file = openMP3(from);
+  TagSet tags = tagsIn(file);
+  if (tellsLosses()) tell(from, TagLosses::ofReading(readTags(file).tag, tags, fields));
+  return tags;
+}
+
 MP3TagStore::NewTag ID3TagEditorStore::newTag(const TagSet& tags, platform::FileHandle& file) const {
+  NewTag tag = newTagWith(tags, file);
+  if (tellsLosses()) tag.losses = TagLosses::ofWriting(readTags(file), tagsIn(file), tags, tag.bytes);
+  return tag;
+}
+
+MP3TagStore::NewTag ID3TagEditorStore::newTagWith(const TagSet& tags, platform::FileHandle& file) const {
   const std::filesystem::path& url = file.path();
   const ID3Frames::FrameData unmanaged = ID3Frames::unmanagedFrameData(file);
   if (tags.isEmpty() && !unmanaged.bytes.empty()) {

@@ -18,11 +18,15 @@ class ID3TagEditorStore : public MP3TagStore {
   explicit ID3TagEditorStore(bool preservesDate);
   ~ID3TagEditorStore() override;
 
+  TagSet readSource(const std::filesystem::path& from, TagFields fields) const override;
+
  protected:
   TagSet tagsIn(platform::FileHandle& file) const override;
   NewTag newTag(const TagSet& tags, platform::FileHandle& file) const override;
 
  private:
+  NewTag newTagWith(const TagSet& tags, platform::FileHandle& file) const;
+
   std::unique_ptr<const ID3TagEditor::ID3TagEditor> editor_;
 };
 

@@ -35,14 +35,28 @@ void MP3TagStore::rewrite(const std::filesystem::path& url, std::optional<TagSet
   if (current && tagsIn(file) != *current) throw FileConflict(FileConflict::Case::changed, url);
   // A picture in there may keep a whole tag in memory.
   current.reset();
+  std::string losses;
   {
-    const NewTag tag = newTag(tags, file);
+    NewTag tag = newTag(tags, file);
+    losses = std::move(tag.losses);
     replacement.file().write(tag.bytes);
     replacement.file().copy(file, tag.audioStart);
   }
   if (keepsBackup) replacement.keepBackup();
   if (preservesModificationDate) replacement.keepModificationDate();
   replacement.commit();
+  tell(url, losses);
+}
+
+void MP3TagStore::preview(const TagSet& tags, const std::filesystem::path& in) const {
+  if (!failsInPreview() && !tellsLosses()) return;
+  try {
+    FileHandle file = openMP3(in);
+    tell(in, newTag(tags, file).losses);
+  } catch (const std::exception&) {
+    // What is only looked at to be told changes nothing of the run.
+    if (failsInPreview()) throw;
+  }
 }
 
 void MP3TagStore::synchronise() const {

@@ -1,8 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
+#include <string>
+#include <utility>
 
 #include "QuillmarkKit/store/TagStore.h"
 #include "platform/Bytes.h"
@@ -27,6 +30,7 @@ class MP3TagStore : public TagStore {
   /// may be written to by others at the same time: it fails when they were first.
   void write(const TagSet& tags, const std::filesystem::path& to) const final;
   void replace(TagSet current, const TagSet& tags, const std::filesystem::path& in) const final;
+  void preview(const TagSet& tags, const std::filesystem::path& in) const final;
   /// Waits until the folder of the last file has reached the disk; throws the first failure to wait for that
   /// or for another one.
   void synchronise() const final;
@@ -36,16 +40,30 @@ class MP3TagStore : public TagStore {
   /// it.
   bool keepsBackup = false;
 
+  /// Is told, in words, what is lost of a file though nobody asked for it.
+  using LossListener = std::function<void(const std::filesystem::path& url, const std::string& losses)>;
+  /// Without a listener nobody looks for losses.
+  void tellLosses(LossListener listener) { lossListener_ = std::move(listener); }
+
  protected:
   /// A whole tag, and how much of the file it takes the place of.
   struct NewTag {
     platform::Bytes bytes;
     std::uint64_t audioStart;
+    /// What the file loses by it; looked for only when `tellsLosses`.
+    std::string losses = {};
   };
   /// What the open file holds.
   virtual TagSet tagsIn(platform::FileHandle& file) const = 0;
   /// The tag that makes `tags` the file's tags; nothing is written.
   virtual NewTag newTag(const TagSet& tags, platform::FileHandle& file) const = 0;
+  /// Whether a dry run fails where making the new tag does.
+  virtual bool failsInPreview() const { return false; }
+
+  bool tellsLosses() const { return lossListener_ != nullptr; }
+  void tell(const std::filesystem::path& url, const std::string& losses) const {
+    if (lossListener_ && !losses.empty()) lossListener_(url, losses);
+  }
 
  private:
   void rewrite(const std::filesystem::path& url, std::optional<TagSet> current, const TagSet& tags) const;
@@ -55,6 +73,7 @@ class MP3TagStore : public TagStore {
   // Files in a row of one folder share it, open, and wait for it together.
   mutable std::shared_ptr<platform::ReplacementFolder> lastFolder_;
   mutable std::optional<platform::FileError> failedFolder_;
+  LossListener lossListener_;
 };
 
 }  // namespace QuillmarkKit

@@ -21,6 +21,17 @@ class TagStore {
   virtual void replace(TagSet /*current*/, const TagSet& tags, const std::filesystem::path& in) const {
     write(tags, in);
   }
+  /// Fails as `replace` would, and tells what it would tell; nothing is written.
+  virtual void preview([[maybe_unused]] const TagSet& tags,
+                       [[maybe_unused]] const std::filesystem::path& in) const {}
+  /// The tags of a file whose fields are to be written into others. Throws when one of them holds what the
+  /// store cannot carry there.
+  virtual TagSet readSource(const std::filesystem::path& from, [[maybe_unused]] TagFields fields) const {
+    return read(from);
+  }
+  /// The tags in the form in which the store gives them back once they are written. Throws when it cannot
+  /// hold one of the fields.
+  virtual TagSet accepted(const TagSet& tags, [[maybe_unused]] TagFields fields) const { return tags; }
   /// Waits until everything that was written is safe. Throws when it cannot be.
   virtual void synchronise() const {}
 };

@@ -12,7 +12,10 @@ TagApplier::Outcome TagApplier::attempt(const TagSet& source, const std::filesys
   TagSet wanted = current.merging(source, fields).normalized();
   if (wanted == current) return Unchanged{};
   auto before = tellsBefore_ ? std::optional(current) : std::nullopt;
-  if (dryRun) return WouldUpdate{std::move(wanted), std::move(before)};
+  if (dryRun) {
+    store_.preview(wanted, file);
+    return WouldUpdate{std::move(wanted), std::move(before)};
+  }
   store_.replace(std::move(current), wanted, file);
   return Updated{std::move(wanted), std::move(before)};
 }

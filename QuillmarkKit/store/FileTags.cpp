@@ -1,0 +1,44 @@
+#include "QuillmarkKit/store/FileTags.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "ID3v2/Reading.h"
+#include "ID3v2/TagsAtTheEnd.h"
+
+namespace QuillmarkKit {
+
+namespace {
+
+constexpr std::size_t headerSize = 10;
+
+void readTagsAtTheEnd(platform::FileHandle& file, FileTags& tags) {
+  file.seek(file.size() - std::min<std::uint64_t>(file.size(), ID3v2::endSize));
+  const platform::Bytes end = file.read(ID3v2::endSize);
+  if (auto tag = ID3v2::readID3v1(end)) tags.tag = std::move(*tag);
+  tags.hasAPETag = ID3v2::hasAPETag(end);
+}
+
+}  // namespace
+
+FileTags readTags(platform::FileHandle& file) {
+  FileTags tags;
+  file.seek(0);
+  platform::Bytes bytes = file.read(headerSize);
+  const auto length = ID3v2::tagLength(bytes);
+  if (!length) {
+    readTagsAtTheEnd(file, tags);
+    return tags;
+  }
+  const std::uint64_t present = std::min(*length, file.size());
+  if (present > bytes.size()) file.readOnto(bytes, static_cast<std::size_t>(present - bytes.size()));
+  tags.hasID3v2Tag = true;
+  tags.audioStart = present;
+  if (auto reading = ID3v2::read(platform::SharedBytes(std::move(bytes)))) {
+    tags.tag = std::move(reading->tag);
+    tags.unreadable = std::move(reading->unreadable);
+  }
+  return tags;
+}
+
+}  // namespace QuillmarkKit

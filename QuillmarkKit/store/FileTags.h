@@ -1,0 +1,29 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "ID3v2/Tag.h"
+#include "platform/FileHandle.h"
+
+namespace QuillmarkKit {
+
+/// What an open file holds in tags, by their standards.
+struct FileTags {
+  /// The ID3v2 tag; where there is none, what the ID3v1 tag at the end says.
+  ID3v2::Tag tag;
+  bool hasID3v2Tag = false;
+  /// Where the audio starts.
+  std::uint64_t audioStart = 0;
+  /// What of the ID3v2 tag could not be read, as clauses.
+  std::vector<std::string> unreadable;
+  /// Looked for only where there is no ID3v2 tag.
+  bool hasAPETag = false;
+};
+
+/// Reads the tags; of the audio only what a tag at the end may take, and only where there is none in front.
+FileTags readTags(platform::FileHandle& file);
+
+}  // namespace QuillmarkKit

@@ -1,0 +1,229 @@
+#include "QuillmarkKit/store/LosslessConversion.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+#include <vector>
+
+#include "QuillmarkKit/store/FieldFrames.h"
+#include "QuillmarkKit/store/TagDescriptions.h"
+#include "QuillmarkKit/store/TagTexts.h"
+#include "platform/Text.h"
+
+namespace QuillmarkKit::LosslessConversion {
+
+namespace Text = platform::Text;
+using namespace FieldFrames;
+using namespace TagTexts;
+using ID3v2::Frame;
+using ID3v2::LanguageText;
+using ID3v2::Picture;
+using ID3v2::Tag;
+
+namespace {
+
+constexpr std::uint8_t frontCover = 3;
+
+Frame textFrame(std::string_view identifier, std::string text) {
+  return {.identifier = std::string(identifier), .content = ID3v2::Text{std::move(text)}};
+}
+
+TagSet::Number yearOf(const Tag& tag) {
+  TagSet::Number year;
+  for (const std::string_view identifier : {"TDRC", "TYER"}) {
+    forEachValue(textOf(tag, identifier), [&](std::string_view value) {
+      if (!year) year = yearIn(Text::trimmingWhiteSpace(value));
+    });
+  }
+  return year;
+}
+
+bool isTotal(TagField field) {
+  return field == TagField::trackTotal || field == TagField::discTotal;
+}
+
+/// The text that a number field other than the year is read from.
+std::string numberTextOf(const Tag& tag, TagField field) {
+  if (field == TagField::bpm) return firstValue(tag, identifierOf(field));
+  return positionIn(firstValue(tag, identifierOf(field))).part(isTotal(field));
+}
+
+/// What programs keep for themselves in comments.
+bool isTechnical(const LanguageText& text) {
+  static constexpr std::array<std::string_view, 3> beginnings{"iTun", "ID3v1", "Songs-DB"};
+  return std::ranges::any_of(beginnings,
+                             [&](auto beginning) { return text.description.starts_with(beginning); });
+}
+
+/// The one among the comments, or lyrics, that is the field's: the first without a description, else the
+/// first that is not technical. Nothing but blanks is no comment.
+template <class TagType>
+auto languageTextOf(TagType& tag, std::string_view identifier) -> decltype(tag.frames.data()) {
+  decltype(tag.frames.data()) found = nullptr;
+  for (auto& frame : tag.frames) {
+    const auto* text = frame.identifier == identifier ? std::get_if<LanguageText>(&frame.content) : nullptr;
+    if (text == nullptr || isBlank(text->text)) continue;
+    if (text->description.empty()) return &frame;
+    if (found == nullptr && !isTechnical(*text)) found = &frame;
+  }
+  return found;
+}
+
+template <class TagType>
+auto coverOf(TagType& tag) -> decltype(tag.frames.data()) {
+  decltype(tag.frames.data()) first = nullptr;
+  for (auto& frame : tag.frames) {
+    const auto* picture = std::get_if<Picture>(&frame.content);
+    if (picture == nullptr || picture->data.empty()) continue;
+    if (picture->type == frontCover) return &frame;
+    if (first == nullptr) first = &frame;
+  }
+  return first;
+}
+
+/// Puts the frame in the place of the first of those that `isOld` picks, or behind all others, and removes
+/// the rest of them.
+template <class Predicate>
+void replaceFrames(Tag& tag, Predicate isOld, std::optional<Frame> replacement) {
+  std::vector<Frame> frames;
+  frames.reserve(tag.frames.size() + 1);
+  for (Frame& frame : tag.frames) {
+    if (!isOld(frame)) {
+      frames.push_back(std::move(frame));
+    } else if (replacement) {
+      frames.push_back(*std::exchange(replacement, std::nullopt));
+    }
+  }
+  if (replacement) frames.push_back(std::move(*replacement));
+  tag.frames = std::move(frames);
+}
+
+void setText(Tag& tag, TagField field, const TagSet::Text& text) {
+  std::optional<Frame> frame;
+  if (text && !text->empty()) frame = textFrame(identifierOf(field), *text);
+  replaceFrames(
+      tag, [&](const Frame& old) { return isOf(field, old.identifier); }, std::move(frame));
+}
+
+void setLanguageText(Tag& tag, TagField field, const TagSet::Text& text) {
+  const std::string_view identifier = identifierOf(field);
+  if (!text) {
+    const auto isOld = [&](const Frame& frame) {
+      const auto* old = std::get_if<LanguageText>(&frame.content);
+      return frame.identifier == identifier && old != nullptr && !isTechnical(*old);
+    };
+    return replaceFrames(tag, isOld, std::nullopt);
+  }
+  if (Frame* frame = languageTextOf(tag, identifier)) {
+    std::get<LanguageText>(frame->content).text = *text;
+    frame->original = {};
+  } else {
+    tag.frames.push_back({.identifier = std::string(identifier), .content = LanguageText{"eng", "", *text}});
+  }
+}
+
+void setNumber(Tag& tag, TagField field, const TagSet::Number& number) {
+  if (field == TagField::year) return setText(tag, field, number ? yearText(*number) : TagSet::Text());
+  std::string text = number ? std::to_string(*number) : "";
+  if (field != TagField::bpm) {
+    Position position = positionIn(firstValue(tag, identifierOf(field)));
+    position.part(isTotal(field)) = std::move(text);
+    text = position.text();
+  }
+  setText(tag, field, text);
+}
+
+void setArtwork(Tag& tag, const std::optional<Artwork>& artwork) {
+  if (!artwork) {
+    const auto isOld = [](const Frame& frame) { return std::holds_alternative<Picture>(frame.content); };
+    return replaceFrames(tag, isOld, std::nullopt);
+  }
+  Frame* frame = coverOf(tag);
+  if (frame == nullptr || std::get<Picture>(frame->content).type != frontCover) {
+    tag.frames.push_back({.identifier = "APIC", .content = Picture{"", frontCover, "", {}}});
+    frame = &tag.frames.back();
+  }
+  auto& picture = std::get<Picture>(frame->content);
+  picture.mimeType = mimeType(artwork->format);
+  picture.data = artwork->data;
+  frame->original = {};
+}
+
+}  // namespace
+
+TagSet fieldsOf(const Tag& tag) {
+  TagSet tags;
+  for (const TagField field : allTagFields) {
+    dispatch(
+        field,
+        [&](TextMember member) {
+          if (field == TagField::comment || field == TagField::lyrics) {
+            const Frame* frame = languageTextOf(tag, identifierOf(field));
+            if (frame != nullptr) tags.*member = std::get<LanguageText>(frame->content).text;
+          } else {
+            const std::string text = textOf(tag, identifierOf(field));
+            tags.*member = field == TagField::genre ? genresIn(text) : text;
+          }
+        },
+        [&](NumberMember member) {
+          tags.*member =
+              field == TagField::year ? yearOf(tag) : Text::decimalInteger(numberTextOf(tag, field));
+        },
+        [&] {
+          const Frame* cover = coverOf(tag);
+          if (cover != nullptr) tags.artwork = Artwork::detecting(std::get<Picture>(cover->content).data);
+        });
+  }
+  tags.normalize();
+  return tags;
+}
+
+void setFields(Tag& tag, const TagSet& wanted, TagFields selected) {
+  for (const TagField field : allTagFields) {
+    if (!selected.contains(field)) continue;
+    dispatch(
+        field,
+        [&](TextMember member) {
+          const TagSet::Text& text = wanted.*member;
+          if (field == TagField::comment || field == TagField::lyrics) {
+            setLanguageText(tag, field, text);
+          } else {
+            setText(tag, field, text && field == TagField::genre ? genreText(*text) : text);
+          }
+        },
+        [&](NumberMember member) { setNumber(tag, field, wanted.*member); },
+        [&] { setArtwork(tag, wanted.artwork); });
+  }
+}
+
+TagSet heldForm(const TagSet& tags) {
+  Tag tag;
+  setFields(tag, tags.normalized(), TagFields::all);
+  return fieldsOf(tag);
+}
+
+std::optional<std::string> uncarried(const Tag& tag, TagField field) {
+  if (fieldsOf(tag).value(field)) return std::nullopt;
+  if (field == TagField::artwork) {
+    const Frame* cover = coverOf(tag);
+    if (cover != nullptr) return "(" + TagDescriptions::describe(std::get<Picture>(cover->content)) + ")";
+  } else if (integerKeyPath(field) != nullptr) {
+    std::string text = field == TagField::year ? firstValue(tag, "TDRC") : numberTextOf(tag, field);
+    if (field == TagField::year && text.empty()) text = firstValue(tag, "TYER");
+    if (!text.empty()) return TagDescriptions::inQuotes(text);
+  }
+  const auto cannotBeRead = [&](const Frame& frame) {
+    return isOf(field, frame.identifier) && std::holds_alternative<ID3v2::Opaque>(frame.content);
+  };
+  if (std::ranges::any_of(tag.frames, cannotBeRead)) return "that cannot be read";
+  return std::nullopt;
+}
+
+std::string_view expectedValue(TagField field) {
+  if (field == TagField::year) return "a year of four digits";
+  return dispatch(
+      field, [](TextMember) { return "text"; }, [](NumberMember) { return "a number"; },
+      [] { return "a JPEG or PNG"; });
+}
+
+}  // namespace QuillmarkKit::LosslessConversion

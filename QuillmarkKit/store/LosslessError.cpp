@@ -1,0 +1,29 @@
+#include "QuillmarkKit/store/LosslessError.h"
+
+#include "platform/FileError.h"
+
+namespace QuillmarkKit {
+
+namespace {
+
+std::string expecting(std::string_view value) {
+  return " (expected " + std::string(value) + ").";
+}
+
+}  // namespace
+
+LosslessError LosslessError::cannotKeep(const std::filesystem::path& url, const std::string& what) {
+  return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot keep " + what + ".");
+}
+
+LosslessError LosslessError::cannotCarry(const std::filesystem::path& url, const std::string& what,
+                                         std::string_view expected) {
+  return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot carry its " + what +
+                       expecting(expected));
+}
+
+LosslessError LosslessError::cannotWrite(const std::string& what, std::string_view expected) {
+  return LosslessError("--lossless cannot write the " + what + expecting(expected));
+}
+
+}  // namespace QuillmarkKit

@@ -1,0 +1,93 @@
+#include "QuillmarkKit/store/TagDescriptions.h"
+
+#include <algorithm>
+#include <array>
+#include <utility>
+
+#include "QuillmarkKit/store/FieldFrames.h"
+#include "platform/Text.h"
+
+namespace QuillmarkKit::TagDescriptions {
+
+namespace Text = platform::Text;
+
+namespace {
+
+/// By number (ID3v2.4.0 frames §4.14).
+constexpr std::array<std::string_view, 21> pictureTypes{
+    "other picture", "file icon",     "other file icon",  "front cover", "back cover",  "leaflet page",
+    "media",         "lead artist",   "artist",           "conductor",   "band",        "composer",
+    "lyricist",      "location",      "recording",        "performance", "video frame", "bright fish",
+    "illustration",  "artist's logo", "publisher's logo",
+};
+
+/// Told by the picture itself, as what is said of it may be wrong; else "image/jxl" as "JXL".
+std::string formatOf(const ID3v2::Picture& picture) {
+  static constexpr std::array signatures = std::to_array<std::pair<std::string_view, std::string_view>>(
+      {{"\xFF\xD8\xFF", "JPEG"}, {"\x89PNG", "PNG"}, {"GIF8", "GIF"}, {"RIFF", "WebP"}, {"BM", "BMP"}});
+  if (picture.mimeType == "-->") return "a link";
+  for (const auto& [signature, name] : signatures) {
+    if (platform::charactersOf(picture.data).starts_with(signature)) return std::string(name);
+  }
+  constexpr std::string_view prefix = "image/";
+  std::string_view type = picture.mimeType;
+  if (type.starts_with(prefix)) type.remove_prefix(prefix.size());
+  if (type.empty()) return "of unknown format";
+  std::string name(type);
+  std::ranges::transform(name, name.begin(),
+                         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  return name;
+}
+
+}  // namespace
+
+std::string inQuotes(std::string_view text) {
+  constexpr std::size_t limit = 60;
+  std::string shown = "\"";
+  std::size_t count = 0;
+  text = Text::trimmingNulls(Text::trimmingWhiteSpace(text));
+  while (!text.empty()) {
+    if (count++ == limit) {
+      shown += "…";
+      break;
+    }
+    const std::size_t length = Text::firstCharacter(text).length;
+    const char first = text.front();
+    if (first == '\0') {
+      shown += " / ";
+    } else if (first == '\n' || first == '\r') {
+      shown += ' ';
+    } else {
+      shown += text.substr(0, length);
+    }
+    text.remove_prefix(length);
+  }
+  return shown + "\"";
+}
+
+std::string_view pictureType(std::uint8_t number) {
+  return number < pictureTypes.size() ? pictureTypes[number] : pictureTypes[0];
+}
+
+std::string describe(const ID3v2::Picture& picture) {
+  return std::string(pictureType(picture.type)) + ", " + formatOf(picture) + ", " +
+         std::to_string(picture.data.size()) + " bytes";
+}
+
+std::string nameOf(std::string_view identifier) {
+  const auto field = std::ranges::find(FieldFrames::identifiers, identifier);
+  if (field == FieldFrames::identifiers.end()) return std::string(identifier);
+  const std::string name =
+      nameOf(allTagFields[static_cast<std::size_t>(field - FieldFrames::identifiers.begin())]);
+  // A track's number and total stand in one frame.
+  return name.substr(0, name.find(" number"));
+}
+
+std::string nameOf(TagField field) {
+  if (field == TagField::bpm) return "BPM";
+  std::string name(cliName(field));
+  std::ranges::replace(name, '-', ' ');
+  return name;
+}
+
+}  // namespace QuillmarkKit::TagDescriptions

@@ -1,0 +1,141 @@
+#include "QuillmarkKit/store/TagTexts.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+#include "ID3v2/Genres.h"
+#include "platform/Text.h"
+
+namespace QuillmarkKit::TagTexts {
+
+namespace Text = platform::Text;
+
+namespace {
+
+constexpr char separator = '\0';
+
+bool isDigit(char character) {
+  return character >= '0' && character <= '9';
+}
+
+bool isDigits(std::string_view text) {
+  return !text.empty() && std::ranges::all_of(text, isDigit);
+}
+
+/// The name that a reference in a genre text stands for: a number, "RX" or "CR".
+std::optional<std::string_view> referredGenre(std::string_view reference) {
+  if (reference == "RX") return "Remix";
+  if (reference == "CR") return "Cover";
+  const auto number = isDigits(reference) ? Text::decimalInteger(reference) : std::nullopt;
+  if (!number || std::cmp_greater_equal(*number, ID3v2::genreNames.size())) return std::nullopt;
+  return ID3v2::genreNames[static_cast<std::size_t>(*number)];
+}
+
+void addGenresIn(std::string_view value, std::string& genres) {
+  value = Text::trimmingWhiteSpace(value);
+  if (const auto name = referredGenre(value)) return addValue(genres, *name);
+  while (value.starts_with('(')) {
+    const std::size_t end = value.find(')');
+    const auto name = end == value.npos ? std::nullopt : referredGenre(value.substr(1, end - 1));
+    if (!name) break;
+    if (!hasValue(genres, *name)) addValue(genres, *name);
+    value.remove_prefix(end + 1);
+  }
+  // A genre that begins with a parenthesis has it doubled.
+  if (value.starts_with("((")) value.remove_prefix(1);
+  if (!isBlank(value) && !hasValue(genres, value)) addValue(genres, value);
+}
+
+}  // namespace
+
+bool isBlank(std::string_view text) {
+  return Text::trimmingNulls(Text::trimmingWhiteSpace(text)).empty();
+}
+
+void forEachValue(std::string_view text, const std::function<void(std::string_view)>& operation) {
+  for (std::size_t from = 0; from <= text.size();) {
+    const std::size_t end = std::min(text.find(separator, from), text.size());
+    operation(text.substr(from, end - from));
+    from = end + 1;
+  }
+}
+
+bool hasValue(std::string_view text, std::string_view value) {
+  bool found = false;
+  forEachValue(text, [&](std::string_view one) { found = found || one == value; });
+  return found;
+}
+
+void addValue(std::string& text, std::string_view value) {
+  if (!text.empty()) text += separator;
+  text += value;
+}
+
+std::string textOf(const ID3v2::Tag& tag, std::string_view identifier) {
+  std::string values;
+  for (const ID3v2::Frame& frame : tag.frames) {
+    const auto* content = frame.identifier == identifier ? std::get_if<ID3v2::Text>(&frame.content) : nullptr;
+    if (content == nullptr) continue;
+    if (values.empty()) {
+      values = content->text;
+    } else {
+      forEachValue(content->text, [&](std::string_view value) {
+        if (!isBlank(value) && !hasValue(values, value)) addValue(values, value);
+      });
+    }
+  }
+  return values;
+}
+
+std::string firstValue(const ID3v2::Tag& tag, std::string_view identifier) {
+  std::string first;
+  forEachValue(textOf(tag, identifier), [&](std::string_view value) {
+    if (first.empty()) first = Text::trimmingWhiteSpace(value);
+  });
+  return first;
+}
+
+std::string genresIn(std::string_view text) {
+  std::string genres;
+  forEachValue(text, [&](std::string_view value) { addGenresIn(value, genres); });
+  return genres;
+}
+
+std::string genreText(std::string_view genres) {
+  std::string text;
+  forEachValue(genres, [&](std::string_view genre) {
+    addValue(text, genre.starts_with('(') ? "(" + std::string(genre) : std::string(genre));
+  });
+  return text;
+}
+
+std::optional<std::int64_t> yearIn(std::string_view date) {
+  constexpr std::size_t digitsOfAYear = 4;
+  if (isDigits(date) && (date.size() == 9 || date.size() == 10)) {
+    const std::chrono::sys_seconds moment(std::chrono::seconds(*Text::decimalInteger(date)));
+    return static_cast<int>(
+        std::chrono::year_month_day(std::chrono::floor<std::chrono::days>(moment)).year());
+  }
+  std::size_t digits = 0;
+  for (std::size_t i = 0; i < date.size(); ++i) {
+    digits = isDigit(date[i]) ? digits + 1 : 0;
+    if (digits == digitsOfAYear) return Text::decimalInteger(date.substr(i + 1 - digits, digits));
+  }
+  return std::nullopt;
+}
+
+std::string yearText(std::int64_t year) {
+  std::string text = std::to_string(year);
+  if (year >= 0 && text.size() < 4) text.insert(0, 4 - text.size(), '0');
+  return text;
+}
+
+Position positionIn(std::string_view text) {
+  const std::size_t slash = std::min(text.find('/'), text.size());
+  const std::string_view total = text.substr(slash == text.size() ? slash : slash + 1);
+  return {.number = std::string(Text::trimmingWhiteSpace(text.substr(0, slash))),
+          .total = std::string(Text::trimmingWhiteSpace(total))};
+}
+
+}  // namespace QuillmarkKit::TagTexts
