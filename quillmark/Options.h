@@ -38,9 +38,10 @@ inline constexpr Option keepGoing{"keep-going", OptionValue::none, "leave out fi
 inline constexpr Option noArtwork{"no-artwork", OptionValue::none,
                                   "with --json, pictures by their size alone"};
 inline constexpr Option json{"json", OptionValue::none, "print one JSON object, a member for each file"};
+inline constexpr Option lossless{"lossless", OptionValue::none,
+                                 "keep all that other programs wrote, and read it as they meant it"};
 inline constexpr Option noDesktop{"no-desktop", OptionValue::none, "leave the desktop's clipboard alone"};
 inline constexpr Option notes{"notes", OptionValue::none, "print notes also where no terminal shows them"};
-
 inline constexpr Option paths{"paths", OptionValue::none, "name files in the report as they were given"};
 
 }  // namespace options
@@ -60,11 +61,12 @@ struct CommandOptions {
 
 namespace options {
 
-inline constexpr std::array ofRead{json, noArtwork, keepGoing, files0From, notes, help};
-inline constexpr std::array ofCopy{noDesktop, notes, help};
-inline constexpr std::array ofPaste{all, fields, dryRun, diff, paths, files0From, notes, help};
-inline constexpr std::array ofApply{from, all, fields, dryRun, diff, paths, files0From, notes, help};
-inline constexpr std::array ofSet{clear, dryRun, diff, paths, files0From, notes, help};
+inline constexpr std::array ofRead{json, noArtwork, keepGoing, files0From, lossless, notes, help};
+inline constexpr std::array ofCopy{noDesktop, lossless, notes, help};
+inline constexpr std::array ofPaste{all, fields, dryRun, diff, paths, files0From, lossless, notes, help};
+inline constexpr std::array ofApply{from,  all,        fields,   dryRun, diff,
+                                    paths, files0From, lossless, notes,  help};
+inline constexpr std::array ofSet{clear, dryRun, diff, paths, files0From, lossless, notes, help};
 
 }  // namespace options
 

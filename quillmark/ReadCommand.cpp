@@ -1,10 +1,10 @@
 #include <algorithm>
 #include <map>
+#include <memory>
 #include <optional>
 #include <utility>
 
 #include "QuillmarkKit/model/TagSetJSON.h"
-#include "QuillmarkKit/store/ID3TagEditorStore.h"
 #include "platform/FileError.h"
 #include "platform/JSON.h"
 #include "platform/Text.h"
@@ -12,6 +12,7 @@
 #include "quillmark/Commands.h"
 #include "quillmark/FileList.h"
 #include "quillmark/Progress.h"
+#include "quillmark/Stores.h"
 
 namespace quillmark {
 
@@ -41,7 +42,10 @@ void list(const TagSet& tags, Console& console) {
 class Reader {
  public:
   Reader(const Arguments& arguments, std::size_t fileCount, Console& console)
-      : keepsGoing_(arguments.has(options::keepGoing)), console_(console), progress_(fileCount, console) {}
+      : keepsGoing_(arguments.has(options::keepGoing)),
+        store_(storeFor(arguments, console)),
+        console_(console),
+        progress_(fileCount, console) {}
 
   bool keepsGoing() const { return keepsGoing_; }
   /// The exit status so far.
@@ -51,9 +55,9 @@ class Reader {
   std::optional<TagSet> tagsOf(const std::filesystem::path& file) {
     constexpr int someFilesFailed = 2;
     progress_.next(file);
-    if (!keepsGoing_) return store_.read(file);
+    if (!keepsGoing_) return store_->read(file);
     try {
-      return store_.read(file);
+      return store_->read(file);
     } catch (const std::exception& error) {
       console_.flush();
       console_.printError(error.what());
@@ -64,7 +68,7 @@ class Reader {
 
  private:
   bool keepsGoing_;
-  QuillmarkKit::ID3TagEditorStore store_{true};
+  std::unique_ptr<const QuillmarkKit::TagStore> store_;
   Console& console_;
   Progress progress_;
   int status_ = 0;
@@ -108,7 +112,8 @@ void readAsJSON(const FileList& files, QuillmarkKit::ArtworkForm form, Reader& r
     if (!tags) continue;
     if (tags->artwork) tags->artwork->data = tags->artwork->data.compacted();
     const std::string name = platform::Text::fromUTF8Lossily(file.native());
-    Member member{print(QuillmarkKit::encodeTagSet(*tags, form), 1), name == file.native() ? "" : file.native()};
+    Member member{print(QuillmarkKit::encodeTagSet(*tags, form), 1),
+                  name == file.native() ? "" : file.native()};
     const auto [place, isNew] = members.try_emplace(name, member);
     if (isNew) continue;
     if (place->second.nameInBytes != member.nameInBytes) throw CLIError::sameMember(file);

@@ -1,7 +1,6 @@
 #include <string>
 
 #include "QuillmarkKit/model/Artwork.h"
-#include "QuillmarkKit/store/ID3TagEditorStore.h"
 #include "platform/FileError.h"
 #include "platform/Input.h"
 #include "platform/Paths.h"
@@ -9,6 +8,7 @@
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FieldSelection.h"
+#include "quillmark/Stores.h"
 
 namespace quillmark {
 
@@ -55,7 +55,7 @@ void setField(TagField field, std::string_view option, std::string_view value, T
 
 }  // namespace
 
-WriteRun prepareSet(const Arguments& arguments, Console&) {
+WriteRun prepareSet(const Arguments& arguments, Console& console) {
   FileList files(arguments);
   TagSet tags;
   TagFields selection;
@@ -67,8 +67,10 @@ WriteRun prepareSet(const Arguments& arguments, Console&) {
   }
   if (const auto list = arguments.value(options::clear)) selection.insert(fieldsNamed(*list));
   if (selection.isEmpty()) throw CLIError("set needs at least one field, e.g. --artist \"Väskelund\".");
+  auto store = storeFor(arguments, console);
+  tags = store->accepted(tags, selection);
   return {.files = std::move(files),
-          .store = std::make_unique<QuillmarkKit::ID3TagEditorStore>(true),
+          .store = std::move(store),
           .tags = std::move(tags),
           .selection = selection,
           .options = RunOptions(arguments)};

@@ -1,4 +1,3 @@
-#include "QuillmarkKit/store/ID3TagEditorStore.h"
 #include "QuillmarkKit/transfer/TagClipboard.h"
 #include "platform/DesktopClipboard.h"
 #include "platform/FileError.h"
@@ -8,11 +7,11 @@
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FieldSelection.h"
+#include "quillmark/Stores.h"
 #include "quillmark/ToolName.h"
 
 namespace quillmark {
 
-using QuillmarkKit::ID3TagEditorStore;
 using QuillmarkKit::TagSet;
 
 namespace {
@@ -42,7 +41,7 @@ std::string visibleSummary(const TagSet& tags, const Console& console) {
 
 int commandCopy(const Arguments& arguments, Console& console) {
   const std::filesystem::path file = FileList(arguments).location(0);
-  const TagSet tags = ID3TagEditorStore(true).read(file);
+  const TagSet tags = storeFor(arguments, console)->readSource(file, QuillmarkKit::TagFields::all);
   auto pasteboard = platform::Pasteboard::general();
   QuillmarkKit::TagClipboard::copy(tags, pasteboard);
   console.write("Copied tags from " + console.shown(platform::lastPathComponent(file)) + ".\n");
@@ -53,28 +52,31 @@ int commandCopy(const Arguments& arguments, Console& console) {
   return 0;
 }
 
-WriteRun preparePaste(const Arguments& arguments, Console&) {
+WriteRun preparePaste(const Arguments& arguments, Console& console) {
   FileList files(arguments);
   auto tags = QuillmarkKit::TagClipboard::paste(platform::Pasteboard::general());
   if (!tags) {
     throw CLIError("No Quillmark tags on the clipboard. Run '" + std::string(toolName) +
                    " copy <file>' first.");
   }
+  auto store = storeFor(arguments, console);
+  const QuillmarkKit::TagFields selection = fieldMask(arguments);
+  *tags = store->accepted(*tags, selection);
   return {.files = std::move(files),
-          .store = std::make_unique<ID3TagEditorStore>(true),
+          .store = std::move(store),
           .tags = std::move(*tags),
-          .selection = fieldMask(arguments),
+          .selection = selection,
           .options = RunOptions(arguments)};
 }
 
-WriteRun prepareApply(const Arguments& arguments, Console&) {
+WriteRun prepareApply(const Arguments& arguments, Console& console) {
   const auto from = arguments.value(options::from);
   if (!from) throw CLIError("apply needs --from <file>.");
   const std::filesystem::path source = platform::fileLocation(*from);
   FileList files(arguments);
-  auto store = std::make_unique<ID3TagEditorStore>(true);
+  auto store = storeFor(arguments, console);
   const QuillmarkKit::TagFields selection = fieldMask(arguments);
-  TagSet tags = store->read(source);
+  TagSet tags = store->readSource(source, selection);
   return {.files = std::move(files),
           .store = std::move(store),
           .tags = std::move(tags),

@@ -79,7 +79,8 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
   const std::string copyHelp =
       "quillmark copy — put one file's tags on the clipboard.\n\nUSAGE\n  quillmark copy [<options...>] "
       "<file>\n"
-      "\nOPTIONS\n  --no-desktop  leave the desktop's clipboard alone\n  --notes       print notes also "
+      "\nOPTIONS\n  --no-desktop  leave the desktop's clipboard alone\n  --lossless    keep all that other "
+      "programs wrote, and read it as they meant it\n  --notes       print notes also "
       "where no terminal shows them\n  --help        print this text\n"
       "\nEXAMPLE\n  quillmark copy \"01 Kyrie.mp3\"\n";
   const std::string noFiles = "quillmark: No files given.\n";
