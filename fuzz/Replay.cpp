@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "fuzz/FuzzTarget.h"
-#include "platform/FileManager.h"
+#include "platform/Input.h"
 
 // Gives a target every file of the folders that are named, each once; for builds without a fuzzer. A folder
 // that is not there counts as empty: a target without findings has none for them.
@@ -16,7 +16,7 @@ int main(int argumentCount, char** arguments) {
       for (const auto& file : std::filesystem::directory_iterator(arguments[i])) {
         // Before it runs, because a target that fails does not come back.
         std::fprintf(stderr, "%s\n", file.path().c_str());
-        fuzzTarget(platform::FileManager::contents(file, std::numeric_limits<std::uint32_t>::max()));
+        fuzzTarget(platform::Input::contents(file, std::numeric_limits<std::uint32_t>::max()));
         ++inputs;
       }
     }

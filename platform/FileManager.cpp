@@ -1,10 +1,8 @@
 #include "platform/FileManager.h"
 
-#include <algorithm>
 #include <system_error>
 
 #include "platform/FileError.h"
-#include "platform/FileHandle.h"
 
 namespace platform::FileManager {
 
@@ -13,11 +11,6 @@ void createDirectoriesAbove(const std::filesystem::path& file) {
   std::error_code failure;
   std::filesystem::create_directories(file.parent_path(), failure);
   if (failure) throw FileError(file, FileError::notWritten, failure.value());
-}
-
-Bytes contents(const std::filesystem::path& file, std::uint64_t limit) {
-  FileHandle handle = FileHandle::forReading(file);
-  return handle.read(std::min(handle.size(), limit));
 }
 
 }  // namespace platform::FileManager

@@ -11,7 +11,6 @@
 
 namespace quillmark {
 
-using QuillmarkKit::Artwork;
 using QuillmarkKit::TagField;
 using QuillmarkKit::TagSet;
 namespace Text = platform::Text;
