@@ -17,7 +17,7 @@ std::string listed(const std::string& tag) {
   std::string frames;
   for (std::size_t at = 10; tag.at(at) != '\0';) {
     // None of the frames is longer than the last byte of its size tells.
-    const auto size = static_cast<std::size_t>(tag[at + 5]);
+    const std::size_t size = static_cast<unsigned char>(tag[at + 5]);
     frames += tag.substr(at, 3) + " ";
     for (const char character : tag.substr(at + 6, size)) {
       if (character >= ' ' && character <= '~') frames += character;
@@ -144,18 +144,17 @@ TEST(Writing, RefusesWhatASizeFieldCannotTell) {
   constexpr std::size_t overhead = 10 + 14 + padding;
   constexpr auto front = ID3PictureType::frontCover;
   struct {
+    std::size_t pictureSize, size;
     ID3Version version;
-    std::size_t pictureSize;
     std::optional<EngineError::Case> error;
-    std::size_t size;
   } const rows[] = {
-      {ID3Version::version2, frameLimit - 6, EngineError::tagTooBig, 0},
-      {ID3Version::version2, frameLimit - 7, {}, frameLimit - 7 + 12 + padding},
-      {ID3Version::version3, tagLimit - 10 - overhead, EngineError::tagTooBig, tagLimit - 10},
-      {ID3Version::version3, tagLimit - 11 - overhead, {}, tagLimit - 11},
-      {ID3Version::version4, tagLimit, EngineError::tagTooBig, tagLimit + overhead},
+      {frameLimit - 6, 0, ID3Version::version2, EngineError::tagTooBig},
+      {frameLimit - 7, frameLimit - 7 + 12 + padding, ID3Version::version2, {}},
+      {tagLimit - 10 - overhead, tagLimit - 10, ID3Version::version3, EngineError::tagTooBig},
+      {tagLimit - 11 - overhead, tagLimit - 11, ID3Version::version3, {}},
+      {tagLimit, tagLimit + overhead, ID3Version::version4, EngineError::tagTooBig},
   };
-  for (const auto& [version, pictureSize, error, size] : rows) {
+  for (const auto& [pictureSize, size, version, error] : rows) {
     const platform::SharedBytes picture{platform::Bytes(pictureSize)};
     ID3Tag tag(version);
     tag.frames[Name::attachedPicture(front)] =
