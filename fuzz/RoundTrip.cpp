@@ -6,6 +6,7 @@
 #include "ID3TagEditor/model/ID3TagConfiguration.h"
 #include "fuzz/FuzzTarget.h"
 #include "fuzz/ReadingRules.h"
+#include "platform/Text.h"
 
 using namespace ID3TagEditor;
 using platform::SharedBytes;
@@ -84,9 +85,12 @@ void fuzzTarget(const SharedBytes& input) {
   std::optional<ID3Tag> tag;
   try {
     tag = editor().read(input);
-  } catch (const ID3TagEditorError&) {
+  } catch (const ID3TagEditorError& error) {
+    require(error == ID3TagEditorError::corruptedFile, "the only error of reading bytes is a corrupted file");
   }
   if (!tag) return;
+  require(tag->properties.size + ID3TagConfiguration::headerSize() <= input.size(), "the tag lies inside");
+  require(platform::Text::isValidUTF8(tag->debugDescription()), "the texts of a tag are UTF-8");
   const auto audio = input.view().subspan(tag->properties.size + ID3TagConfiguration::headerSize());
 
   const auto whole = written(*tag, input);
