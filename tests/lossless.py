@@ -63,7 +63,7 @@ def text(value, encoding=0):
 
 PICTURE = b"\0image/jpeg\0\3\0" + JPEG
 LONG = "A title of more than 127 bytes, whose size reads otherwise as a plain number. " * 3
-FULL_COMMENTS = (f3("COMM", b"\0engiTunNORM\0 00000A"), f3("COMM", b"\0deu\0Ein Satz"), f3("COMM", b"\0engsource\0CD"))
+FULL_COMMENTS = (f3("COMM", b"\0engiTunNORM\0 00000A"), f3("COMM", b"\0engsource\0CD"), f3("COMM", b"\0deu\0Ein Satz"))
 
 # Each is a whole tag; what is odd about it is its name.
 HAND_MADE = {
@@ -109,10 +109,13 @@ HAND_MADE = {
                 f2("TYE", text("2004")), f2("TDA", text("0605")), f2("COM", b"\0eng\0a"), f2("COM", b"\0engb\0c"),
                 f2("TST", text("K")), f2("TS2", text("V")), f2("ULT", b"\0eng\0la"), f2("WAR", b"http://a"), f2("CNT", b"\0\0\0\7")),
     "ID3v1 alone": b"",
+    "APE alone": b"",
     "no tag": b"",
 }
 ID3V1 = b"TAG" + b"".join(value.ljust(size, b"\0") for value, size in (
     (b"An old title", 30), (b"An artist", 30), (b"An album", 30), (b"1977", 4), (b"A comment", 28))) + b"\0\5\x11"
+APE = b"APETAGEX" + struct.pack("<IIII8x", 2000, 32, 0, 0)
+TECHNICAL = ("iTun", "ID3v1", "Songs-DB")
 
 
 def mutagen_tags():
@@ -262,7 +265,7 @@ class Proof:
                 check(f"{self.name}: {name}", [value[0].split("/")[0] for value in new],
                       ["1977" if name in ("year", "bpm", "track-number", "disc-number") else f"new {name}"])
         holds = self.run("read", "--lossless", status=0)[1]
-        kept = {key: value for key, value in self.before.items() if key.startswith(("COMM:iTun", "COMM:ID3v1", "COMM:Songs-DB"))}
+        kept = {key: value for key, value in self.before.items() if key[:5] == "COMM:" and value[0].startswith(TECHNICAL)}
         if holds != "  (no tags)\n":
             after = self.settled("set", "--lossless", "--title", "T", "--clear", ",".join(
                 [*FIELDS.values(), "track-total", "disc-total"]))
@@ -279,7 +282,9 @@ class Proof:
         lost = meaning(self.before) - meaning(view(self.path))
         for frame, value in () if self.refused else lost:
             check(f"{self.name}: {frame} {value} in {told!r}", NAMES.get(frame, frame.split()[-1]).replace("-", " ") in told, True)
-        if not any(word in self.name for word in ("ID3v1", "refused", "text that is none")):  # mutagen sees less than there is
+        check(f"{self.name}: a hidden tag in {told!r}", "hides its APE tag" in told, "APE" in self.name)
+        # Of these, mutagen sees less than there is.
+        if not any(word in self.name for word in ("ID3v1", "APE", "refused", "text that is none")):
             check(f"{self.name}: a note for nothing", told, "" if not lost else told)
         self.path.write_bytes(self.original)
         self.run(*words)
@@ -300,6 +305,11 @@ class Proof:
                 continue
             found = next((value[3] for key, value in seen.items() if key[:4] == "APIC"), None)
             wrong = {name for name, same in (("artwork", found == cover), ("date", seen.get("TDRC", [""])[0] == year)) if not same}
+            if option == "--lossless":
+                own = [value for key, value in self.before.items() if key[:5] == "COMM:" and not value[0].startswith(TECHNICAL)]
+                own.sort(key=lambda comment: comment[0] != "")
+                check(f"{self.name}: the comment", [value[1] for key, value in seen.items() if key[:5] == "COMM:"],
+                      [comment[1] for comment in own[:1]])
             for frame, value in meaning(self.before) - meaning(seen):
                 if frame in FIELDS and frame not in ("COMM", "USLT", "APIC", "TDRC"):
                     wrong.add(NAMES[frame].replace("-", " "))
@@ -318,7 +328,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)
         for name, data in HAND_MADE.items():
-            end = ID3V1 if "ID3v1" in name else b""
+            end = ID3V1 if "ID3v1" in name else APE if "APE" in name else b""
             Proof(program, folder, name, data + audio + end, refused="refused" in name).all()
         for name, make in PROGRAMS.items():
             path = folder / "made.mp3"
