@@ -26,6 +26,7 @@ struct Option {
 namespace options {
 
 inline constexpr Option all{"all", OptionValue::none, "write every field, not the album identity alone"};
+inline constexpr Option backup{"backup", OptionValue::none, "keep each file as it was beside the new one"};
 inline constexpr Option clear{"clear", OptionValue::fieldList, "remove these fields"};
 inline constexpr Option diff{"diff", OptionValue::none, "tell what changes in each file, field by field"};
 inline constexpr Option dryRun{"dry-run", OptionValue::none, "say what would happen and write nothing"};
@@ -63,10 +64,11 @@ namespace options {
 
 inline constexpr std::array ofRead{json, noArtwork, keepGoing, files0From, lossless, notes, help};
 inline constexpr std::array ofCopy{noDesktop, lossless, notes, help};
-inline constexpr std::array ofPaste{all, fields, dryRun, diff, paths, files0From, lossless, notes, help};
-inline constexpr std::array ofApply{from,  all,        fields,   dryRun, diff,
+inline constexpr std::array ofPaste{all,   fields,     dryRun,   diff,  backup,
+                                    paths, files0From, lossless, notes, help};
+inline constexpr std::array ofApply{from,  all,        fields,   dryRun, diff, backup,
                                     paths, files0From, lossless, notes,  help};
-inline constexpr std::array ofSet{clear, dryRun, diff, paths, files0From, lossless, notes, help};
+inline constexpr std::array ofSet{clear, dryRun, diff, backup, paths, files0From, lossless, notes, help};
 
 }  // namespace options
 

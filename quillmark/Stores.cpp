@@ -14,6 +14,7 @@ std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& argument
   } else {
     store = std::make_unique<QuillmarkKit::ID3TagEditorStore>(preservesDate);
   }
+  store->keepsBackup = arguments.has(options::backup);
   if (console.wantsNotes()) {
     store->tellLosses([&console](const std::filesystem::path& url, const std::string& losses) {
       console.printNote(platform::lastPathComponent(url) + ": " + losses);

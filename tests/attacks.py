@@ -268,6 +268,34 @@ def check_rights(stage):
     check("a folder with a default list: attributes", attributes(stage.song), before)
 
 
+def check_backups(stage):
+    """What stays beside a new file: a second name for the old one, or a copy with all that belongs to it; once."""
+    backup = stage.folder / (SONG + ".orig")
+    words = ("set", "--album", "New", "--backup", SONG)
+    for inject in ((), ("linkat:error=EPERM",)):
+        what = f"a backup {inject or 'by a second name'}"
+        stage.reset()
+        os.setxattr(stage.song, "user.note", b"kept")
+        os.chmod(stage.song, 0o604)
+        os.utime(stage.song, ns=(proof.DATE, proof.DATE))
+        before, inode = attributes(stage.song), os.stat(stage.song).st_ino
+        check(what, stage.run(*words, inject=inject), UPDATED)
+        check(f"{what}: file", (backup.read_bytes() == OLD, attributes(backup), os.stat(backup).st_ino == inode),
+              (True, before, not inject))
+        check(f"{what}: folder", sorted(os.listdir(stage.folder)), [SONG, SONG + ".orig"])
+        check(f"{what}: again", (stage.run("set", "--album", "Newer", "--backup", SONG), backup.read_bytes() == OLD), (UPDATED, True))
+
+        stage.reset()
+        failure = f"{SONG} could not be written: Input/output error."
+        check(f"{what}, then a failure", stage.run(*words, inject=[*inject, f"renameat{'2' if inject else ''}:error=EIO"]), failed(failure))
+        check(f"{what}, then a failure: folder", (os.listdir(stage.folder), stage.song.read_bytes() == OLD), ([SONG], True))
+    stage.reset()
+    failure = f"{SONG} could not be backed up: Input/output error."
+    check("no backup", (stage.run(*words, inject=["linkat:error=EIO"]), stage.song.read_bytes() == OLD), (failed(failure), True))
+    check("a change between backup and rename", stage.run_stopping("linkat", lambda: os.truncate(stage.song, 9), words)[0], 2)
+    check("a change between backup and rename: folder", (os.listdir(stage.folder), os.stat(stage.song).st_size), ([SONG], 9))
+
+
 def check_small_ones(stage):
     stage.reset()
     nothing = f"{SONG} could not be written: the system took nothing of it."
@@ -294,7 +322,7 @@ def main():
         os.chmod(folder, 0o777)
         shutil.copy(program, folder / "program")  # where every user can run it
         stage = Stage(folder / "program", folder)
-        for part in (check_planted_links, check_swapped_folders, check_meanwhile, check_two_runs, check_order, check_rights,
+        for part in (check_planted_links, check_swapped_folders, check_meanwhile, check_two_runs, check_order, check_rights, check_backups,
                      check_small_ones):
             part(stage)
     proof.finish("Nobody else in the folder costs the user a byte, and nobody loses a change.")
