@@ -2,6 +2,7 @@
 
 Usage: terminal.py PROGRAM SAMPLES
 """
+import concurrent.futures
 import fcntl
 import os
 import pathlib
@@ -84,10 +85,12 @@ def check_progress(program, folder, sample):
     process = subprocess.Popen([program, "set", "--year", "1", "--dry-run", *["01.mp3"] * count], cwd=folder,
                                stdout=subprocess.PIPE, stderr=theirs, env=ENVIRONMENT)
     os.close(theirs)
-    time.sleep(3)  # the report fills the pipe meanwhile
-    report = process.stdout.read().decode()
+    with concurrent.futures.ThreadPoolExecutor() as reader:
+        shown = reader.submit(read_all, ours)
+        time.sleep(3)  # the report fills the pipe meanwhile
+        report = process.stdout.read().decode()
     line = r"[1-9],\d{3} of 9,000  01.mp3\r\x1b\[K"
-    check("progress", bool(re.fullmatch(f"({line})+", read_all(ours))), True)
+    check("progress", bool(re.fullmatch(f"({line})+", shown.result())), True)
     check("report", report.count("would     01.mp3\n"), count)
     process.wait()
 

@@ -81,6 +81,12 @@ std::string dateOf(const Tag& tag) {
   return date;
 }
 
+/// A year has four digits in one tag, and as many as it takes in another.
+std::string_view withoutZerosInFront(std::string_view date) {
+  date.remove_prefix(std::min(date.find_first_not_of('0'), date.size()));
+  return date;
+}
+
 class Comparison {
  public:
   Comparison(const Tag& expected, const Tag& found) : expected_(expected), found_(found) {
@@ -89,7 +95,7 @@ class Comparison {
     }
     const std::string date = dateOf(expected);
     const std::string newDate = dateOf(found);
-    if (!newDate.starts_with(date)) tellText("date", date, newDate);
+    if (!withoutZerosInFront(newDate).starts_with(withoutZerosInFront(date))) tellText("date", date, newDate);
   }
 
   Losses losses() && {
