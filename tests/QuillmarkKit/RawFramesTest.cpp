@@ -39,4 +39,11 @@ TEST(RawFramesTest, MoveAsAList) {
   EXPECT_EQ(folder.entryCount(), 3);
 }
 
+TEST(RawFramesTest, AreNotLookedForBehindAnExtendedHeaderThatDoesNotFit) {
+  for (const auto& [length, fits] : {std::pair("\0\0\0\x12"s, true), {"\0\0\0\x13"s, false}}) {
+    const std::string tag = TagBytes(3, 0x40).raw(length).padding(18).characters();
+    EXPECT_EQ(ID3Frames::parse(platform::Bytes(tag.begin(), tag.end())).has_value(), fits);
+  }
+}
+
 }  // namespace tests
