@@ -107,6 +107,12 @@ TEST_F(BadInputTest, TakesNoMoreMemoryThanTheFileIsLarge) {
   const Finished applied = run({"apply", "--from", "good.mp3", "frame.mp3", "tag.mp3", "raw.mp3"});
   EXPECT_LT(applied.peakKilobytes, little);
   EXPECT_EQ(applied.output, "updated   frame.mp3\nupdated   raw.mp3\n\nchanged 2, unchanged 0, failed 1\n");
+
+  // The rest of this picture takes no room on the disk, and is not read: no tag could hold it.
+  std::filesystem::resize_file(folder.file("huge.png", "\x89PNG"), std::uint64_t{4} << 30);
+  const Finished set = run({"set", "--artwork", "huge.png", "good.mp3"});
+  EXPECT_NE(set.status, 0);
+  EXPECT_LT(set.peakKilobytes, 2L << 20);
 }
 
 }  // namespace tests
