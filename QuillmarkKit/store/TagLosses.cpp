@@ -166,7 +166,8 @@ class Comparison {
     const auto isSame = [&](const UserText& other) {
       return other.description == text.description && saySame("TXXX", text.text, other.text);
     };
-    if (!findContent<UserText>(frame, isSame)) drop("a user text", "user texts", inQuotes(text.description));
+    if (findContent<UserText>(frame, isSame) == nullptr)
+      drop("a user text", "user texts", inQuotes(text.description));
   }
 
   void compare(const Frame& frame, const LanguageText& text) {
@@ -176,9 +177,9 @@ class Comparison {
     const auto isSameWithDescription = [&](const LanguageText& other) {
       return isSame(other) && other.description == text.description;
     };
-    if (findContent<LanguageText>(frame, isSameWithDescription)) return;
+    if (findContent<LanguageText>(frame, isSameWithDescription) != nullptr) return;
     const std::string description = inQuotes(text.description);
-    if (findContent<LanguageText>(frame, isSame)) {
+    if (findContent<LanguageText>(frame, isSame) != nullptr) {
       drop("the description " + description + (isComment ? " of a comment" : " of the lyrics"), "", "");
     } else {
       drop(isComment ? "a comment" : "lyrics", isComment ? "comments" : "lyrics",
@@ -192,7 +193,7 @@ class Comparison {
     const auto isSameInAll = [&](const Picture& other) {
       return isSame(other) && other.type == picture.type && other.description == picture.description;
     };
-    if (findContent<Picture>(frame, isSameInAll)) return;
+    if (findContent<Picture>(frame, isSameInAll) != nullptr) return;
     const auto* same = findContent<Picture>(frame, isSame);
     if (same == nullptr) return drop("a picture", "pictures", described);
     if (same->type != picture.type) {
@@ -212,7 +213,7 @@ class Comparison {
       const auto isInForm = [](const Frame& inner) { return !inner.original.empty(); };
       return other == parent && (expected_.version == 3 || std::ranges::all_of(other.frames, isInForm));
     };
-    if (!findContent<Parent>(frame, isSame)) dropFrame(frame);
+    if (findContent<Parent>(frame, isSame) == nullptr) dropFrame(frame);
   }
   void compare(const Frame& frame, const ID3v2::Chapter& chapter) { compareParent(frame, chapter); }
   void compare(const Frame& frame, const ID3v2::TableOfContents& table) { compareParent(frame, table); }

@@ -37,7 +37,7 @@ void addGenresIn(std::string_view value, std::string& genres) {
   if (const auto name = referredGenre(value)) return addValue(genres, *name);
   while (value.starts_with('(')) {
     const std::size_t end = value.find(')');
-    const auto name = end == value.npos ? std::nullopt : referredGenre(value.substr(1, end - 1));
+    const auto name = end == std::string_view::npos ? std::nullopt : referredGenre(value.substr(1, end - 1));
     if (!name) break;
     if (!hasValue(genres, *name)) addValue(genres, *name);
     value.remove_prefix(end + 1);
