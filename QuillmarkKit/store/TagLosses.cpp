@@ -221,8 +221,8 @@ class Comparison {
   /// Whatever else there is: links, what only its own program understands.
   template <class Content>
   void compare(const Frame& frame, const Content& content) {
-    if (!findContent<Content>(frame, [&](const Content& other) { return other == content; }))
-      dropFrame(frame);
+    const auto isSame = [&](const Content& other) { return other == content; };
+    if (findContent<Content>(frame, isSame) == nullptr) dropFrame(frame);
   }
   void dropFrame(const Frame& frame) {
     drop("a " + frame.identifier + " frame", frame.identifier + " frames", "");
