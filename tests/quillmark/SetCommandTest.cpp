@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <future>
+#include <thread>
 
 #include "tests/Files.h"
 #include "tests/Program.h"
@@ -87,7 +89,12 @@ TEST_F(SetCommandTest, TellsWhatChanges) {
 TEST_F(SetCommandTest, TakesAPictureFromAPipe) {
   const auto pipe = folder.path() / "pipe";
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
-  const auto writing = std::async(std::launch::async, [&] { std::ofstream(pipe) << png; });
+  const auto writing = std::async(std::launch::async, [&] {
+    std::ofstream slow(pipe);
+    slow << png.substr(0, 10) << std::flush;
+    std::this_thread::sleep_for(std::chrono::milliseconds(300));
+    slow << png.substr(10);
+  });
   EXPECT_EQ(set({"--artwork", "pipe"}).error, "");
   EXPECT_EQ(quillmark({"read", "01.mp3"}, folder.path()).output,
             "  Title    Kyrie\n  Artist   Choir\n  Comment  Live\n  Artwork  PNG, 16 bytes\n");
