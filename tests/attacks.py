@@ -29,6 +29,11 @@ def as_user(user, *words):
     return ["setpriv", f"--reuid={user}", f"--regid={user}", "--clear-groups", *map(str, words)]
 
 
+def acl(*entries):
+    """An access-control list of (tag, permissions, id) as the system keeps it."""
+    return struct.pack("<I", 2) + b"".join(struct.pack("<HHI", *entry) for entry in entries)
+
+
 class Stage:
     """A folder that everybody may write to, with a song of the user's."""
 
@@ -54,13 +59,16 @@ class Stage:
     def run(self, *words, user=USER, inject=(), **options):
         traced = [f"inject={one}" for one in inject]
         strace = ["strace", "-f", "-qq", "-y", "-o", self.log, *(part for one in traced for part in ("-e", one))]
-        return run(*(lambda all: (all[0], all[1:]))(as_user(user, *strace, self.program, *words)), self.folder, **options)
+        return run("env", as_user(user, *strace, self.program, *words), self.folder, **options)
 
     def run_stopping(self, call, act, words=("set", "--album", "New", SONG), which=":when=1", user=USER):
-        """Lets `act` have the folder when the run has made the call, the first time or all `which` times."""
+        """Lets `act` have the folder when the run has made the call, the first time or all `which` times.
+
+        Of what it closes, the song counts alone: between its first look at it and its second.
+        """
         self.log.unlink(missing_ok=True)
-        words = ["strace", "-f", "-qq", "-y", "-o", self.log, "-e", f"trace={call}",
-                 "-e", f"inject={call}:signal=SIGSTOP{which}", self.program, *words]
+        words = ["strace", "-f", "-qq", "-y", "-o", self.log, *(("-P", self.song) if call == "close" else ()),
+                 "-e", f"trace={call}", "-e", f"inject={call}:signal=SIGSTOP{which}", self.program, *words]
         process = subprocess.Popen(as_user(user, *words), cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                    env=ENVIRONMENT, text=True)
         seen = 0
@@ -171,7 +179,7 @@ def check_meanwhile(stage):
         os.rename(stage.folder / "its", stage.song)
 
     for act, title, end in ((append, None, b"more"), (replace, b"Its", b"its")):
-        for call in ("flock", "copy_file_range", "fsync"):
+        for call in ("close", "flock", "copy_file_range", "fsync"):
             what = f"{act.__name__} after {call}"
             stage.reset()
             check(what, stage.run_stopping(call, act, user=0), UPDATED)
@@ -229,23 +237,23 @@ def entries(path):
     return sorted(entry for entry in struct.iter_unpack("<HHI", data) if entry[0] != 0x10)
 
 
-def set_list(path, *entries):
-    os.setxattr(path, "system.posix_acl_access", struct.pack("<I", 2) + b"".join(struct.pack("<HHI", *entry) for entry in entries))
-
-
 def check_rights(stage):
+    def reset(owner, group, mode=0o644):
+        stage.reset()
+        os.chown(stage.song, owner, group)
+        os.chmod(stage.song, mode)
+
     what = "a song of another's that the user may write to"
-    stage.reset()
-    os.chown(stage.song, OTHER, OTHER)
-    set_list(stage.song, (1, 6, EVERYBODY), (2, 6, USER), (4, 6, EVERYBODY), (16, 6, EVERYBODY), (32, 0, EVERYBODY))
+    shared = acl((1, 6, EVERYBODY), (2, 6, USER), (4, 6, EVERYBODY), (16, 6, EVERYBODY), (32, 0, EVERYBODY))
+    reset(OTHER, OTHER)
+    os.setxattr(stage.song, "system.posix_acl_access", shared)
     check(what, stage.run("set", "--album", "New", SONG), UPDATED)
     check(f"{what}: owner", (os.stat(stage.song).st_uid, os.stat(stage.song).st_gid), (USER, USER))
     check(f"{what}: list", entries(stage.song),
           [(1, 6, EVERYBODY), (2, 6, OTHER), (4, 0, EVERYBODY), (8, 6, OTHER), (32, 0, EVERYBODY)])
-    check(f"{what}: its owner", run(*(lambda all: (all[0], all[1:]))(as_user(OTHER, stage.program, "read", SONG)), stage.folder)[0], 0)
-    stage.reset()
-    os.chown(stage.song, OTHER, OTHER)
-    set_list(stage.song, (1, 6, EVERYBODY), (2, 6, USER), (4, 6, EVERYBODY), (16, 6, EVERYBODY), (32, 0, EVERYBODY))
+    check(f"{what}: its owner", run("env", as_user(OTHER, stage.program, "read", SONG), stage.folder)[0], 0)
+    reset(OTHER, OTHER)
+    os.setxattr(stage.song, "system.posix_acl_access", shared)
     before = attributes(stage.song)
     refusal = f"{SONG} could not be written: its owner cannot be kept, nor its owner's access."
     check(f"{what}, without lists", stage.run("set", "--album", "New", SONG, inject=["fsetxattr:error=EOPNOTSUPP"]), failed(refusal))
@@ -253,21 +261,19 @@ def check_rights(stage):
 
     for mode, group_list in ((0o640, [(1, 6, EVERYBODY), (4, 0, EVERYBODY), (8, 4, OTHER), (32, 0, EVERYBODY)]), (0o644, None)):
         what = f"a song {mode:o} of the user's and another group"
-        stage.reset()
-        os.chown(stage.song, USER, OTHER)
-        os.chmod(stage.song, mode | 0o2000)
+        reset(USER, OTHER, mode | 0o2000)
         check(what, stage.run("set", "--album", "New", SONG), UPDATED)
         status = os.stat(stage.song)
         check(f"{what}: owner", (status.st_uid, status.st_gid, status.st_mode & 0o7000), (USER, USER, 0))
         check(f"{what}: list", entries(stage.song) if group_list else os.listxattr(stage.song), group_list or [])
-    stage.reset()
-    set_list_default = struct.pack("<I", 2) + b"".join(
-        struct.pack("<HHI", *entry) for entry in ((1, 7, EVERYBODY), (2, 7, OTHER), (4, 7, EVERYBODY), (16, 7, EVERYBODY), (32, 7, EVERYBODY)))
-    os.setxattr(stage.folder, "system.posix_acl_default", set_list_default)
-    os.chmod(stage.song, 0o640)
-    before = attributes(stage.song)
-    check("a folder with a default list", stage.run("set", "--album", "New", SONG), UPDATED)
-    check("a folder with a default list: attributes", attributes(stage.song), before)
+    everything = acl((1, 7, EVERYBODY), (2, 7, OTHER), (4, 7, EVERYBODY), (16, 7, EVERYBODY), (32, 7, EVERYBODY))
+    for owner, group in ((USER, USER), (0, OTHER)):
+        what = f"a folder with a default list, a song of {owner}:{group}"
+        reset(owner, group, 0o640)
+        os.setxattr(stage.folder, "system.posix_acl_default", everything)
+        before = attributes(stage.song)
+        check(what, stage.run("set", "--album", "New", SONG, user=owner), UPDATED)
+        check(f"{what}: attributes", attributes(stage.song), before)
 
 
 def check_backups(stage):

@@ -108,6 +108,7 @@ class Run:
         self.folder, self.album = folder, album
         self.names = [f"{number:02}" + "n" * 200 + ".mp3" for number in range(self.COUNT)]
         self.old, self.new = album.old[album.rich], album.new[album.rich]
+        self.words = ["apply", "--from", SOURCE, *self.names]
 
     def start(self, program, **options):
         shutil.rmtree(self.folder, ignore_errors=True)
@@ -117,7 +118,12 @@ class Run:
             (self.folder / name).write_bytes(self.old)
             os.utime(self.folder / name, ns=(DATE, DATE))
         options = {"stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "env": ENVIRONMENT, **options}
-        return subprocess.Popen([program, "apply", "--from", SOURCE, *self.names], cwd=self.folder, **options)
+        return subprocess.Popen([program, *self.words], cwd=self.folder, **options)
+
+    def duration(self, program):
+        started = time.monotonic()
+        self.check_end("undisturbed", self.start(program), [0])
+        return time.monotonic() - started
 
     def wait_until_stuck(self, process):
         fcntl.fcntl(process.stdout, fcntl.F_SETPIPE_SZ, 4096)
@@ -137,13 +143,16 @@ class Run:
         check(f"{what}: status {process.returncode}", process.returncode in statuses, True)
         return count
 
-    def check_files(self, what):
+    def check_files(self, what, left_over=()):
         contents = [(self.folder / name).read_bytes() for name in self.names]
         count = contents.count(self.new)
         check(f"{what}: bytes", contents == [self.new] * count + [self.old] * (self.COUNT - count), True)
         check(f"{what}: dates", {os.stat(self.folder / name).st_mtime_ns for name in self.names}, {DATE})
-        check(f"{what}: files in the folder", sorted(os.listdir(self.folder)), sorted([SOURCE, *self.names]))
+        check(f"{what}: files in the folder", sorted(os.listdir(self.folder)), sorted([SOURCE, *self.names, *left_over]))
         return count
+
+    def left_over(self):
+        return [name for name in os.listdir(self.folder) if name.startswith(proof.LEFT_OVER)]
 
 
 def check_signals(program, folder, album):
@@ -155,11 +164,7 @@ def check_signals(program, folder, album):
         count = long_run.check_end(number.name, process, [-number])
         check(f"{number.name}: came in the middle", 0 < count < long_run.COUNT, True)
 
-    chance = random.Random(4)
-    started = time.monotonic()
-    long_run.check_end("undisturbed", long_run.start(program), [0])
-    whole = time.monotonic() - started
-    in_the_middle = 0
+    chance, whole, in_the_middle = random.Random(4), long_run.duration(program), 0
     for _ in range(24):
         number = chance.choice((signal.SIGINT, signal.SIGTERM, signal.SIGHUP, signal.SIGQUIT))
         process = long_run.start(program)

@@ -15,8 +15,8 @@ import tempfile
 import time
 import zlib
 
-from mutagen.id3 import (APIC, CHAP, COMM, CTOC, GEOB, ID3, POPM, PRIV, TALB, TCON, TDRC, TIPL, TIT2, TMCL, TMOO, TPE1, TPOS, TRCK,
-                         TSOP, TXXX, UFID, USLT, WOAR, WXXX, ID3NoHeaderError)
+from mutagen.id3 import (APIC, CHAP, COMM, CTOC, GEOB, ID3, POPM, PRIV, TCON, TDRC, TIPL, TIT2, TMCL, TMOO, TPE1, TRCK,
+                         TSOP, TXXX, UFID, USLT, WOAR, WXXX, Frames, ID3NoHeaderError)
 
 import proof
 from proof import audio_of, check, run
@@ -322,11 +322,34 @@ class Proof:
         self.told()
 
 
+def check_every_field(program, folder, audio):
+    """What one file has comes to another as another reader sees it, without the option too, beside what that has itself."""
+    source, target = folder / "source.mp3", folder / "track.mp3"
+    for path in (source, target):
+        path.write_bytes(audio)
+    numbers = {"TDRC": "1977", "TBPM": "72", "TRCK": "1/12", "TPOS": "2/3"}
+    own, fields = ID3(), ID3()
+    own.add(PRIV("owner", b"\xff\xe0\xff\0\xff\xff\0\0" * 40))
+    own.save(target, v1=0)
+    for frame in (*(Frames[name](3, numbers.get(name, f"{name} Björk 朝 𝄞 ’")) for name in FIELDS if name[0] == "T"),
+                  COMM(3, "eng", "", "Recorded\nat dawn, κύριε"), USLT(3, "eng", "", "eleison, κύριε"),
+                  APIC(0, "image/png", 3, "", PNG + bytes(range(256)) * 800)):
+        fields.add(frame)
+    fields.save(source, v1=0)
+    expected = {**view(source), **view(target)}
+    for outcome in ("updated", "unchanged"):
+        report = run(program, ["apply", "--from", source.name, "--all", target.name], folder)
+        check(f"every field: {outcome}", (report[0], report[1].split()[0], report[2]), (0, outcome, ""))
+        check(f"every field: {outcome}, read", view(target), expected)
+        check(f"every field: {outcome}, audio", audio_of(target.read_bytes()) == audio, True)
+
+
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
     audio = audio_of(min(samples.glob("*.mp3"), key=os.path.getsize).read_bytes())
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)
+        check_every_field(program, folder, audio)
         for name, data in HAND_MADE.items():
             end = ID3V1 if "ID3v1" in name else APE if "APE" in name else b""
             Proof(program, folder, name, data + audio + end, refused="refused" in name).all()
