@@ -17,16 +17,9 @@ constexpr std::size_t allowancePerByte = 4;
 
 /// The most that may be allocated; nothing is limited between two inputs.
 std::size_t limit = SIZE_MAX;
-/// At least what is allocated now. Counts what is allocated alone, and is made exact where it meets the
-/// limit.
-std::size_t upperBound = 0;
 
-void countAllocation(const volatile void*, std::size_t size) {
-  if (limit == SIZE_MAX) return;
-  upperBound += size;
-  if (upperBound <= limit) return;
-  upperBound = __sanitizer_get_current_allocated_bytes();
-  if (upperBound <= limit) return;
+void countAllocation(const volatile void*, std::size_t) {
+  if (limit == SIZE_MAX || __sanitizer_get_current_allocated_bytes() <= limit) return;
   limit = SIZE_MAX;
   require(false, "memory stays below 64 MiB and four times the input");
 }
@@ -43,8 +36,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const platform::SharedBytes input(platform::Bytes(data, data + size));
-  upperBound = __sanitizer_get_current_allocated_bytes();
-  limit = upperBound + fixedAllowance + allowancePerByte * size;
+  limit = __sanitizer_get_current_allocated_bytes() + fixedAllowance + allowancePerByte * size;
   fuzzTarget(input);
   limit = SIZE_MAX;
   return 0;

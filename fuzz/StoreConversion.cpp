@@ -51,6 +51,20 @@ platform::Bytes tagOfUnmanagedFrames(const SharedBytes& contents) {
   return ID3Frames::tagData(tag.frames, 0, "input.mp3");
 }
 
+void checkRawFrames(const SharedBytes& input) {
+  const auto tag = ID3Frames::parse(input);
+  if (!tag) return;
+  require(tag->audioOffset <= input.size(), "the tag lies inside the bytes");
+  std::size_t payloads = 0;
+  for (const auto& frame : tag->frames) payloads += frame.payload.size();
+  require(payloads + 10 * tag->frames.size() + 10 <= tag->audioOffset, "frames do not overlap");
+  constexpr std::int64_t padding = 16;
+  const SharedBytes written = ID3Frames::tagData(tag->frames, padding, "written.mp3");
+  const auto again = ID3Frames::parse(written);
+  require(again && again->frames == tag->frames, "written frames are read as they were");
+  require(again->version == 3 && again->audioOffset == written.size(), "the whole of it is a tag of v2.3");
+}
+
 /// A tag with the tag set and, behind it, the frames that no tag set holds.
 SharedBytes written(const TagSet& tags, const FrameData& unmanaged) {
   ID3TagEditor::ID3Tag tag = makeTag(tags);
@@ -61,6 +75,7 @@ SharedBytes written(const TagSet& tags, const FrameData& unmanaged) {
 }  // namespace
 
 void fuzzTarget(const SharedBytes& input) {
+  checkRawFrames(input);
   std::optional<ID3TagEditor::ID3Tag> tag;
   try {
     tag = editor().read(input);

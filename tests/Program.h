@@ -25,14 +25,12 @@ struct Finished {
 };
 
 /// Runs the built program with these arguments in `folder`, which is its home folder too. A run that does not
-/// come to an end is ended by a signal. What it prints goes to `output` where one is named, else it is
-/// collected. It sees no desktop but one that `environment` names.
+/// come to an end is ended by a signal. It sees no desktop but one that `environment` names.
 inline Finished quillmark(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
-                          std::filesystem::path output = {},
                           const std::map<std::string, std::string>& environment = {}) {
   constexpr unsigned secondsToFinish = 20;
   const TemporaryFolder streams;
-  if (output.empty()) output = streams.file("output", "");
+  const auto output = streams.file("output", "");
   const auto error = streams.file("error", "");
   // What waits in the buffers of this process must not be written by the child as well.
   std::fflush(nullptr);
@@ -55,9 +53,8 @@ inline Finished quillmark(const std::vector<std::string>& arguments, const std::
   int status = 0;
   struct rusage usage {};
   ::wait4(child, &status, 0, &usage);
-  const bool isCollected = std::filesystem::is_regular_file(output);
   return {.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
-          .output = isCollected ? contentsOf(output) : "",
+          .output = contentsOf(output),
           .error = contentsOf(error),
           .peakKilobytes = usage.ru_maxrss};
 }

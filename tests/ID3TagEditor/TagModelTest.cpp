@@ -10,16 +10,13 @@ TEST(TagModel, DescribesEachKindOfContent) {
   const std::string shown = fullTag<ID32v3TagBuilder>().debugDescription() +
                             fullTag<ID32v4TagBuilder>().debugDescription() +
                             ID3Tag(ID3Version::version4).debugDescription();
-  for (const std::string& part :
-       {"ID3Tag:\n- size: 0\n- version: version3\n- artist: artist\n- composer: composer\n"s,
-        "\n- albumArtist: albumArtist\n- title: title\n- trackPosition: 3 of 12\n- discPosition: 1 of 2\n"s,
-        "\n- recordingYear: 1977\n- recordingDayMonth: 3 12\n- recordingHourMinute: 9 5\n"s +
-            "- genre: Optional(ID3TagEditor.ID3Genre.rock) - Optional(\"Rock\")\n- attachedPicture:\n" +
-            "frontCover jpeg\n\nbackCover png\n\n- unsynchronisedLyrics:\nlanguage: eng\n" +
-            "contentDescription: l\ncontent: lyrics\n\nlanguage: ita\n",
-        "\n- recordingDateTime: Date: (14 11 2023) - Time: (22 13)\n- recordingYear: -\n"s,
-        "\n- title: -\n- trackPosition: -\n"s,
-        "\n- attachedPicture:\n- unsynchronisedLyrics:\n- comments:\n- iTunesGrouping: -\n"s}) {
+  for (const auto* part :
+       {"ID3Tag:\n- size: 0\n- version: version3\n- artist: artist\n- composer: composer\n",
+        "\n- trackPosition: 3 of 12\n", "\n- recordingDayMonth: 3 12\n- recordingHourMinute: 9 5\n",
+        "\n- genre: Optional(ID3TagEditor.ID3Genre.rock) - Optional(\"Rock\")\n- attachedPicture:\n"
+        "frontCover jpeg\n\nbackCover png\n\n- unsynchronisedLyrics:\nlanguage: eng\n"
+        "contentDescription: l\ncontent: lyrics\n\nlanguage: ita\n",
+        "\n- recordingDateTime: Date: (14 11 2023) - Time: (22 13)\n- recordingYear: -\n"}) {
     EXPECT_NE(shown.find(part), std::string::npos) << part;
   }
 }

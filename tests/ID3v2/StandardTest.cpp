@@ -1,7 +1,6 @@
 #include <gtest/gtest.h>
 
 #include "ID3v2/Reading.h"
-#include "ID3v2/TagsAtTheEnd.h"
 #include "ID3v2/Writing.h"
 #include "tests/TagBytes.h"
 
@@ -236,20 +235,6 @@ TEST(StandardTest, WritesAsV23WhatStandsInATag) {
   }
 }
 
-TEST(StandardTest, MakesAnewWhatHasChanged) {
-  auto reading = read(bytesFrom(v3().frame("TIT2", "\3\xE2\x82\xAC", 0x20)
-                                    .frame("TPE1", "G\1\0a\0\0\0"s, 0x20)
-                                    .frame("CHAP", chapterStart + frames(v3().frame("TIT2", "\3x")))
-                                    .characters()));
-  ASSERT_EQ(reading->tag.frames.size(), 3);
-  for (Frame& frame : reading->tag.frames) frame.original = {};
-  EXPECT_EQ(platform::charactersOf(write(reading->tag, 0).bytes),
-            v3().frame("TIT2", "\3\xE2\x82\xAC", 0x20)
-                .frame("TPE1", "G\0a"s, 0x20)
-                .frame("CHAP", chapterStart + frames(v3().frame("TIT2", "\3x")))
-                .characters());
-}
-
 TEST(StandardTest, FindsWhereATagEnds) {
   const std::string tag = v4(0x10).text("TALB", "a").characters();
   const std::string footer = "3DI" + tag.substr(3, 7);
@@ -270,21 +255,6 @@ TEST(StandardTest, TellsWhatCannotBeWritten) {
   const Written written = write(tag, 0);
   EXPECT_EQ(written.notKept, (std::vector{"the frame WOAR"s, "the frame TT2"s}));
   EXPECT_EQ(written.bytes.size(), 10);
-}
-
-TEST(StandardTest, LooksAtTheEndOfAFile) {
-  std::string end = "TAG" + "T\xE9  "s + std::string(26, '\0') + std::string(60, ' ') + "1977" + "c\0?"s +
-                    std::string(25, '\0') + "\0\7\21"s;
-  const Tag expected{.frames = {{.identifier = "TIT2", .content = Text{"T\xC3\xA9"}},
-                                {.identifier = "TYER", .content = Text{"1977"}},
-                                {.identifier = "COMM", .content = LanguageText{"eng", "", "c"}},
-                                {.identifier = "TRCK", .content = Text{"7"}},
-                                {.identifier = "TCON", .content = Text{"Rock"}}}};
-  EXPECT_EQ(readID3v1(bytesFrom(audio(40) + end)), expected);
-  EXPECT_FALSE(readID3v1(bytesFrom(end.substr(1))));
-  const std::string ape = "APETAGEX" + std::string(24, '\0');
-  EXPECT_TRUE(hasAPETag(bytesFrom(ape)) && hasAPETag(bytesFrom(ape + end)));
-  EXPECT_FALSE(hasAPETag(bytesFrom(end)) || hasAPETag(bytesFrom(ape + ape.substr(1))));
 }
 
 }  // namespace tests

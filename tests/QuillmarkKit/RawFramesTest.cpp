@@ -11,19 +11,10 @@ using namespace QuillmarkKit;
 
 TEST(RawFramesTest, MoveAsAList) {
   const TemporaryFolder folder;
-  const std::string foreign = TagBytes(4)
-                                  .frame("PRIV", "x\0\xFF\xE0"s, 0x4003)
-                                  .frame("TIT2", "\3Kyrie")
-                                  .frame("TXXX", std::string(200, 't'))
-                                  .padding(30)
-                                  .characters();
-  const auto source = folder.file("source.mp3", foreign + audio());
-  const auto frames = ID3Frames::unmanagedFrames(source);
   const std::string carried = frame("PRIV", "x\0\xFF\xE0"s, 0x4003) + frame("TXXX", std::string(200, 't'));
-  const platform::Bytes tag = ID3Frames::tagData(frames, 1024, source);
-  EXPECT_EQ(platform::charactersOf(tag), TagBytes(3).raw(carried).padding(1024).characters());
+  const auto source = folder.file("source.mp3", track(carried + text("TIT2", "Kyrie")));
+  const auto frames = ID3Frames::unmanagedFrames(source);
   EXPECT_EQ(ID3Frames::tagData(frames, -1, source), ID3Frames::tagData(frames, 0, source));
-
   const auto target = folder.file("target.mp3", track(text("TIT2", "Gloria"), 100));
   ID3Frames::append({}, target);
   EXPECT_EQ(contentsOf(target), track(text("TIT2", "Gloria"), 100));
@@ -31,7 +22,6 @@ TEST(RawFramesTest, MoveAsAList) {
   EXPECT_EQ(contentsOf(target), track(text("TIT2", "Gloria") + carried));
   ID3Frames::write(frames, source, target);
   EXPECT_EQ(contentsOf(target), track(carried));
-
   const auto untagged = folder.file("untagged.mp3", audio());
   EXPECT_EQ(messageOf([&] { ID3Frames::append(frames, untagged); }),
             "untagged.mp3: the ID3 tag could not be read back after writing.");

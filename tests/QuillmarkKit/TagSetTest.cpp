@@ -57,12 +57,6 @@ TEST(TagSetTest, NormalisingTrimsEveryText) {
   }
 }
 
-TEST(TagSetTest, SummaryTellsATrackFromOthers) {
-  EXPECT_EQ(everyField().summary(),
-            "Title: the title\nArtist: the artist\nAlbum: the album\nAlbum Artist: the album-artist\n"
-            "Genre: the genre\nYear: 1971\nTrack Number: 1973\nDisc Number: 1975\nArtwork: JPEG, 9 bytes");
-}
-
 TEST(ArtworkTest, IsToldByItsSignature) {
   EXPECT_EQ(Artwork::detecting(bytesFrom("\xFF\xD8\xFF")).value().format, Artwork::Format::jpeg);
   for (const auto bytes : {"\x89PNG\r\n\x1A", "\xFF\xD8", " \xFF\xD8\xFF", "GIF89a", ""}) {

@@ -109,9 +109,12 @@ TEST_F(BadInputTest, TakesNoMoreMemoryThanTheFileIsLarge) {
   EXPECT_EQ(applied.output, "updated   frame.mp3\nupdated   raw.mp3\n\nchanged 2, unchanged 0, failed 1\n");
 
   // The rest of this picture takes no room on the disk, and is not read: no tag could hold it.
-  std::filesystem::resize_file(folder.file("huge.png", "\x89PNG"), std::uint64_t{4} << 30);
+  std::filesystem::resize_file(folder.file("huge.png", "\x89PNG\r\n\x1A\n"), std::uint64_t{4} << 30);
   const Finished set = run({"set", "--artwork", "huge.png", "good.mp3"});
-  EXPECT_NE(set.status, 0);
+  EXPECT_EQ(set.error,
+            "quillmark: failed    good.mp3: good.mp3: its tag would be larger than 256 MiB, more than an ID3 "
+            "tag can hold.\n");
+  EXPECT_EQ(set.status, 2);
   EXPECT_LT(set.peakKilobytes, 2L << 20);
 }
 

@@ -127,16 +127,4 @@ TEST_F(SetCommandTest, RefusesABadLineBeforeAnyFileIsTouched) {
   EXPECT_EQ(quillmark({"set", "--year", "x"}, folder.path()).error, "quillmark: No files given.\n");
 }
 
-TEST_F(SetCommandTest, FailsFileByFileForAPictureThatFitsNoTag) {
-  std::filesystem::resize_file(folder.file("cover", png), std::uintmax_t{1} << 28);
-  const FileState before(file);
-  const Finished run = set({"--artwork", "cover"});
-  EXPECT_EQ(run.error,
-            "quillmark: failed    01.mp3: 01.mp3: its tag would be larger than 256 MiB, more than "
-            "an ID3 tag can hold.\n");
-  EXPECT_EQ(run.status, 2);
-  EXPECT_TRUE(FileState(file) == before);
-  EXPECT_EQ(folder.entryCount(), 2);
-}
-
 }  // namespace tests
