@@ -53,7 +53,7 @@ TEST_F(ApplyCommandTest, ChangesTheSelectedFields) {
     folder.file("02.mp3", targetBefore);
     const FileState before(target);
     auto words = row.options;
-    words.push_back("02.mp3");
+    words.emplace_back("02.mp3");
     const Finished run = apply(words);
     EXPECT_EQ(run.output + run.error, row.report);
     EXPECT_EQ(run.status, 0);

@@ -1,9 +1,9 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <signal.h>
 #include <sys/file.h>
 #include <sys/stat.h>
 
+#include <csignal>
 #include <functional>
 
 #include "platform/Pasteboard.h"
@@ -210,8 +210,9 @@ echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd)" >>"
   const std::string wlCopy = "wl-copy --type text/plain 0000000 0 /\n";
   const std::string xclip = "xclip -selection clipboard -in 0000000 0 /\n";
   const std::string xsel = "xsel --clipboard --input 0000000 0 /\n";
-  const std::map<std::string, std::string> none{{"DISPLAY", ""}}, x{{"DISPLAY", ":7"}},
-      wayland{{"WAYLAND_DISPLAY", "w"}};
+  const std::map<std::string, std::string> none{{"DISPLAY", ""}};
+  const std::map<std::string, std::string> x{{"DISPLAY", ":7"}};
+  const std::map<std::string, std::string> wayland{{"WAYLAND_DISPLAY", "w"}};
   const std::map<std::string, std::string> both{*x.begin(), *wayland.begin()};
   const std::map<std::string, std::string> all{{"wl-copy", takes}, {"xclip", takes}, {"xsel", takes}};
 
