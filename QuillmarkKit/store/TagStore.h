@@ -17,7 +17,8 @@ class TagStore {
   virtual void write(const TagSet& tags, const std::filesystem::path& to) const = 0;
   /// The same for who has made `tags` of what the file held: a store that others may write to at the same
   /// time throws platform::FileConflict when the file holds something else than `current` by now, and does
-  /// nothing.
+  /// nothing. It has `current` for its own, to let go of its pictures before the new tag is put together.
+  // NOLINTNEXTLINE(performance-unnecessary-value-param)
   virtual void replace(TagSet /*current*/, const TagSet& tags, const std::filesystem::path& in) const {
     write(tags, in);
   }
