@@ -17,7 +17,7 @@ constexpr std::array<Escape, 8> shortEscapes{
     {{'"', '"'}, {'\\', '\\'}, {'/', '/'}, {'\b', 'b'}, {'\f', 'f'}, {'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}}};
 
 /// What to write behind a backslash for each byte: 0 where the byte stands for itself, 'u' for the long form.
-constexpr std::array<char, 256> escapes = [] {
+constexpr std::array<char, 256> escapeLetters = [] {
   std::array<char, 256> table{};
   for (std::size_t control = 0; control < 0x20; ++control) table[control] = 'u';
   for (const Escape& escape : shortEscapes)
@@ -86,7 +86,7 @@ class Printer {
     text_ += '"';
     while (!string.empty()) {
       const char front = string.front();
-      const char letter = escapes[static_cast<unsigned char>(front)];
+      const char letter = escapeLetters[static_cast<unsigned char>(front)];
       std::size_t length = 1;
       if (letter != 0 && letter != 'u') {
         text_.append({'\\', letter});
