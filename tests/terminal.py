@@ -89,7 +89,7 @@ def check_progress(program, folder, sample):
         shown = reader.submit(read_all, ours)
         time.sleep(3)  # the report fills the pipe meanwhile
         report = process.stdout.read().decode()
-    line = r"[1-9],\d{3} of 9,000  01.mp3\r\x1b\[K"
+    line = r"([1-9],\d{3}|[1-9]\d{0,2}) of 9,000  01.mp3\r\x1b\[K"
     check("progress", bool(re.fullmatch(f"({line})+", shown.result())), True)
     check("report", report.count("would     01.mp3\n"), count)
     process.wait()
