@@ -59,7 +59,7 @@ bool FileBackup::makeSecondName() {
 }
 
 void FileBackup::makeCopy(PrivateFolder& temporary) {
-  FileHandle copy = temporary.create(copyName);
+  FileHandle copy = temporary.create(copyName, original_.path());
   copy.copy(original_, 0);
   keepModificationDate(original_, copy);
   keepRights(original_, copy);

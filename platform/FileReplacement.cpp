@@ -73,8 +73,18 @@ FileReplacement::FileReplacement(const std::filesystem::path& path)
 }
 
 void FileReplacement::prepare() {
-  temporary_.emplace(*entry_.folder, path_);
-  file_.emplace(temporary_->create(fileName));
+  temporary_ = &entry_.folder->privateFolder(path_);
+  try {
+    file_.emplace(temporary_->create(fileName, path_));
+  } catch (const FileError&) {
+    // Whatever is wrong with it, the next file is to have another.
+    entry_.folder->dropPrivateFolder();
+    throw;
+  }
+}
+
+FileReplacement::~FileReplacement() {
+  if (!temporary_->empty()) entry_.folder->dropPrivateFolder();
 }
 
 void FileReplacement::keepModificationDate() {

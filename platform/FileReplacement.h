@@ -26,6 +26,10 @@ class FileReplacement {
   /// For a file at that path: a new one, or in the place of the one that is there.
   explicit FileReplacement(const std::filesystem::path& path);
 
+  ~FileReplacement();
+  FileReplacement(const FileReplacement&) = delete;
+  FileReplacement& operator=(const FileReplacement&) = delete;
+
   /// The new file, to be written to.
   FileHandle& file() { return *file_; }
   const std::shared_ptr<ReplacementFolder>& folder() const { return entry_.folder; }
@@ -48,7 +52,7 @@ class FileReplacement {
   FileHandle* original_ = nullptr;
   std::filesystem::path path_;
   FolderEntry entry_;
-  std::optional<PrivateFolder> temporary_;
+  PrivateFolder* temporary_ = nullptr;
   std::optional<FileHandle> file_;
   bool keepsBackup_ = false;
 };

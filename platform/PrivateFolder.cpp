@@ -58,7 +58,7 @@ PrivateFolder::PrivateFolder(const ReplacementFolder& parent, std::filesystem::p
 }
 
 PrivateFolder::~PrivateFolder() {
-  for (const char* name : files_) ::unlinkat(descriptor_.get(), name, 0);
+  empty();
   struct stat found {};
   if (parent_.find(name_, found) && isSameFile(found, attributes_) && isMine_) remove();
 }
@@ -93,18 +93,24 @@ void PrivateFolder::requireEmpty() {
   }
 }
 
-FileHandle PrivateFolder::create(const char* name) {
-  if (files_.empty()) requireEmpty();
+FileHandle PrivateFolder::create(const char* name, const std::filesystem::path& file) {
+  file_ = file;
+  if (!std::exchange(isKnownToBeEmpty_, true)) requireEmpty();
   constexpr int flags = O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC;
   const int descriptor = retrying([&] { return ::openat(descriptor_.get(), name, flags, 0600); });
   if (descriptor != -1) files_.push_back(name);
-  FileHandle file(file_, descriptor);
-  const struct stat& made = file.attributes();
+  FileHandle handle(file_, descriptor);
+  const struct stat& made = handle.attributes();
   const bool isOwnersAlike = made.st_uid == attributes_.st_uid && made.st_gid == attributes_.st_gid;
   // Where files have no modes of their own, the file shows others' bits as well.
   const bool isClosedAlike = (attributes_.st_mode & forOthers) == 0 || (made.st_mode & forOthers) != 0;
   if (!isOwnersAlike || !isClosedAlike) failForAnother();
-  return file;
+  return handle;
+}
+
+bool PrivateFolder::empty() {
+  std::erase_if(files_, [&](const char* name) { return ::unlinkat(descriptor_.get(), name, 0) == 0; });
+  return files_.empty();
 }
 
 void PrivateFolder::moveUp(const char* name, const std::string& as, bool asNew) {

@@ -12,7 +12,8 @@
 namespace platform {
 
 /// A folder of the user's alone (mode 0700, a hidden name) in another one, for files that are not complete
-/// yet. It goes when this object goes, and they with it. Others who may write to the folder above can put
+/// yet. It goes when this object goes, and they with it;
+/// replacements in a row use it one after another. Others who may write to the folder above can put
 /// something of theirs, or of the user's, in its place: that is found out before anything is done in there.
 class PrivateFolder {
  public:
@@ -23,11 +24,13 @@ class PrivateFolder {
   PrivateFolder& operator=(const PrivateFolder&) = delete;
 
   /// Creates a file, empty, open for writing and for nobody but the user. `name` must be a literal. Throws
-  /// FileError.
-  FileHandle create(const char* name);
+  /// FileError, which names `file`, as does every other error from then on.
+  FileHandle create(const char* name, const std::filesystem::path& file);
   /// Gives such a file a name in the folder above, in place of what has it or, with `asNew`, when nothing
   /// has. Throws FileError.
   void moveUp(const char* name, const std::string& as, bool asNew);
+  /// Removes the files that are still in here. False when one of them stays.
+  bool empty();
 
  private:
   [[noreturn]] void fail() const;
@@ -42,6 +45,8 @@ class PrivateFolder {
   struct stat attributes_ {};
   /// False when it has turned out that somebody has put another folder in its place.
   bool isMine_ = true;
+  /// Once that is seen, nobody but this object can put anything in here.
+  bool isKnownToBeEmpty_ = false;
   /// The names of the files that are in here.
   std::vector<const char*> files_;
 };

@@ -12,6 +12,7 @@
 
 #include "platform/FileConflict.h"
 #include "platform/FileError.h"
+#include "platform/PrivateFolder.h"
 
 namespace platform {
 
@@ -66,7 +67,17 @@ bool ReplacementFolder::find(const std::string& name, struct stat& attributes) c
   return ::fstatat(descriptor(), name.c_str(), &attributes, AT_SYMLINK_NOFOLLOW) == 0;
 }
 
+PrivateFolder& ReplacementFolder::privateFolder(const path& file) {
+  if (!private_) private_ = std::make_unique<PrivateFolder>(*this, file);
+  return *private_;
+}
+
+void ReplacementFolder::dropPrivateFolder() {
+  private_.reset();
+}
+
 void ReplacementFolder::synchronise() {
+  dropPrivateFolder();
   if (std::exchange(isSynchronised_, true) || !isReadable_) return;
   if (retrying([&] { return ::fsync(descriptor()); }) == 0) return;
   // File systems that have nothing to do for a folder say so.

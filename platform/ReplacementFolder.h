@@ -11,6 +11,8 @@
 
 namespace platform {
 
+class PrivateFolder;
+
 /// The folder that really holds a file, open, so that it stays the same one whatever happens to its path.
 /// What was renamed in it reaches the disk when `synchronise` is called, or with this object.
 class ReplacementFolder {
@@ -25,10 +27,15 @@ class ReplacementFolder {
   /// The attributes of what has that name here, no link followed; false, for the reason in errno, where there
   /// is nothing.
   bool find(const std::string& name, struct stat& attributes) const;
+  /// A private folder in here, made when it is first asked for; for one replacement at a time. Throws
+  /// FileError, which names `file`.
+  PrivateFolder& privateFolder(const std::filesystem::path& file);
+  /// Removes it, so that the next one is another.
+  void dropPrivateFolder();
   /// Notes that a name in here leads to another file now.
   void noteRename() { isSynchronised_ = false; }
-  /// Waits until the renames have reached the disk. A folder that may not be read cannot be waited for, which
-  /// is no error. Throws FileError.
+  /// Removes the private folder, and waits until the renames have reached the disk. A folder that may not be
+  /// read cannot be waited for, which is no error. Throws FileError.
   void synchronise();
 
  private:
@@ -36,6 +43,7 @@ class ReplacementFolder {
   bool isReadable_ = true;
   bool isSynchronised_ = true;
   std::filesystem::path file_;
+  std::unique_ptr<PrivateFolder> private_;
 };
 
 /// A name in a folder.

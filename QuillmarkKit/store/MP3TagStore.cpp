@@ -18,6 +18,13 @@ TagSet MP3TagStore::read(const std::filesystem::path& from) const {
 }
 
 void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) const {
+  // Who writes one file does not say when the last one is done.
+  struct Tidying {
+    const MP3TagStore& store;
+    ~Tidying() {
+      if (store.lastFolder_) store.lastFolder_->dropPrivateFolder();
+    }
+  } const tidying{*this};
   rewrite(to, std::nullopt, tags);
 }
 

@@ -29,6 +29,8 @@ class MP3TagStore : public TagStore {
   /// Replaces the file's tag in one step; until then, and after any failure, the file is as it was. The file
   /// may be written to by others at the same time: it fails when they were first.
   void write(const TagSet& tags, const std::filesystem::path& to) const final;
+  /// Leaves a hidden folder for the next file of the same folder; it goes with `synchronise`, with a file of
+  /// another folder, or with the store.
   void replace(TagSet current, const TagSet& tags, const std::filesystem::path& in) const final;
   void preview(const TagSet& tags, const std::filesystem::path& in) const final;
   /// Waits until the folder of the last file has reached the disk; throws the first failure to wait for that
