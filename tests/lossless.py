@@ -84,6 +84,7 @@ HAND_MADE = {
     "v2.3 one frame fills the tag": tag(3, f3("TIT2", text("Kyrie")), padding=0),
     "v2.4 unsynchronised frames": tag(4, f4("TIT2", text("ÿþ").replace(b"\xff", b"\xff\0"), 0x0002),
                                       f4("APIC", unsynchronised(PICTURE), 0x0002), f4("TXXX", b"\3k\0v"), flags=0x80),
+    "v2.4 announces a footer": tag(4, f4("TIT2", text("Kyrie", 3)), padding=0, flags=0x10),
     "v2.4 extended header, footer": tag(4, f4("TIT2", text("Kyrie", 3)), f4("TXXX", b"\3k\0v"), padding=0,
                                         before=b"\0\0\0\6\1\0", flags=0x50) + b"3DI\4\0\x50" + size4(35),
     "v2.4 date to the second": tag(4, f4("TDRC", text("2004-05-06T10:30:15")), f4("TYER", text("1999"))),
@@ -223,7 +224,8 @@ class Proof:
     def audio(self):
         if self.original[:3] != b"ID3":
             return self.original
-        return audio_of(self.original)[10 if self.original[5] & 0x10 else 0:]
+        after = audio_of(self.original)
+        return after[10 if after.startswith(b"3DI") else 0:]
 
     def losslessly(self):
         if self.refused:

@@ -35,6 +35,8 @@ FileTags readTags(platform::FileHandle& file) {
   tags.hasID3v2Tag = true;
   tags.audioStart = present;
   if (auto reading = ID3v2::read(platform::SharedBytes(std::move(bytes)))) {
+    // A tag may announce a footer that is not there; these bytes are audio.
+    tags.audioStart = std::min(reading->length, present);
     tags.tag = std::move(reading->tag);
     tags.unreadable = std::move(reading->unreadable);
   }
