@@ -37,10 +37,6 @@ bool isOddIdentifier(ByteView identifier) {
          std::ranges::all_of(identifier, [](std::uint8_t byte) { return byte >= 0x20 && byte < 0x7F; });
 }
 
-bool isPadding(ByteView bytes) {
-  return std::ranges::all_of(bytes, [](std::uint8_t byte) { return byte == 0; });
-}
-
 /// One reading of a size field. Below 128 both are the same.
 struct Size {
   std::size_t value;
@@ -76,7 +72,7 @@ bool isFrameLikelyAt(ByteView body, std::size_t at, std::uint8_t version) {
 }
 
 bool leadsOn(ByteView body, std::size_t at, std::uint8_t version) {
-  return at <= body.size() && (isFrameLikelyAt(body, at, version) || isPadding(body.subspan(at)));
+  return at <= body.size() && (isFrameLikelyAt(body, at, version) || platform::areZero(body.subspan(at)));
 }
 
 FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version) {
@@ -107,7 +103,7 @@ FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::
     frame.content = frame.whole.slice(layout.header, size->value);
     frame.hasPlainSize = size->isPlain;
   }
-  walk.isComplete = isPadding(bytes.subspan(walk.end));
+  walk.isComplete = platform::areZero(bytes.subspan(walk.end));
   return walk;
 }
 

@@ -31,6 +31,14 @@ inline void append(Bytes& bytes, ByteView more) {
   bytes.insert(bytes.end(), more.begin(), more.end());
 }
 
+/// Whether all of the bytes are zero.
+inline bool areZero(ByteView bytes) {
+  if (bytes.empty()) return true;
+  // Each byte against the next one, which the library does many at a time.
+  const std::string_view characters = charactersOf(bytes);
+  return bytes.front() == 0 && characters.substr(1) == characters.substr(0, characters.size() - 1);
+}
+
 /// The number that up to four bytes make, the most significant first.
 constexpr std::uint32_t bigEndian(ByteView bytes) {
   std::uint32_t value = 0;

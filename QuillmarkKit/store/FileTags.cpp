@@ -23,15 +23,18 @@ void readTagsAtTheEnd(platform::FileHandle& file, FileTags& tags) {
 
 FileTags readTags(platform::FileHandle& file) {
   FileTags tags;
-  file.seek(0);
-  platform::Bytes bytes = file.read(headerSize);
-  const auto length = ID3v2::tagLength(bytes);
+  const platform::ByteView header = file.start().first(std::min(headerSize, file.start().size()));
+  const auto length = ID3v2::tagLength(header);
   if (!length) {
     readTagsAtTheEnd(file, tags);
     return tags;
   }
-  const std::uint64_t present = std::min(*length, file.size());
-  if (present > bytes.size()) file.readOnto(bytes, static_cast<std::size_t>(present - bytes.size()));
+  const auto present = static_cast<std::size_t>(std::min(*length, file.size()));
+  platform::Bytes bytes;
+  bytes.reserve(present);
+  platform::append(bytes, header);
+  file.seek(headerSize);
+  if (present > headerSize) file.readOnto(bytes, present - headerSize);
   tags.hasID3v2Tag = true;
   tags.audioStart = present;
   if (auto reading = ID3v2::read(platform::SharedBytes(std::move(bytes)))) {

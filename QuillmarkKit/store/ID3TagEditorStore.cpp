@@ -42,9 +42,12 @@ TagSet ID3TagEditorStore::readSource(const std::filesystem::path& from, TagField
   return tags;
 }
 
-MP3TagStore::NewTag ID3TagEditorStore::newTag(const TagSet& tags, platform::FileHandle& file) const {
+MP3TagStore::NewTag ID3TagEditorStore::newTag(const TagSet& tags, std::optional<TagFields> changed,
+                                              platform::FileHandle& file) const {
   NewTag tag = newTagWith(tags, file);
-  if (tellsLosses()) tag.losses = TagLosses::ofWriting(readTags(file), tagsIn(file), tags, tag.bytes);
+  if (!tellsLosses()) return tag;
+  if (!changed) changed = tagsIn(file).differing(tags);
+  tag.losses = TagLosses::ofWriting(readTags(file), tags, *changed, tag.bytes);
   return tag;
 }
 

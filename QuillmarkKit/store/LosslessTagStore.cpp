@@ -36,11 +36,12 @@ FileTags readTagsOfMP3(platform::FileHandle& file) {
 }
 
 /// The tag as bytes, once it is sure that they say all that the tag says, and as its fields what is wanted.
-platform::Bytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, const std::filesystem::path& url) {
+platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, const std::filesystem::path& url) {
   const bool hasOthers = !std::ranges::all_of(tag.frames, ID3Frames::isManaged, &ID3v2::Frame::identifier);
   ID3v2::Written written = ID3v2::write(tag, hasOthers ? 0 : paddingSize);
   if (!written.notKept.empty()) throw LosslessError::cannotKeep(url, written.notKept.front());
-  const auto reading = ID3v2::read(platform::SharedBytes(written.bytes));
+  platform::SharedBytes bytes(std::move(written.bytes));
+  const auto reading = ID3v2::read(bytes);
   const ID3v2::Tag readBack = reading ? reading->tag : ID3v2::Tag();
   const TagLosses::Losses losses = TagLosses::between(tag, readBack);
   for (const auto* lost : {&losses.dropped, &losses.changed}) {
@@ -50,7 +51,7 @@ platform::Bytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, const std::
   for (const TagField field : allTagFields) {
     if (others.contains(field)) throw LosslessError::cannotKeep(url, "the " + TagDescriptions::nameOf(field));
   }
-  return std::move(written.bytes);
+  return bytes;
 }
 
 }  // namespace
@@ -59,7 +60,8 @@ TagSet LosslessTagStore::tagsIn(platform::FileHandle& file) const {
   return LosslessConversion::fieldsOf(readTagsOfMP3(file).tag);
 }
 
-MP3TagStore::NewTag LosslessTagStore::newTag(const TagSet& tags, platform::FileHandle& file) const {
+MP3TagStore::NewTag LosslessTagStore::newTag(const TagSet& tags, std::optional<TagFields> /*changed*/,
+                                             platform::FileHandle& file) const {
   FileTags old = readTagsOfMP3(file);
   if (!old.unreadable.empty()) throw LosslessError::cannotKeep(file.path(), old.unreadable.front());
   const TagSet held = LosslessConversion::fieldsOf(old.tag);

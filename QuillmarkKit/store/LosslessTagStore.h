@@ -17,7 +17,8 @@ class LosslessTagStore : public MP3TagStore {
 
  protected:
   TagSet tagsIn(platform::FileHandle& file) const override;
-  NewTag newTag(const TagSet& tags, platform::FileHandle& file) const override;
+  NewTag newTag(const TagSet& tags, std::optional<TagFields> changed,
+                platform::FileHandle& file) const override;
   bool failsInPreview() const override { return true; }
 };
 

@@ -40,11 +40,13 @@ void MP3TagStore::rewrite(const std::filesystem::path& url, std::optional<TagSet
   platform::FileReplacement replacement(file, lastFolder_);
   goOnIn(replacement.folder());
   if (current && tagsIn(file) != *current) throw FileConflict(FileConflict::Case::changed, url);
+  std::optional<TagFields> changed;
+  if (current && tellsLosses()) changed = current->differing(tags);
   // A picture in there may keep a whole tag in memory.
   current.reset();
   std::string losses;
   {
-    NewTag tag = newTag(tags, file);
+    NewTag tag = newTag(tags, changed, file);
     losses = std::move(tag.losses);
     replacement.file().write(tag.bytes);
     replacement.file().copy(file, tag.audioStart);
@@ -55,11 +57,11 @@ void MP3TagStore::rewrite(const std::filesystem::path& url, std::optional<TagSet
   tell(url, losses);
 }
 
-void MP3TagStore::preview(const TagSet& tags, const std::filesystem::path& in) const {
+void MP3TagStore::preview(const TagSet& current, const TagSet& tags, const std::filesystem::path& in) const {
   if (!failsInPreview() && !tellsLosses()) return;
   try {
     FileHandle file = openMP3(in);
-    tell(in, newTag(tags, file).losses);
+    tell(in, newTag(tags, current.differing(tags), file).losses);
   } catch (const std::exception&) {
     // What is only looked at to be told changes nothing of the run.
     if (failsInPreview()) throw;

@@ -32,7 +32,7 @@ class MP3TagStore : public TagStore {
   /// Leaves a hidden folder for the next file of the same folder; it goes with `synchronise`, with a file of
   /// another folder, or with the store.
   void replace(TagSet current, const TagSet& tags, const std::filesystem::path& in) const final;
-  void preview(const TagSet& tags, const std::filesystem::path& in) const final;
+  void preview(const TagSet& current, const TagSet& tags, const std::filesystem::path& in) const final;
   /// Waits until the folder of the last file has reached the disk; throws the first failure to wait for that
   /// or for another one.
   void synchronise() const final;
@@ -50,15 +50,17 @@ class MP3TagStore : public TagStore {
  protected:
   /// A whole tag, and how much of the file it takes the place of.
   struct NewTag {
-    platform::Bytes bytes;
+    platform::SharedBytes bytes;
     std::uint64_t audioStart;
     /// What the file loses by it; looked for only when `tellsLosses`.
     std::string losses = {};
   };
   /// What the open file holds.
   virtual TagSet tagsIn(platform::FileHandle& file) const = 0;
-  /// The tag that makes `tags` the file's tags; nothing is written.
-  virtual NewTag newTag(const TagSet& tags, platform::FileHandle& file) const = 0;
+  /// The tag that makes `tags` the file's tags; nothing is written. `changed` tells the fields that differ
+  /// from what the file holds, where that is known and losses are told.
+  virtual NewTag newTag(const TagSet& tags, std::optional<TagFields> changed,
+                        platform::FileHandle& file) const = 0;
   /// Whether a dry run fails where making the new tag does.
   virtual bool failsInPreview() const { return false; }
 

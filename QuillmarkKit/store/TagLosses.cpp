@@ -66,7 +66,7 @@ std::set<std::string> valuesOf(std::string_view identifier, std::string_view tex
 }
 
 bool saySame(std::string_view identifier, std::string_view before, std::string_view after) {
-  return valuesOf(identifier, before) == valuesOf(identifier, after);
+  return before == after || valuesOf(identifier, before) == valuesOf(identifier, after);
 }
 
 /// The date that the tag tells, from the year to the second, as far as it goes.
@@ -158,7 +158,7 @@ class Comparison {
     if (FieldFrames::isOfTheDate(identifier) || !comparedTexts_.insert(identifier).second) return;
     const std::string before = TagTexts::textOf(expected_, identifier);
     const std::string after = TagTexts::textOf(found_, identifier);
-    if (!TagTexts::isBlank(before) && !saySame(identifier, before, after))
+    if (!saySame(identifier, before, after) && !TagTexts::isBlank(before))
       tellText(TagDescriptions::nameOf(identifier), before, after);
   }
 
@@ -267,12 +267,11 @@ Losses between(const Tag& expected, const Tag& found) {
   return Comparison(expected, found).losses();
 }
 
-std::string ofWriting(FileTags old, const TagSet& current, const TagSet& wanted,
-                      const platform::Bytes& newTag) {
-  const TagFields asked = current.differing(wanted);
+std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
+                      const platform::SharedBytes& newTag) {
   LosslessConversion::setFields(old.tag, wanted, asked);
   forgetOldDescriptions(old.tag, wanted, asked);
-  const auto found = ID3v2::read(platform::SharedBytes(newTag)).value_or(ID3v2::Reading());
+  const auto found = ID3v2::read(newTag).value_or(ID3v2::Reading());
   Losses losses = between(old.tag, found.tag);
   std::string sentence;
   const auto add = [&](const std::string& clause) { addTo(sentence, "; ", clause); };

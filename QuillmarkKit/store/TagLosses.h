@@ -22,9 +22,9 @@ struct Losses {
 Losses between(const ID3v2::Tag& expected, const ID3v2::Tag& found);
 
 /// What a write takes from a file that it was not asked to take, as a sentence without its subject; empty
-/// when nothing. `current` is what the file's tags were taken for, and `wanted` what was made of that.
-std::string ofWriting(FileTags old, const TagSet& current, const TagSet& wanted,
-                      const platform::Bytes& newTag);
+/// when nothing. It was asked to give the `asked` fields the values that they have in `wanted`.
+std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
+                      const platform::SharedBytes& newTag);
 
 /// What of the selected fields the tag says otherwise than the tag set that was read from it, as such a
 /// sentence: "its date 2004-05-06 is not read as a year."

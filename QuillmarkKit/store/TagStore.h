@@ -23,7 +23,7 @@ class TagStore {
     write(tags, in);
   }
   /// Fails as `replace` would, and tells what it would tell; nothing is written.
-  virtual void preview([[maybe_unused]] const TagSet& tags,
+  virtual void preview([[maybe_unused]] const TagSet& current, [[maybe_unused]] const TagSet& tags,
                        [[maybe_unused]] const std::filesystem::path& in) const {}
   /// The tags of a file whose fields are to be written into others. Throws when one of them holds what the
   /// store cannot carry there.

@@ -13,7 +13,7 @@ TagApplier::Outcome TagApplier::attempt(const TagSet& source, const std::filesys
   if (wanted == current) return Unchanged{};
   auto before = tellsBefore_ ? std::optional(current) : std::nullopt;
   if (dryRun) {
-    store_.preview(wanted, file);
+    store_.preview(current, wanted, file);
     return WouldUpdate{std::move(wanted), std::move(before)};
   }
   store_.replace(std::move(current), wanted, file);
