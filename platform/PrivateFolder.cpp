@@ -50,10 +50,10 @@ PrivateFolder::PrivateFolder(const ReplacementFolder& parent, std::filesystem::p
   constexpr int flags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
   descriptor_ = Descriptor(retrying([&] { return ::openat(parent_.descriptor(), name_.c_str(), flags); }));
   if (!descriptor_ || ::fstat(descriptor_.get(), &attributes_) == -1) {
-    const FileError failure(file_, FileError::notWritten, errno);
+    const int reason = errno;
     // Not looked into, it is only taken for the one just made where it is the user's.
     if (parent_.find(name_, attributes_) && attributes_.st_uid == ::geteuid()) remove();
-    throw failure;
+    throw FileError(file_, FileError::notWritten, reason);
   }
 }
 
