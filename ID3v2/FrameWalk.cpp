@@ -62,6 +62,12 @@ bool hasHeaderAt(ByteView body, std::size_t at, std::uint8_t version) {
   return at <= body.size() && body.size() - at >= layoutOf(version).header;
 }
 
+/// Whether a frame that ends there has taken padding for its own: texts end with two zero bytes at most.
+bool hasSwallowedPadding(ByteView body, std::size_t end) {
+  return end < body.size() && platform::areZero(body.first(end).last(3)) &&
+         platform::areZero(body.subspan(end));
+}
+
 }  // namespace
 
 bool isFrameLikelyAt(ByteView body, std::size_t at, std::uint8_t version) {
@@ -85,7 +91,10 @@ FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::
     if (!isIdentifier(identifier) && !isOddIdentifier(identifier)) break;
     const auto sizes = sizesAt(bytes, at, version);
     const auto leading = std::ranges::find_if(sizes, [&](const std::optional<Size>& size) {
-      return size && leadsOn(bytes, at + layout.header + size->value, version);
+      if (!size) return false;
+      const std::size_t end = at + layout.header + size->value;
+      // Where a tag is damaged, the other reading leads somewhere into its padding.
+      return leadsOn(bytes, end, version) && (&size == sizes.data() || !hasSwallowedPadding(bytes, end));
     });
     std::optional<Size> size;
     if (leading != sizes.end()) {

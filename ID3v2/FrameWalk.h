@@ -37,8 +37,8 @@ struct FrameWalk {
 
 /// The frames from `start` on, which must lie in the body, as tags and chapters of the version hold them
 /// (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). Sizes are synchsafe in v2.4 and plain before;
-/// where only the other reading of a size leads to a next frame or to the end, that is taken. Frames without
-/// content are left out.
+/// where only the other reading of a size leads to a next frame or to the end, that is taken, unless the
+/// frame would reach into the padding. Frames without content are left out.
 FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version);
 
 /// Whether a frame with a size that fits starts there.
