@@ -23,12 +23,8 @@ bool mayNotLink(int code) {
 
 }  // namespace
 
-FileBackup::FileBackup(FileHandle& original, FolderEntry entry, PrivateFolder& temporary)
+FileBackup::FileBackup(FileHandle& original, FolderEntry entry)
     : original_(original), entry_(std::move(entry)), name_(entry_.name + ".orig") {
-  struct stat found {};
-  if (entry_.folder->find(name_, found)) return;
-  if (errno != ENOENT) fail();
-  if (!makeSecondName()) makeCopy(temporary);
 }
 
 FileBackup::~FileBackup() {
@@ -36,6 +32,13 @@ FileBackup::~FileBackup() {
   if (isMade_ && entry_.folder->find(name_, found) && isSameFile(found, made_)) {
     ::unlinkat(entry_.folder->descriptor(), name_.c_str(), 0);
   }
+}
+
+void FileBackup::make(PrivateFolder& temporary) {
+  struct stat found {};
+  if (entry_.folder->find(name_, found)) return;
+  if (errno != ENOENT) fail();
+  if (!makeSecondName()) makeCopy(temporary);
 }
 
 void FileBackup::fail() const {
@@ -53,7 +56,8 @@ bool FileBackup::makeSecondName() {
   if (!entry_.folder->find(name_, made_)) fail();
   isMade_ = true;
   if (!isSameFile(made_, original_.attributes())) {
-    throw FileConflict(FileConflict::Case::changed, original_.path());
+    throw FileConflict(S_ISREG(made_.st_mode) ? FileConflict::Case::changed : FileConflict::Case::noFile,
+                       original_.path());
   }
   return true;
 }

@@ -9,17 +9,18 @@
 namespace platform {
 
 /// The file as it was, under its name with ".orig" behind it: a second name for it where the file system can
-/// do that, else a copy. What has that name already stays in its stead. What was made here goes again with
-/// this object, unless `keep` was called.
+/// do that, else a copy. What was made here goes again with this object, unless `keep` was called.
 class FileBackup {
  public:
-  /// Of the open `original` at `entry`; a copy is put together in `temporary`. Throws FileError and
-  /// FileConflict.
-  FileBackup(FileHandle& original, FolderEntry entry, PrivateFolder& temporary);
+  /// Of the open `original` at `entry`.
+  FileBackup(FileHandle& original, FolderEntry entry);
   ~FileBackup();
   FileBackup(const FileBackup&) = delete;
   FileBackup& operator=(const FileBackup&) = delete;
 
+  /// Makes it, unless something has that name already, which stays in its stead; a copy is put together in
+  /// `temporary`. Throws FileError and FileConflict.
+  void make(PrivateFolder& temporary);
   void keep() { isMade_ = false; }
   /// Whether the original has got a second name, which is a change of its attributes.
   bool isSecondName() const { return isMade_ && isSameFile(made_, original_.attributes()); }

@@ -111,11 +111,12 @@ void FileReplacement::takePlace() {
   std::optional<FileBackup> backup;
   if (original_ != nullptr) requireUnchanged(false);
   if (original_ != nullptr && keepsBackup_) {
-    backup.emplace(*original_, entry_, *temporary_);
+    backup.emplace(*original_, entry_);
+    backup->make(*temporary_);
     requireUnchanged(backup->isSecondName());
   }
   temporary_->moveUp(fileName, entry_.name, original_ == nullptr);
-  entry_.folder->noteRename();
+  entry_.folder->noteRename(path_);
   if (backup) backup->keep();
 }
 

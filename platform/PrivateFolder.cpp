@@ -117,8 +117,16 @@ void PrivateFolder::moveUp(const char* name, const std::string& as, bool asNew) 
   const auto moved = [&](unsigned int flags) {
     return ::renameat2(descriptor_.get(), name, parent_.descriptor(), as.c_str(), flags) == 0;
   };
-  // Not every file system can refuse by itself what has come to be there meanwhile.
-  const bool isDone = moved(asNew ? RENAME_NOREPLACE : 0) || (asNew && errno == EINVAL && moved(0));
+  bool isDone = moved(asNew ? RENAME_NOREPLACE : 0);
+  if (!isDone && asNew && errno == EINVAL) {
+    // Not every file system can refuse by itself what has come to be there meanwhile.
+    struct stat found {};
+    if (parent_.find(as, found)) {
+      errno = EEXIST;
+    } else if (errno == ENOENT) {
+      isDone = moved(0);
+    }
+  }
   if (!isDone) fail();
   std::erase(files_, name);
 }

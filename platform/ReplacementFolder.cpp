@@ -44,6 +44,15 @@ bool isHere(const FileHandle& file, const FolderEntry& entry) {
   return entry.folder->find(entry.name, found) && isSameFile(found, file.attributes());
 }
 
+/// Whether the file's path leads into that folder. The file being there under its name is not enough: by a
+/// hard link it can have the same name in several.
+bool leadsTo(const FileHandle& file, const ReplacementFolder& folder) {
+  struct stat named {};
+  struct stat open {};
+  return ::stat(folderOf(file.path()).c_str(), &named) == 0 && ::fstat(folder.descriptor(), &open) == 0 &&
+         isSameFile(named, open);
+}
+
 }  // namespace
 
 ReplacementFolder::ReplacementFolder(const path& path, std::filesystem::path file) : file_(std::move(file)) {
@@ -88,7 +97,7 @@ void ReplacementFolder::synchronise() {
 
 FolderEntry entryOf(const FileHandle& file, std::shared_ptr<ReplacementFolder> last) {
   FolderEntry entry{.folder = std::move(last), .name = file.path().filename().native()};
-  if (entry.folder && isHere(file, entry)) return entry;
+  if (entry.folder && leadsTo(file, *entry.folder) && isHere(file, entry)) return entry;
   entry.folder = std::make_shared<ReplacementFolder>(folderOf(file.path()), file.path());
   if (isHere(file, entry)) return entry;
 

@@ -32,8 +32,12 @@ class ReplacementFolder {
   PrivateFolder& privateFolder(const std::filesystem::path& file);
   /// Removes it, so that the next one is another.
   void dropPrivateFolder();
-  /// Notes that a name in here leads to another file now.
-  void noteRename() { isSynchronised_ = false; }
+  /// Notes that the name of `file` in here leads to another file now; errors of `synchronise` name the last
+  /// one.
+  void noteRename(std::filesystem::path file) {
+    isSynchronised_ = false;
+    file_ = std::move(file);
+  }
   /// Removes the private folder, and waits until the renames have reached the disk. A folder that may not be
   /// read cannot be waited for, which is no error. Throws FileError.
   void synchronise();

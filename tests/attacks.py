@@ -19,6 +19,7 @@ from proof import ENVIRONMENT, attributes, audio_of, check, frame, run, tag, tex
 
 USER, OTHER = 64501, 64502
 SONG = "song.mp3"
+BACKUP = SONG + ".orig"
 CHANGED, MOVED = f"{SONG} was changed by another program meanwhile.", f"{SONG} was moved or deleted meanwhile."
 AUDIO = b"\xff\xfb\x90\x64" + bytes(range(256)) * 400
 OLD = tag(text("TALB", "Old"), frame("PRIV", b"kept\0" * 9)) + AUDIO
@@ -61,14 +62,17 @@ class Stage:
         strace = ["strace", "-f", "-qq", "-y", "-o", self.log, *(part for one in traced for part in ("-e", one))]
         return run("env", as_user(user, *strace, self.program, *words), self.folder, **options)
 
-    def run_stopping(self, call, act, words=("set", "--album", "New", SONG), which=":when=1", user=USER):
+    def run_stopping(self, call, act, words=("set", "--album", "New", SONG), which=":when=1", user=USER, inject=()):
         """Lets `act` have the folder when the run has made the call, the first time or all `which` times.
 
-        Of what it closes, the song counts alone: between its first look at it and its second.
+        Of what it closes, the song counts alone: between its first look at it and its second. Of what it looks for, the
+        backup does, just before it is made.
         """
         self.log.unlink(missing_ok=True)
-        words = ["strace", "-f", "-qq", "-y", "-o", self.log, *(("-P", self.song) if call == "close" else ()),
-                 "-e", f"trace={call}", "-e", f"inject={call}:signal=SIGSTOP{which}", self.program, *words]
+        counted = {"close": ["-P", self.song], "newfstatat": ["-P", BACKUP]}.get(call, [])
+        words = ["strace", "-f", "-qq", "-y", "-o", self.log, *counted,
+                 "-e", "trace=" + ",".join([call, *(one.split(":")[0] for one in inject)]), "-e", f"inject={call}:signal=SIGSTOP{which}",
+                 *(part for one in inject for part in ("-e", f"inject={one}")), self.program, *words]
         process = subprocess.Popen(as_user(user, *words), cwd=self.folder, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                    env=ENVIRONMENT, text=True)
         seen = 0
@@ -275,7 +279,7 @@ def check_rights(stage):
 
 def check_backups(stage):
     """What stays beside a new file: a second name for the old one, or a copy with all that belongs to it; once."""
-    backup = stage.folder / (SONG + ".orig")
+    backup = stage.folder / BACKUP
     words = ("set", "--album", "New", "--backup", SONG)
     for inject in ((), ("linkat:error=EPERM",)):
         what = f"a backup {inject or 'by a second name'}"
@@ -287,7 +291,7 @@ def check_backups(stage):
         check(what, stage.run(*words, inject=inject), UPDATED)
         check(f"{what}: file", (backup.read_bytes() == OLD, attributes(backup), os.stat(backup).st_ino == inode),
               (True, before, not inject))
-        check(f"{what}: folder", sorted(os.listdir(stage.folder)), [SONG, SONG + ".orig"])
+        check(f"{what}: folder", sorted(os.listdir(stage.folder)), [SONG, BACKUP])
         check(f"{what}: again", (stage.run("set", "--album", "Newer", "--backup", SONG), backup.read_bytes() == OLD), (UPDATED, True))
 
         stage.reset()
@@ -300,6 +304,18 @@ def check_backups(stage):
     check("a change between backup and rename", stage.run_stopping("linkat", lambda: os.truncate(stage.song, 9), words)[0], 2)
     check("a change between backup and rename: folder", (os.listdir(stage.folder), os.stat(stage.song).st_size), ([SONG], 9))
 
+    def replace():
+        stage.song.unlink()
+        stage.song.symlink_to(stage.kept / "precious.mp3")
+    stage.reset()
+    check("a link in place of what is backed up", stage.run_stopping("newfstatat", replace, words, user=0)[0], 2)
+    check("a link in place of what is backed up: folder", os.listdir(stage.folder), [SONG])
+    stage.check_kept("a link in place of what is backed up")
+    stage.reset()
+    check("a backup that comes meanwhile", stage.run_stopping("newfstatat", lambda: backup.write_text("dear"), words,
+                                                              inject=["linkat:error=EPERM", "renameat2:error=EINVAL"]), UPDATED)
+    check("a backup that comes meanwhile: it", backup.read_bytes(), b"dear")
+
 
 def check_small_ones(stage):
     stage.reset()
@@ -308,6 +324,13 @@ def check_small_ones(stage):
     check("a write that takes nothing: folder", os.listdir(stage.folder), [SONG])
     stage.reset()
     check("umask 0777", stage.run("set", "--album", "New", SONG, preexec_fn=lambda: os.umask(0o777)), UPDATED)
+    stage.reset()
+    linked = stage.folder / "linked" / SONG
+    linked.parent.mkdir()
+    os.link(stage.song, linked)
+    shutil.copy(stage.song, stage.folder / "first.mp3")
+    check("a second name in the folder before", stage.run("set", "--album", "New", "first.mp3", f"linked/{SONG}", user=0)[0], 0)
+    check("a second name in the folder before: both", (stage.song.read_bytes() == OLD, linked.read_bytes() == OLD), (True, False))
     folder_sync = f"quillmark: {SONG} was written, but its folder could not be synchronised: Input/output error.\n"
     stage.reset()
     check("a folder that cannot be synchronised", stage.run("set", "--album", "New", SONG, inject=["fsync:error=EIO:when=2"]),
