@@ -62,9 +62,10 @@ bool hasHeaderAt(ByteView body, std::size_t at, std::uint8_t version) {
   return at <= body.size() && body.size() - at >= layoutOf(version).header;
 }
 
-/// Whether a frame that ends there has taken padding for its own: texts end with two zero bytes at most.
+/// Whether a frame that ends there has taken padding for its own: a text in UTF-16 may end with three zero
+/// bytes.
 bool hasSwallowedPadding(ByteView body, std::size_t end) {
-  return end < body.size() && platform::areZero(body.first(end).last(3)) &&
+  return end < body.size() && platform::areZero(body.first(end).last(4)) &&
          platform::areZero(body.subspan(end));
 }
 
