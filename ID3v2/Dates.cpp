@@ -12,6 +12,10 @@ namespace {
 constexpr std::string_view dateIdentifier = "TDRC";
 constexpr std::array<std::string_view, 3> oldIdentifiers{"TYER", "TDAT", "TIME"};
 
+constexpr std::size_t digitsOfAYear = 4;
+/// As in 20040506, which some programs write.
+constexpr std::size_t digitsOfADay = 8;
+
 bool isDigit(char character) {
   return character >= '0' && character <= '9';
 }
@@ -21,8 +25,8 @@ class DateText {
  public:
   explicit DateText(std::string_view text) : rest_(text) {}
 
-  /// So many digits behind one of the separators; empty, and nothing taken, for anything else and for a
-  /// number outside the range.
+  /// So many digits behind one of the separators; empty for anything else and for a number outside the range,
+  /// behind which nothing is to be taken.
   std::string_view take(std::string_view separators, std::size_t digits, int least, int most) {
     std::string_view number = rest_;
     if (!separators.empty()) {
@@ -50,8 +54,11 @@ struct OldDate {
 
 OldDate oldDate(std::string_view text) {
   OldDate old;
+  // Longer runs of digits are no year in front of something: seconds since 1970 have nine or ten.
+  const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+  if (digits != digitsOfAYear && digits != digitsOfADay) return old;
   DateText date(text);
-  const std::string_view year = date.take("", 4, 0, 9999);
+  const std::string_view year = date.take("", digitsOfAYear, 0, 9999);
   if (year.empty()) return old;
   old.texts[0] = year;
   old.isComplete = date.isDone();

@@ -21,12 +21,11 @@ constexpr int deepestChapters = 2;
 
 /// The identifier that the frame has in v2.3, if there is one. Some programs have brought frames of v2.2 into
 /// later tags with a zero byte behind the three letters.
-std::optional<std::string> identifierInV23(const std::string& identifier) {
-  const bool isOfV22 = identifier.size() == 3 || identifier[3] == '\0';
-  if (!isOfV22) return identifier;
-  const std::string_view three = std::string_view(identifier).substr(0, 3);
+std::optional<std::string> identifierInV23(const RawFrame& raw) {
+  if (!raw.isOfV22()) return raw.identifier;
+  const std::string_view three = std::string_view(raw.identifier).substr(0, 3);
   if (const auto four = fourLettersFor(three)) return std::string(*four);
-  if (identifier.size() == 4) return identifier;
+  if (raw.identifier.size() == 4) return raw.identifier;
   return std::nullopt;
 }
 
@@ -67,16 +66,19 @@ std::string latin1(ByteView bytes) {
 }  // namespace
 
 FrameReader::FrameReader(std::uint8_t version, bool areUnsynchronised, std::size_t tagSize)
-    : version_(version), areUnsynchronised_(areUnsynchronised), inflationBudget_(tagSize * inflationLimit) {
+    : version_(version),
+      areUnsynchronised_(areUnsynchronised),
+      inflationBudget_(inflationFloor + tagSize * inflationLimit) {
 }
 
 std::vector<Frame> FrameReader::read(const std::vector<RawFrame>& frames) {
   std::vector<Frame> read;
   read.reserve(frames.size());
   for (const RawFrame& raw : frames) {
-    const auto identifier = identifierInV23(raw.identifier);
+    const auto identifier = identifierInV23(raw);
     if (!identifier) {
-      unreadable_.push_back("the frame " + raw.name() + ", which ID3v2.3 has no counterpart for");
+      unreadable_.push_back(
+          {raw.name(), "the frame " + raw.name() + ", which ID3v2.3 has no counterpart for"});
       continue;
     }
     Frame frame{.identifier = *identifier, .content = Opaque{}};
@@ -87,7 +89,7 @@ std::vector<Frame> FrameReader::read(const std::vector<RawFrame>& frames) {
       case Outcome::empty:
         break;
       case Outcome::unreadable:
-        unreadable_.push_back(nameOf(raw, version_));
+        unreadable_.push_back({*identifier, nameOf(raw, version_)});
         break;
     }
   }
@@ -179,8 +181,9 @@ std::optional<Content> FrameReader::withFramesInside(Parent parent, const Shared
                                                      std::size_t size) {
   std::optional<Content> asItIs = version_ == 3 ? std::optional<Content>(Opaque{bytes}) : std::nullopt;
   if (depth_ == deepestChapters) return asItIs;
-  const FrameWalk walk = walkFrames(bytes, bytes.size() - size, version_);
+  const FrameWalk walk = walkFrames(bytes, bytes.size() - size, version_, frameBudget_);
   if (!walk.isComplete) return asItIs;
+  frameBudget_ -= walk.frames.size();
   const std::size_t unreadableBefore = unreadable_.size();
   ++depth_;
   parent.frames = read(walk.frames);

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "ID3v2/FrameWalk.h"
+#include "ID3v2/Reading.h"
 #include "ID3v2/Tag.h"
 
 namespace ID3v2 {
@@ -22,8 +23,8 @@ class FrameReader {
   /// Those that can be said in v2.3, in their order.
   std::vector<Frame> read(const std::vector<RawFrame>& frames);
 
-  /// The others so far, named for people.
-  const std::vector<std::string>& unreadable() const { return unreadable_; }
+  /// The others so far.
+  const std::vector<UnreadablePart>& unreadable() const { return unreadable_; }
 
  private:
   enum class Outcome { read, empty, unreadable };
@@ -39,9 +40,11 @@ class FrameReader {
   std::uint8_t version_;
   bool areUnsynchronised_;
   std::size_t inflationBudget_;
+  /// The number of frames that chapters may still hold.
+  std::size_t frameBudget_ = mostFrames;
   /// How many chapters stand around the frames that are being read.
   int depth_ = 0;
-  std::vector<std::string> unreadable_;
+  std::vector<UnreadablePart> unreadable_;
 };
 
 }  // namespace ID3v2

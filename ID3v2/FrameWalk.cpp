@@ -82,32 +82,44 @@ bool leadsOn(ByteView body, std::size_t at, std::uint8_t version) {
   return at <= body.size() && (isFrameLikelyAt(body, at, version) || platform::areZero(body.subspan(at)));
 }
 
-FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version) {
+namespace {
+
+/// How the sizes of a walk are read: all in the form of the version, all in the other, or each in that which
+/// leads on.
+enum class Sizes { own, other, mixed };
+
+/// The size of the frame there; nothing where the walk ends.
+std::optional<Size> sizeAt(Sizes sizes, ByteView body, std::size_t at, std::uint8_t version) {
+  const Layout layout = layoutOf(version);
+  const ByteView identifier = body.subspan(at, layout.identifier);
+  if (!isIdentifier(identifier) && !isOddIdentifier(identifier)) return std::nullopt;
+  const auto [own, other] = sizesAt(body, at, version);
+  const auto leads = [&](const std::optional<Size>& size) {
+    if (!size) return false;
+    const std::size_t end = at + layout.header + size->value;
+    // Where a tag is damaged, the other reading leads somewhere into its padding.
+    const bool isOwn = own && size->value == own->value;
+    return leadsOn(body, end, version) && (isOwn || !hasSwallowedPadding(body, end));
+  };
+  if (sizes != Sizes::other && leads(own)) return own;
+  if (sizes != Sizes::own && leads(other)) return other;
+  if (!isIdentifier(identifier) || sizes == Sizes::other) return std::nullopt;
+  return own || sizes == Sizes::own ? own : other;
+}
+
+FrameWalk walkFramesBy(Sizes sizes, const platform::SharedBytes& body, std::size_t start,
+                       std::uint8_t version, std::size_t limit) {
   const Layout layout = layoutOf(version);
   FrameWalk walk{.frames = {}, .end = start};
   const ByteView bytes = body;
-  while (hasHeaderAt(bytes, walk.end, version)) {
+  while (walk.frames.size() < limit && hasHeaderAt(bytes, walk.end, version)) {
     const std::size_t at = walk.end;
-    const ByteView identifier = bytes.subspan(at, layout.identifier);
-    if (!isIdentifier(identifier) && !isOddIdentifier(identifier)) break;
-    const auto sizes = sizesAt(bytes, at, version);
-    const auto leading = std::ranges::find_if(sizes, [&](const std::optional<Size>& size) {
-      if (!size) return false;
-      const std::size_t end = at + layout.header + size->value;
-      // Where a tag is damaged, the other reading leads somewhere into its padding.
-      return leadsOn(bytes, end, version) && (&size == sizes.data() || !hasSwallowedPadding(bytes, end));
-    });
-    std::optional<Size> size;
-    if (leading != sizes.end()) {
-      size = *leading;
-    } else if (isIdentifier(identifier)) {
-      size = sizes[0] ? sizes[0] : sizes[1];
-    }
+    const auto size = sizeAt(sizes, bytes, at, version);
     if (!size) break;
     walk.end = at + layout.header + size->value;
     if (size->value == 0) continue;
     RawFrame& frame = walk.frames.emplace_back();
-    frame.identifier = platform::charactersOf(identifier);
+    frame.identifier = platform::charactersOf(bytes.subspan(at, layout.identifier));
     if (version > 2) frame.flags = static_cast<std::uint16_t>(platform::bigEndian(bytes.subspan(at + 8, 2)));
     frame.whole = body.slice(at, layout.header + size->value);
     frame.content = frame.whole.slice(layout.header, size->value);
@@ -115,6 +127,17 @@ FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::
   }
   walk.isComplete = platform::areZero(bytes.subspan(walk.end));
   return walk;
+}
+
+}  // namespace
+
+FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version,
+                     std::size_t limit) {
+  for (const Sizes sizes : {Sizes::own, Sizes::other}) {
+    FrameWalk walk = walkFramesBy(sizes, body, start, version, limit);
+    if (walk.isComplete) return walk;
+  }
+  return walkFramesBy(Sizes::mixed, body, start, version, limit);
 }
 
 }  // namespace ID3v2

@@ -22,9 +22,14 @@ struct RawFrame {
   /// The size stands in the form that v2.3 gives it.
   bool hasPlainSize = false;
 
+  /// Whether the identifier is one of v2.2, in a later tag with a zero byte behind it.
+  bool isOfV22() const { return identifier.size() == 3 || identifier[3] == '\0'; }
   /// The identifier as people read it.
   std::string name() const { return identifier.substr(0, identifier.find('\0')); }
 };
+
+/// More than any program writes. What many small frames take up in memory is far more than their bytes.
+inline constexpr std::size_t mostFrames = 10'000;
 
 /// The frames in some bytes.
 struct FrameWalk {
@@ -37,9 +42,10 @@ struct FrameWalk {
 
 /// The frames from `start` on, which must lie in the body, as tags and chapters of the version hold them
 /// (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). Sizes are synchsafe in v2.4 and plain before;
-/// where only the other reading of a size leads to a next frame or to the end, that is taken, unless the
-/// frame would reach into the padding. Frames without content are left out.
-FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version);
+/// where that does not lead through all frames, but the other reading of all sizes does, or of some, that is
+/// taken. Frames without content are left out. The walk ends behind `limit` frames.
+FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version,
+                     std::size_t limit = mostFrames);
 
 /// Whether a frame with a size that fits starts there.
 bool isFrameLikelyAt(platform::ByteView body, std::size_t at, std::uint8_t version);

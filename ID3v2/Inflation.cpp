@@ -26,7 +26,7 @@ struct Inflater {
 
 std::optional<platform::Bytes> inflate(platform::ByteView bytes, std::size_t& budget) {
   constexpr std::size_t firstPiece = 4096;
-  const std::size_t limit = std::min(budget, bytes.size() * inflationLimit);
+  const std::size_t limit = std::min(budget, std::max(bytes.size() * inflationLimit, inflationFloor));
   Inflater inflater;
   if (!inflater.isReady || bytes.size() > std::numeric_limits<uInt>::max()) return std::nullopt;
   z_stream& stream = inflater.stream;

@@ -27,6 +27,13 @@ FrameWalk walkBody(const SharedBytes& body, const TagHeader& header) {
   return walkFrames(body, start, header.version);
 }
 
+/// Whether the one walk leads through all frames, where the other does not, without having missed any: sizes
+/// that do not fit lead soon to some padding.
+bool isSounder(const FrameWalk& walk, const FrameWalk& incomplete) {
+  return walk.isComplete && walk.frames.size() >= incomplete.frames.size() &&
+         std::ranges::none_of(walk.frames, &RawFrame::isOfV22);
+}
+
 /// Unsynchronisation is applied to the whole body before v2.4 and to each frame since. Programs mix that up,
 /// so that where the version's own way does not lead through all frames, the other one is tried.
 View viewOf(const SharedBytes& body, const TagHeader& header) {
@@ -45,7 +52,7 @@ View viewOf(const SharedBytes& body, const TagHeader& header) {
   View usual = header.version == 4 ? single() : whole();
   if (usual.walk.isComplete) return usual;
   View unusual = header.version == 4 ? whole() : single();
-  return unusual.walk.isComplete ? unusual : usual;
+  return isSounder(unusual.walk, usual.walk) ? unusual : usual;
 }
 
 /// What follows the last frame, when it is no padding.
@@ -77,9 +84,9 @@ std::optional<Reading> read(const SharedBytes& bytes) {
   reading.tag.frames = reader.read(view.walk.frames);
   reading.unreadable = reader.unreadable();
   if (isCutOff) {
-    reading.unreadable.emplace_back("the end of its tag, which the file does not hold");
+    reading.unreadable.push_back({"", "the end of its tag, which the file does not hold"});
   } else if (!view.walk.isComplete) {
-    reading.unreadable.push_back(tailName(view.walk));
+    reading.unreadable.push_back({"", tailName(view.walk)});
   }
   return reading;
 }

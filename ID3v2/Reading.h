@@ -9,14 +9,23 @@
 
 namespace ID3v2 {
 
+/// Something that is there but cannot be read or cannot be said in v2.3.
+struct UnreadablePart {
+  /// Of the frame, as v2.3 has it where it does; empty for what can be any frames.
+  std::string identifier;
+  /// Named for people, without a full stop, such as "the encrypted frame TIT2" or "what stands behind TALB in
+  /// its tag".
+  std::string what;
+
+  bool operator==(const UnreadablePart&) const = default;
+};
+
 /// What the bytes at the start of a file hold.
 struct Reading {
   Tag tag;
   /// The bytes from the tag's header to the first one of the audio, a footer included.
   std::uint64_t length = 0;
-  /// What is there but cannot be read or cannot be said in v2.3, each as a clause without a full stop that
-  /// names it for people, such as "the encrypted frame TIT2" or "what stands behind TALB in its tag".
-  std::vector<std::string> unreadable;
+  std::vector<UnreadablePart> unreadable;
 };
 
 /// The bytes that the tag takes in its file, header and footer included, told by the header, the first ten

@@ -65,6 +65,10 @@ class TagWriter {
     overwrite(bytes, start + 4, platform::bigEndianBytes(static_cast<std::uint32_t>(size)));
   }
 
+  static TextEncoding encodingForLast(std::string_view text, std::string_view description) {
+    return text.empty() ? TextEncoding::UTF16 : encodingFor({description, text});
+  }
+
   // Each gives whether v2.3 can hold the content.
 
   bool append(const Opaque& content) {
@@ -79,8 +83,10 @@ class TagWriter {
     return true;
   }
 
+  // Readers drop a frame whose last text is empty in Latin-1: they see no more than padding there.
+
   bool append(const UserText& content) {
-    const TextEncoding encoding = encodingFor({content.description, content.text});
+    const TextEncoding encoding = encodingForLast(content.text, content.description);
     appendByte(bytes, encoding);
     appendTerminated(bytes, encoding, content.description);
     appendLastText(bytes, encoding, content.text);
@@ -88,9 +94,7 @@ class TagWriter {
   }
 
   bool append(const LanguageText& content) {
-    // Readers drop such a frame when all that follows the language is zero.
-    const TextEncoding encoding =
-        content.text.empty() ? TextEncoding::UTF16 : encodingFor({content.description, content.text});
+    const TextEncoding encoding = encodingForLast(content.text, content.description);
     appendByte(bytes, encoding);
     platform::append(bytes, platform::bytesOf(content.language));
     appendTerminated(bytes, encoding, content.description);

@@ -12,7 +12,7 @@ namespace ID3v2 {
 struct Written {
   /// A whole ID3v2.3 tag, header and padding included, no flag set in its header.
   platform::Bytes bytes;
-  /// What v2.3 cannot hold, named as in `Reading::unreadable`; empty when everything is kept.
+  /// What v2.3 cannot hold, named as in `UnreadablePart`; empty when everything is kept.
   std::vector<std::string> notKept;
 };
 

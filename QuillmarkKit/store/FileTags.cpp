@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "ID3v2/Reading.h"
 #include "ID3v2/TagsAtTheEnd.h"
 
 namespace QuillmarkKit {

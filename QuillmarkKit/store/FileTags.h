@@ -2,9 +2,9 @@
 
 #include <cstdint>
 #include <optional>
-#include <string>
 #include <vector>
 
+#include "ID3v2/Reading.h"
 #include "ID3v2/Tag.h"
 #include "platform/FileHandle.h"
 
@@ -17,8 +17,8 @@ struct FileTags {
   bool hasID3v2Tag = false;
   /// Where the audio starts.
   std::uint64_t audioStart = 0;
-  /// What of the ID3v2 tag could not be read, as clauses.
-  std::vector<std::string> unreadable;
+  /// What of the ID3v2 tag could not be read.
+  std::vector<ID3v2::UnreadablePart> unreadable;
   /// Looked for only where there is no ID3v2 tag.
   bool hasAPETag = false;
 };

@@ -63,7 +63,7 @@ TagSet LosslessTagStore::tagsIn(platform::FileHandle& file) const {
 MP3TagStore::NewTag LosslessTagStore::newTag(const TagSet& tags, std::optional<TagFields> /*changed*/,
                                              platform::FileHandle& file) const {
   FileTags old = readTagsOfMP3(file);
-  if (!old.unreadable.empty()) throw LosslessError::cannotKeep(file.path(), old.unreadable.front());
+  if (!old.unreadable.empty()) throw LosslessError::cannotKeep(file.path(), old.unreadable.front().what);
   const TagSet held = LosslessConversion::fieldsOf(old.tag);
   LosslessConversion::setFields(old.tag, tags, held.differing(tags));
   if (old.tag.frames.empty())

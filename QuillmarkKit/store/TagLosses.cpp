@@ -279,8 +279,8 @@ std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
     if (!losses.dropped.empty()) add("hides its ID3v1 tag (" + joined(losses.dropped) + ")");
     if (old.hasAPETag) add("hides its APE tag");
   } else {
-    for (const std::string& clause : old.unreadable) {
-      if (std::ranges::count(found.unreadable, clause) == 0) losses.dropped.push_back(clause);
+    for (const ID3v2::UnreadablePart& part : old.unreadable) {
+      if (std::ranges::count(found.unreadable, part) == 0) losses.dropped.push_back(part.what);
     }
     if (!losses.dropped.empty()) add("drops " + joined(losses.dropped));
   }
