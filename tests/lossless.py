@@ -13,6 +13,7 @@ import subprocess
 import sys
 import tempfile
 import time
+import zlib
 
 from mutagen.id3 import (APIC, CHAP, COMM, CTOC, GEOB, ID3, POPM, PRIV, TCON, TDRC, TIPL, TIT2, TMCL, TMOO, TPE1, TRCK,
                          TSOP, TXXX, UFID, USLT, WOAR, WXXX, Frames, ID3NoHeaderError)
@@ -81,6 +82,10 @@ HAND_MADE = {
     "v2.3 date": tag(3, f3("TYER", text("2004")), f3("TDAT", text("0605")), f3("TIME", text("1030")), f3("TRCK", text("A1/012"))),
     "v2.3 genre": tag(3, f3("TCON", text("R&B (Soul)")), f3("TRCK", text("03/12")), f3("TPOS", text("/2"))),
     "v2.3 two titles": tag(3, f3("TIT2", text("One")), f3("TIT2", text("Two"))),
+    "v2.3 two lists of artists": tag(3, f3("TPE1", text("A")), f3("TPE1", text("B\0A"))),
+    "v2.3 blank description": tag(3, f3("COMM", b"\0deu \0d"), f3("TIT2", text("K"))),
+    "v2.3 zeros": tag(3, f3("TYER", b"\0\0\0\5" + zlib.compress(text("0000")), 0x80), f3("TRCK", text("0"))),
+    "v2.4 lengths": tag(4, f4("TBPM", size4(2) + text("0"), 1), f4("TSRC", size4(13) + text("USRC17607839"), 1)),
     "v2.3 one frame fills the tag": tag(3, f3("TIT2", text("Kyrie")), padding=0),
     "v2.4 unsynchronised frames": tag(4, f4("TIT2", text("ÿþ").replace(b"\xff", b"\xff\0"), 0x0002),
                                       f4("APIC", unsynchronised(PICTURE), 0x0002), f4("TXXX", b"\3k\0v"), flags=0x80),
@@ -157,7 +162,7 @@ def said(frame):
         mime = frame.mime if "/" in frame.mime or frame.mime == "-->" else "image/" + frame.mime.lower()
         return mime.replace("/jpg", "/jpeg"), int(frame.type), frame.desc.strip(), hashlib.md5(frame.data).hexdigest()
     if name in ("COMM", "USLT"):
-        return frame.desc, str(frame).strip("\0")
+        return frame.desc.strip(), str(frame).strip("\0")
     if name in ("CHAP", "CTOC"):
         own = {key: value for key, value in vars(frame).items() if key != "sub_frames" and key[0] != "_"}
         return repr(own), {key: said(inner) for key, inner in frame.sub_frames.items()}
@@ -244,18 +249,16 @@ class Proof:
             new = [value for key, value in after.items() if key[:4] == frame]
             old = [value for key, value in self.before.items() if key[:4] == frame]
             if frame in ("COMM", "USLT", "APIC"):
+                check(f"{self.name}: the {name}", name == "artwork" or f"new {name}" in [value[1] for value in new], True)
                 check(f"{self.name}: all but one {name}", (len(set(old) - set(new)) <= 1, len(set(new) - set(old))), (True, 1))
             else:
                 check(f"{self.name}: {name}", [value[0].split("/")[0] for value in new],
                       ["1977" if name in ("year", "bpm", "track-number", "disc-number") else f"new {name}"])
-        holds = self.run("read", "--lossless", status=0)[1]
         kept = {key: value for key, value in self.before.items() if key[:5] == "COMM:" and value[0].startswith(TECHNICAL)}
-        if holds != "  (no tags)\n":
-            after = self.settled("set", "--lossless", "--title", "T", "--clear", ",".join(
-                [*FIELDS.values(), "track-total", "disc-total"]))
-            shown = run(self.program, ["read", "--lossless", "track.mp3"], self.folder)[1]
-            check(f"{self.name}: cleared", (shown, others(after)), ("  Title  T\n", others(self.before)))
-            check(f"{self.name}: technical comments", {key: after.get(key) for key in kept}, kept)
+        for field in ("artwork", ",".join([*FIELDS.values(), "track-total", "disc-total"])):
+            after = self.settled("set", "--lossless", "--title", "T", "--clear", field)
+        shown = run(self.program, ["read", "--lossless", "track.mp3"], self.folder)[1]
+        check(f"{self.name}: cleared", (shown, after), ("  Title  T\n", {**others(self.before), **kept, "TIT2": ("T",)}))
 
     def told(self):
         """What a write without the option takes is named, and nothing else is said."""
@@ -284,6 +287,7 @@ class Proof:
             target.write_bytes(self.audio())
             status, _, told = run(self.program, ["apply", option, "--all", "--from", "track.mp3", "target.mp3"], self.folder)
             seen = view(target)
+            check(f"{self.name}: refused as a source", status, 1 if option == "--lossless" and self.refused else status)
             if status != 0:
                 check(f"{self.name}: untouched", (status, target.read_bytes() == self.audio()), (1 if option == "--lossless" else 2, True))
                 continue
@@ -328,12 +332,22 @@ def check_every_field(program, folder, audio):
         check(f"every field: {outcome}, audio", audio_of(target.read_bytes()) == audio, True)
 
 
+def check_blank_frames(program, folder, audio):
+    """What says nothing gives its place to what does."""
+    path = folder / "track.mp3"
+    path.write_bytes(tag(3, f3("COMM", b"\0eng\0 "), f3("APIC", b"\0image/png\0\3\0"), f3("TIT2", text("K"))) + audio)
+    (folder / "new.png").write_bytes(PNG)
+    check("blank frames", run(program, ["set", "--lossless", "--comment", "new", "--artwork", "new.png", path.name], folder)[0], 0)
+    check("blank frames: number", [path.read_bytes().count(name) for name in (b"COMM", b"APIC")], [1, 1])
+
+
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
     audio = audio_of(min(samples.glob("*.mp3"), key=os.path.getsize).read_bytes())
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)
         check_every_field(program, folder, audio)
+        check_blank_frames(program, folder, audio)
         for name, data in HAND_MADE.items():
             end = (APE if "APE" in name else b"") + (ID3V1 if "ID3v1" in name else b"")
             Proof(program, folder, name, data + audio + end, refused="refused" in name).all()

@@ -89,6 +89,11 @@ class TagFields {
   constexpr void insert(TagFields fields) { bits_ |= fields.bits_; }
   constexpr bool contains(TagField field) const { return (bits_ & bitOf(field)) != 0; }
   constexpr bool isEmpty() const { return bits_ == 0; }
+  constexpr TagFields without(TagFields others) const {
+    TagFields rest;
+    rest.bits_ = bits_ & ~others.bits_;
+    return rest;
+  }
   bool operator==(const TagFields&) const = default;
 
   static const TagFields all;

@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "ID3v2/TagsAtTheEnd.h"
+#include "QuillmarkKit/store/FieldFrames.h"
 
 namespace QuillmarkKit {
 
@@ -19,6 +20,16 @@ void readTagsAtTheEnd(platform::FileHandle& file, FileTags& tags) {
 }
 
 }  // namespace
+
+std::string FileTags::unreadableFor(TagFields fields) const {
+  for (const auto& [identifier, what] : unreadable) {
+    const auto isOfThis = [&](TagField field) {
+      return fields.contains(field) && FieldFrames::isOf(field, identifier);
+    };
+    if (identifier.empty() || std::ranges::any_of(allTagFields, isOfThis)) return what;
+  }
+  return hasAPETag ? "its APE tag" : "";
+}
 
 FileTags readTags(platform::FileHandle& file) {
   FileTags tags;

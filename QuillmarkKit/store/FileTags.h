@@ -2,10 +2,12 @@
 
 #include <cstdint>
 #include <optional>
+#include <string>
 #include <vector>
 
 #include "ID3v2/Reading.h"
 #include "ID3v2/Tag.h"
+#include "QuillmarkKit/model/TagField.h"
 #include "platform/FileHandle.h"
 
 namespace QuillmarkKit {
@@ -21,6 +23,10 @@ struct FileTags {
   std::vector<ID3v2::UnreadablePart> unreadable;
   /// Looked for only where there is no ID3v2 tag.
   bool hasAPETag = false;
+
+  /// What cannot be read though it may hold one of the fields, named for people; empty where there is
+  /// nothing.
+  std::string unreadableFor(TagFields fields) const;
 };
 
 /// Reads the tags; of the audio only what a tag at the end may take, and only where there is none in front.

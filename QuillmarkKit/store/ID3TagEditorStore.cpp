@@ -38,16 +38,15 @@ TagSet ID3TagEditorStore::tagsIn(platform::FileHandle& file) const {
 TagSet ID3TagEditorStore::readSource(const std::filesystem::path& from, TagFields fields) const {
   platform::FileHandle file = openMP3(from);
   TagSet tags = tagsIn(file);
-  if (tellsLosses()) tell(from, TagLosses::ofReading(readTags(file).tag, tags, fields));
+  if (tellsLosses()) tell(from, TagLosses::ofReading(readTags(file), tags, fields));
   return tags;
 }
 
-MP3TagStore::NewTag ID3TagEditorStore::newTag(const TagSet& tags, std::optional<TagFields> changed,
-                                              platform::FileHandle& file) const {
-  NewTag tag = newTagWith(tags, file);
+MP3TagStore::NewTag ID3TagEditorStore::newTag(const Change& change, platform::FileHandle& file) const {
+  NewTag tag = newTagWith(change.tags, file);
   if (!tellsLosses()) return tag;
-  if (!changed) changed = tagsIn(file).differing(tags);
-  tag.losses = TagLosses::ofWriting(readTags(file), tags, *changed, tag.bytes);
+  const TagFields asked = change.differing ? *change.differing : tagsIn(file).differing(change.tags);
+  tag.losses = TagLosses::ofWriting(readTags(file), change.tags, asked, tag.bytes);
   return tag;
 }
 

@@ -22,8 +22,7 @@ class ID3TagEditorStore : public MP3TagStore {
 
  protected:
   TagSet tagsIn(platform::FileHandle& file) const override;
-  NewTag newTag(const TagSet& tags, std::optional<TagFields> changed,
-                platform::FileHandle& file) const override;
+  NewTag newTag(const Change& change, platform::FileHandle& file) const override;
 
  private:
   NewTag newTagWith(const TagSet& tags, platform::FileHandle& file) const;

@@ -69,6 +69,15 @@ auto languageTextOf(TagType& tag, std::string_view identifier) -> decltype(tag.f
   return found;
 }
 
+/// One that says nothing, whose place a new one can take; or nullptr.
+Frame* blankLanguageTextOf(Tag& tag, std::string_view identifier) {
+  const auto frame = std::ranges::find_if(tag.frames, [&](const Frame& one) {
+    const auto* text = one.identifier == identifier ? std::get_if<LanguageText>(&one.content) : nullptr;
+    return text != nullptr && text->description.empty() && isBlank(text->text);
+  });
+  return frame != tag.frames.end() ? &*frame : nullptr;
+}
+
 template <class TagType>
 auto coverOf(TagType& tag) -> decltype(tag.frames.data()) {
   decltype(tag.frames.data()) first = nullptr;
@@ -79,6 +88,18 @@ auto coverOf(TagType& tag) -> decltype(tag.frames.data()) {
     if (first == nullptr) first = &frame;
   }
   return first;
+}
+
+/// The front cover, be there a picture in it or not; or nullptr.
+Frame* frontCoverOf(Tag& tag) {
+  Frame* empty = nullptr;
+  for (Frame& frame : tag.frames) {
+    const auto* picture = std::get_if<Picture>(&frame.content);
+    if (picture == nullptr || picture->type != frontCover) continue;
+    if (!picture->data.empty()) return &frame;
+    if (empty == nullptr) empty = &frame;
+  }
+  return empty;
 }
 
 /// Puts the frame in the place of the first of those that `isOld` picks, or behind all others, and removes
@@ -110,11 +131,13 @@ void setLanguageText(Tag& tag, TagField field, const TagSet::Text& text) {
   if (!text) {
     const auto isOld = [&](const Frame& frame) {
       const auto* old = std::get_if<LanguageText>(&frame.content);
-      return frame.identifier == identifier && old != nullptr && !isTechnical(*old);
+      return frame.identifier == identifier && (old == nullptr || !isTechnical(*old));
     };
     return replaceFrames(tag, isOld, std::nullopt);
   }
-  if (Frame* frame = languageTextOf(tag, identifier)) {
+  Frame* frame = languageTextOf(tag, identifier);
+  if (frame == nullptr) frame = blankLanguageTextOf(tag, identifier);
+  if (frame != nullptr) {
     std::get<LanguageText>(frame->content).text = *text;
     frame->original = {};
   } else {
@@ -135,11 +158,11 @@ void setNumber(Tag& tag, TagField field, const TagSet::Number& number) {
 
 void setArtwork(Tag& tag, const std::optional<Artwork>& artwork) {
   if (!artwork) {
-    const auto isOld = [](const Frame& frame) { return std::holds_alternative<Picture>(frame.content); };
+    const auto isOld = [](const Frame& frame) { return isOf(TagField::artwork, frame.identifier); };
     return replaceFrames(tag, isOld, std::nullopt);
   }
-  Frame* frame = coverOf(tag);
-  if (frame == nullptr || std::get<Picture>(frame->content).type != frontCover) {
+  Frame* frame = frontCoverOf(tag);
+  if (frame == nullptr) {
     tag.frames.push_back({.identifier = "APIC", .content = Picture{"", frontCover, "", {}}});
     frame = &tag.frames.back();
   }

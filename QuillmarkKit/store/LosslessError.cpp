@@ -16,6 +16,10 @@ LosslessError LosslessError::cannotKeep(const std::filesystem::path& url, const 
   return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot keep " + what + ".");
 }
 
+LosslessError LosslessError::cannotRead(const std::filesystem::path& url, const std::string& what) {
+  return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot read " + what + ".");
+}
+
 LosslessError LosslessError::cannotCarry(const std::filesystem::path& url, const std::string& what,
                                          std::string_view expected) {
   return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot carry its " + what +

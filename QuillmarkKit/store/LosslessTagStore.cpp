@@ -54,28 +54,45 @@ platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, const
   return bytes;
 }
 
+/// Those of the fields about which the tag says what their values cannot say.
+TagFields uncarriedFields(const ID3v2::Tag& tag, TagFields fields) {
+  TagFields uncarried;
+  for (const TagField field : allTagFields) {
+    if (fields.contains(field) && LosslessConversion::uncarried(tag, field)) uncarried.insert(field);
+  }
+  return uncarried;
+}
+
 }  // namespace
 
 TagSet LosslessTagStore::tagsIn(platform::FileHandle& file) const {
   return LosslessConversion::fieldsOf(readTagsOfMP3(file).tag);
 }
 
-MP3TagStore::NewTag LosslessTagStore::newTag(const TagSet& tags, std::optional<TagFields> /*changed*/,
-                                             platform::FileHandle& file) const {
+MP3TagStore::NewTag LosslessTagStore::newTag(const Change& change, platform::FileHandle& file) const {
   FileTags old = readTagsOfMP3(file);
   if (!old.unreadable.empty()) throw LosslessError::cannotKeep(file.path(), old.unreadable.front().what);
-  const TagSet held = LosslessConversion::fieldsOf(old.tag);
-  LosslessConversion::setFields(old.tag, tags, held.differing(tags));
+  TagFields changed = LosslessConversion::fieldsOf(old.tag).differing(change.tags);
+  changed.insert(uncarriedFields(old.tag, change.cleared));
+  LosslessConversion::setFields(old.tag, change.tags, changed);
   if (old.tag.frames.empty())
     throw TagFileError(ID3TagEditorError(ID3TagEditorError::invalidTagData), file.path());
-  return {.bytes = bytesOf(old.tag, tags, file.path()),
+  return {.bytes = bytesOf(old.tag, change.tags, file.path()),
           .audioStart = old.audioStart,
           .losses = old.hasAPETag ? "hides its APE tag." : ""};
+}
+
+bool LosslessTagStore::saysMore(TagFields fields, const std::filesystem::path& in) const {
+  if (fields.isEmpty()) return false;
+  platform::FileHandle file = openMP3(in);
+  return !uncarriedFields(readTagsOfMP3(file).tag, fields).isEmpty();
 }
 
 TagSet LosslessTagStore::readSource(const std::filesystem::path& from, TagFields fields) const {
   platform::FileHandle file = openMP3(from);
   const FileTags source = readTagsOfMP3(file);
+  const std::string unreadable = source.unreadableFor(fields);
+  if (!unreadable.empty()) throw LosslessError::cannotRead(from, unreadable);
   for (const TagField field : allTagFields) {
     const auto value =
         fields.contains(field) ? LosslessConversion::uncarried(source.tag, field) : std::nullopt;

@@ -14,11 +14,11 @@ class LosslessTagStore : public MP3TagStore {
 
   TagSet readSource(const std::filesystem::path& from, TagFields fields) const override;
   TagSet accepted(const TagSet& tags, TagFields fields) const override;
+  bool saysMore(TagFields fields, const std::filesystem::path& in) const override;
 
  protected:
   TagSet tagsIn(platform::FileHandle& file) const override;
-  NewTag newTag(const TagSet& tags, std::optional<TagFields> changed,
-                platform::FileHandle& file) const override;
+  NewTag newTag(const Change& change, platform::FileHandle& file) const override;
   bool failsInPreview() const override { return true; }
 };
 

@@ -25,28 +25,29 @@ void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) con
       if (store.lastFolder_) store.lastFolder_->dropPrivateFolder();
     }
   } const tidying{*this};
-  rewrite(to, std::nullopt, tags);
+  rewrite(to, std::nullopt, tags, TagFields::all.without(tags.populatedFields()));
 }
 
-void MP3TagStore::replace(TagSet current, const TagSet& tags, const std::filesystem::path& in) const {
-  rewrite(in, std::move(current), tags);
+void MP3TagStore::replace(TagSet current, const TagSet& tags, TagFields cleared,
+                          const std::filesystem::path& in) const {
+  rewrite(in, std::move(current), tags, cleared);
 }
 
-void MP3TagStore::rewrite(const std::filesystem::path& url, std::optional<TagSet> current,
-                          const TagSet& tags) const {
+void MP3TagStore::rewrite(const std::filesystem::path& url, std::optional<TagSet> current, const TagSet& tags,
+                          TagFields cleared) const {
   FileHandle file = openMP3(url);
   platform::lockForReplacement(file);
   // Who held the lock before may have put another file in the place of this one; that shows here.
   platform::FileReplacement replacement(file, lastFolder_);
   goOnIn(replacement.folder());
   if (current && tagsIn(file) != *current) throw FileConflict(FileConflict::Case::changed, url);
-  std::optional<TagFields> changed;
-  if (current && tellsLosses()) changed = current->differing(tags);
+  Change change{.tags = tags, .differing = {}, .cleared = cleared};
+  if (current && tellsLosses()) change.differing = current->differing(tags);
   // A picture in there may keep a whole tag in memory.
   current.reset();
   std::string losses;
   {
-    NewTag tag = newTag(tags, changed, file);
+    NewTag tag = newTag(change, file);
     losses = std::move(tag.losses);
     replacement.file().write(tag.bytes);
     replacement.file().copy(file, tag.audioStart);
@@ -57,11 +58,12 @@ void MP3TagStore::rewrite(const std::filesystem::path& url, std::optional<TagSet
   tell(url, losses);
 }
 
-void MP3TagStore::preview(const TagSet& current, const TagSet& tags, const std::filesystem::path& in) const {
+void MP3TagStore::preview(const TagSet& current, const TagSet& tags, TagFields cleared,
+                          const std::filesystem::path& in) const {
   if (!failsInPreview() && !tellsLosses()) return;
   try {
     FileHandle file = openMP3(in);
-    tell(in, newTag(tags, current.differing(tags), file).losses);
+    tell(in, newTag({.tags = tags, .differing = current.differing(tags), .cleared = cleared}, file).losses);
   } catch (const std::exception&) {
     // What is only looked at to be told changes nothing of the run.
     if (failsInPreview()) throw;

@@ -31,8 +31,10 @@ class MP3TagStore : public TagStore {
   void write(const TagSet& tags, const std::filesystem::path& to) const final;
   /// Leaves a hidden folder for the next file of the same folder; it goes with `synchronise`, with a file of
   /// another folder, or with the store.
-  void replace(TagSet current, const TagSet& tags, const std::filesystem::path& in) const final;
-  void preview(const TagSet& current, const TagSet& tags, const std::filesystem::path& in) const final;
+  void replace(TagSet current, const TagSet& tags, TagFields cleared,
+               const std::filesystem::path& in) const final;
+  void preview(const TagSet& current, const TagSet& tags, TagFields cleared,
+               const std::filesystem::path& in) const final;
   /// Waits until the folder of the last file has reached the disk; throws the first failure to wait for that
   /// or for another one.
   void synchronise() const final;
@@ -57,10 +59,16 @@ class MP3TagStore : public TagStore {
   };
   /// What the open file holds.
   virtual TagSet tagsIn(platform::FileHandle& file) const = 0;
-  /// The tag that makes `tags` the file's tags; nothing is written. `changed` tells the fields that differ
-  /// from what the file holds, where that is known and losses are told.
-  virtual NewTag newTag(const TagSet& tags, std::optional<TagFields> changed,
-                        platform::FileHandle& file) const = 0;
+  /// What is to become of a file's tags.
+  struct Change {
+    const TagSet& tags;
+    /// The fields that differ from what the file holds, where that is known and losses are told.
+    std::optional<TagFields> differing;
+    /// As `replace` has them.
+    TagFields cleared;
+  };
+  /// The tag that makes the change; nothing is written.
+  virtual NewTag newTag(const Change& change, platform::FileHandle& file) const = 0;
   /// Whether a dry run fails where making the new tag does.
   virtual bool failsInPreview() const { return false; }
 
@@ -70,7 +78,8 @@ class MP3TagStore : public TagStore {
   }
 
  private:
-  void rewrite(const std::filesystem::path& url, std::optional<TagSet> current, const TagSet& tags) const;
+  void rewrite(const std::filesystem::path& url, std::optional<TagSet> current, const TagSet& tags,
+               TagFields cleared) const;
   void goOnIn(const std::shared_ptr<platform::ReplacementFolder>& folder) const;
   void synchroniseLastFolder() const;
 

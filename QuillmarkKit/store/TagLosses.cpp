@@ -23,10 +23,9 @@ using TagDescriptions::inQuotes;
 
 namespace {
 
-/// The number without zeros in front, nothing for zero itself; a text that is none as it is.
+/// The number without zeros in front; a text that is none as it is.
 std::string plainNumber(std::string_view text) {
   const auto number = platform::Text::decimalInteger(text);
-  if (number == 0) return "";
   return number ? std::to_string(*number) : std::string(text);
 }
 
@@ -47,21 +46,26 @@ std::string squashed(std::string_view genre) {
 
 /// A value of a text frame in one form for all ways to write it.
 std::string plainValue(std::string_view identifier, std::string_view value) {
-  value = platform::Text::trimmingWhiteSpace(value);
+  value = platform::Text::trimmingBlanks(value);
   if (identifier == "TCON") return squashed(value);
   if (identifier == "TBPM") return plainNumber(value);
   if (identifier != "TRCK" && identifier != "TPOS") return std::string(value);
   TagTexts::Position position = TagTexts::positionIn(value);
   position.number = plainNumber(position.number);
   position.total = plainNumber(position.total);
+  if (position.total == "0") position.total.clear();
   return position.text();
 }
 
-std::set<std::string> valuesOf(std::string_view identifier, std::string_view text) {
-  std::set<std::string> values;
+/// In their order, each once.
+std::vector<std::string> valuesOf(std::string_view identifier, std::string_view text) {
+  std::vector<std::string> values;
+  std::set<std::string> known{""};
   TagTexts::forEachValue(identifier == "TCON" ? TagTexts::genresIn(text) : std::string(text),
-                         [&](std::string_view value) { values.insert(plainValue(identifier, value)); });
-  values.erase("");
+                         [&](std::string_view value) {
+                           std::string plain = plainValue(identifier, value);
+                           if (known.insert(plain).second) values.push_back(std::move(plain));
+                         });
   return values;
 }
 
@@ -91,11 +95,14 @@ class Comparison {
  public:
   Comparison(const Tag& expected, const Tag& found) : expected_(expected), found_(found) {
     for (const Frame& frame : expected.frames) {
+      if (isWholeByItself(frame) && isThere(frame)) continue;
       std::visit([&](const auto& content) { compare(frame, content); }, frame.content);
     }
     const std::string date = dateOf(expected);
     const std::string newDate = dateOf(found);
-    if (!withoutZerosInFront(newDate).starts_with(withoutZerosInFront(date))) tellText("date", date, newDate);
+    const bool isKept =
+        newDate.empty() ? date.empty() : withoutZerosInFront(newDate).starts_with(withoutZerosInFront(date));
+    if (!isKept) tellText("date", date, newDate);
   }
 
   Losses losses() && {
@@ -142,6 +149,23 @@ class Comparison {
     }
   }
 
+  /// Whether an equal frame says the same whatever else stands in its tag, and in whatever form it is.
+  static bool isWholeByItself(const Frame& frame) {
+    return !std::holds_alternative<ID3v2::Text>(frame.content) &&
+           !std::holds_alternative<ID3v2::Chapter>(frame.content) &&
+           !std::holds_alternative<ID3v2::TableOfContents>(frame.content);
+  }
+
+  /// Whether the frame is there as it is, as most are, and mostly behind the one that was there before.
+  bool isThere(const Frame& frame) {
+    const std::vector<Frame>& frames = found_.frames;
+    auto at = frames.begin() + static_cast<std::ptrdiff_t>(behindLast_);
+    if (at == frames.end() || *at != frame) at = std::ranges::find(frames, frame);
+    if (at == frames.end()) return false;
+    behindLast_ = static_cast<std::size_t>(at - frames.begin()) + 1;
+    return true;
+  }
+
   template <class Content, class Predicate>
   const Content* findContent(const Frame& like, Predicate isSame) const {
     for (const Frame& frame : found_.frames) {
@@ -180,7 +204,8 @@ class Comparison {
     if (findContent<LanguageText>(frame, isSameWithDescription) != nullptr) return;
     const std::string description = inQuotes(text.description);
     if (findContent<LanguageText>(frame, isSame) != nullptr) {
-      drop("the description " + description + (isComment ? " of a comment" : " of the lyrics"), "", "");
+      if (!TagTexts::isBlank(text.description))
+        drop("the description " + description + (isComment ? " of a comment" : " of the lyrics"), "", "");
     } else {
       drop(isComment ? "a comment" : "lyrics", isComment ? "comments" : "lyrics",
            text.description.empty() ? inQuotes(text.text) : description);
@@ -230,6 +255,7 @@ class Comparison {
 
   const Tag& expected_;
   const Tag& found_;
+  std::size_t behindLast_ = 0;
   std::set<std::string> comparedTexts_;
   std::vector<Group> groups_;
   std::vector<std::string> changed_;
@@ -290,7 +316,8 @@ std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
   return sentence + (canBeKept ? ". --lossless keeps them." : ".");
 }
 
-std::string ofReading(const Tag& tag, const TagSet& read, TagFields selected) {
+std::string ofReading(const FileTags& tags, const TagSet& read, TagFields selected) {
+  const Tag& tag = tags.tag;
   const TagSet held = LosslessConversion::fieldsOf(tag);
   std::string sentence;
   bool canBeCarried = true;
@@ -310,10 +337,17 @@ std::string ofReading(const Tag& tag, const TagSet& read, TagFields selected) {
       if (!said) continue;
       canBeCarried = false;
     }
-    addTo(sentence, ", ",
-          field == TagField::year ? "its date " + dateOf(tag) + " is not read as a year"
-                                  : "its " + TagDescriptions::nameOf(field) + " " + *said +
-                                        (now.empty() ? " is not read" : " is read as " + inQuotes(now)));
+    const bool isYear = field == TagField::year;
+    const std::string what = isYear ? "date " + dateOf(tag) : TagDescriptions::nameOf(field) + " " + *said;
+    const std::string_view notRead = isYear ? " is not read as a year" : " is not read";
+    addTo(sentence, ", ", "its " + what);
+    sentence += now.empty() ? notRead
+                : isYear    ? " is read as the year " + now
+                            : " is read as " + inQuotes(now);
+  }
+  if (const std::string unreadable = tags.unreadableFor(selected); !unreadable.empty()) {
+    addTo(sentence, ", ", unreadable + " is not read");
+    canBeCarried = false;
   }
   if (sentence.empty()) return sentence;
   return sentence + (canBeCarried ? ". --lossless carries them." : ".");

@@ -26,8 +26,8 @@ Losses between(const ID3v2::Tag& expected, const ID3v2::Tag& found);
 std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
                       const platform::SharedBytes& newTag);
 
-/// What of the selected fields the tag says otherwise than the tag set that was read from it, as such a
+/// What of the selected fields the tags say otherwise than the tag set that was read from them, as such a
 /// sentence: "its date 2004-05-06 is not read as a year."
-std::string ofReading(const ID3v2::Tag& tag, const TagSet& read, TagFields selected);
+std::string ofReading(const FileTags& tags, const TagSet& read, TagFields selected);
 
 }  // namespace QuillmarkKit::TagLosses

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <unordered_set>
 #include <utility>
 
 #include "ID3v2/Genres.h"
@@ -32,19 +33,23 @@ std::optional<std::string_view> referredGenre(std::string_view reference) {
   return ID3v2::genreNames[static_cast<std::size_t>(*number)];
 }
 
-void addGenresIn(std::string_view value, std::string& genres) {
+/// Values that have been met; to look for one in the text that they make would take as long as that is.
+using KnownValues = std::unordered_set<std::string_view>;
+
+/// Calls the operation with the genres that one value of a genre text names.
+void forEachGenre(std::string_view value, const std::function<void(std::string_view)>& operation) {
   value = Text::trimmingWhiteSpace(value);
-  if (const auto name = referredGenre(value)) return addValue(genres, *name);
+  if (const auto name = referredGenre(value)) return operation(*name);
   while (value.starts_with('(')) {
     const std::size_t end = value.find(')');
     const auto name = end == std::string_view::npos ? std::nullopt : referredGenre(value.substr(1, end - 1));
     if (!name) break;
-    if (!hasValue(genres, *name)) addValue(genres, *name);
+    operation(*name);
     value.remove_prefix(end + 1);
   }
   // A genre that begins with a parenthesis has it doubled.
   if (value.starts_with("((")) value.remove_prefix(1);
-  if (!isBlank(value) && !hasValue(genres, value)) addValue(genres, value);
+  if (!isBlank(value)) operation(value);
 }
 
 }  // namespace
@@ -61,12 +66,6 @@ void forEachValue(std::string_view text, const std::function<void(std::string_vi
   }
 }
 
-bool hasValue(std::string_view text, std::string_view value) {
-  bool found = false;
-  forEachValue(text, [&](std::string_view one) { found = found || one == value; });
-  return found;
-}
-
 void addValue(std::string& text, std::string_view value) {
   if (!text.empty()) text += separator;
   text += value;
@@ -74,16 +73,20 @@ void addValue(std::string& text, std::string_view value) {
 
 std::string textOf(const ID3v2::Tag& tag, std::string_view identifier) {
   std::string values;
+  std::string_view first;
+  KnownValues known;
   for (const ID3v2::Frame& frame : tag.frames) {
     const auto* content = frame.identifier == identifier ? std::get_if<ID3v2::Text>(&frame.content) : nullptr;
     if (content == nullptr) continue;
-    if (values.empty()) {
-      values = content->text;
-    } else {
-      forEachValue(content->text, [&](std::string_view value) {
-        if (!isBlank(value) && !hasValue(values, value)) addValue(values, value);
-      });
+    if (first.empty()) {
+      first = content->text;
+      values = first;
+      continue;
     }
+    if (known.empty()) forEachValue(first, [&](std::string_view value) { known.insert(value); });
+    forEachValue(content->text, [&](std::string_view value) {
+      if (!isBlank(value) && known.insert(value).second) addValue(values, value);
+    });
   }
   return values;
 }
@@ -98,7 +101,12 @@ std::string firstValue(const ID3v2::Tag& tag, std::string_view identifier) {
 
 std::string genresIn(std::string_view text) {
   std::string genres;
-  forEachValue(text, [&](std::string_view value) { addGenresIn(value, genres); });
+  KnownValues known;
+  forEachValue(text, [&](std::string_view value) {
+    forEachGenre(value, [&](std::string_view genre) {
+      if (known.insert(genre).second) addValue(genres, genre);
+    });
+  });
   return genres;
 }
 

@@ -16,7 +16,6 @@ bool isBlank(std::string_view text);
 
 /// Calls the operation with each value of the text; U+0000 stands between them.
 void forEachValue(std::string_view text, const std::function<void(std::string_view)>& operation);
-bool hasValue(std::string_view text, std::string_view value);
 void addValue(std::string& text, std::string_view value);
 
 /// The text of the tag's text frames of that identifier. There should be one; what others add stands behind

@@ -10,13 +10,14 @@ TagApplier::Outcome TagApplier::attempt(const TagSet& source, const std::filesys
                                         TagFields fields, bool dryRun) const {
   TagSet current = store_.read(file);
   TagSet wanted = current.merging(source, fields).normalized();
-  if (wanted == current) return Unchanged{};
+  const TagFields cleared = fields.without(wanted.populatedFields());
+  if (wanted == current && !store_.saysMore(cleared, file)) return Unchanged{};
   auto before = tellsBefore_ ? std::optional(current) : std::nullopt;
   if (dryRun) {
-    store_.preview(current, wanted, file);
+    store_.preview(current, wanted, cleared, file);
     return WouldUpdate{std::move(wanted), std::move(before)};
   }
-  store_.replace(std::move(current), wanted, file);
+  store_.replace(std::move(current), wanted, cleared, file);
   return Updated{std::move(wanted), std::move(before)};
 }
 
