@@ -1,5 +1,6 @@
 #include "ID3v2/ContentDecoding.h"
 
+#include <algorithm>
 #include <array>
 #include <string>
 #include <utility>
@@ -46,9 +47,7 @@ std::optional<Content> decodeLanguageText(TextDecoder decoder, ByteView content)
 std::string mimeTypeFor(ByteView format) {
   std::string letters = platform::Text::fromLatin1(cutAtZero(format).text);
   if (letters == "-->") return letters;
-  for (char& letter : letters) {
-    if (letter >= 'A' && letter <= 'Z') letter = static_cast<char>(letter - 'A' + 'a');
-  }
+  std::ranges::transform(letters, letters.begin(), platform::Text::toASCIILower);
   return "image/" + (letters == "jpg" ? "jpeg" : letters);
 }
 

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "platform/Text.h"
+
 namespace ID3v2 {
 
 namespace {
@@ -15,10 +17,6 @@ constexpr std::array<std::string_view, 3> oldIdentifiers{"TYER", "TDAT", "TIME"}
 constexpr std::size_t digitsOfAYear = 4;
 /// As in 20040506, which some programs write.
 constexpr std::size_t digitsOfADay = 8;
-
-bool isDigit(char character) {
-  return character >= '0' && character <= '9';
-}
 
 /// Takes a date apart from its front.
 class DateText {
@@ -33,7 +31,9 @@ class DateText {
       if (number.empty() || separators.find(number.front()) == std::string_view::npos) return {};
       number.remove_prefix(1);
     }
-    if (number.size() < digits || !std::ranges::all_of(number.substr(0, digits), isDigit)) return {};
+    if (number.size() < digits ||
+        !std::ranges::all_of(number.substr(0, digits), platform::Text::isASCIIDigit))
+      return {};
     rest_ = number.substr(digits);
     number = number.substr(0, digits);
     int value = 0;

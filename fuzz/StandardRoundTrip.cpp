@@ -2,8 +2,11 @@
 #include "ID3v2/Reading.h"
 #include "ID3v2/TagsAtTheEnd.h"
 #include "ID3v2/Writing.h"
+#include "QuillmarkKit/store/LosslessConversion.h"
+#include "QuillmarkKit/store/TagLosses.h"
 #include "fuzz/FuzzTarget.h"
 
+using namespace QuillmarkKit;
 using platform::SharedBytes;
 
 namespace {
@@ -34,4 +37,11 @@ void fuzzTarget(const SharedBytes& input) {
   require(readBack(frames) == frames, "frames come back");
   const std::vector<ID3v2::Frame> changed = ID3v2::withDatesOfV23(withoutOriginals(reading->tag.frames));
   require(readBack(changed) == changed, "frames that are made anew come back");
+
+  ID3v2::Tag tag{.version = 3, .frames = readBack(frames)};
+  const auto [dropped, altered] = TagLosses::between(tag, tag);
+  require(dropped.empty() && altered.empty(), "nothing is lost of what stays");
+  const TagSet fields = LosslessConversion::fieldsOf(tag);
+  LosslessConversion::setFields(tag, fields, TagFields::all);
+  require(LosslessConversion::fieldsOf(tag) == fields, "fields that are set are read");
 }

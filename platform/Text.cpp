@@ -251,8 +251,7 @@ bool isWordCharacter(char32_t character) {
 }
 
 bool equalIgnoringASCIICase(std::string_view a, std::string_view b) {
-  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; };
-  return std::ranges::equal(a, b, {}, lower, lower);
+  return std::ranges::equal(a, b, {}, toASCIILower, toASCIILower);
 }
 
 std::vector<std::string_view> split(std::string_view text, char separator) {

@@ -67,6 +67,16 @@ std::string_view fitting(std::string_view text, std::size_t columns);
 /// A letter, a mark, a decimal digit or a connector punctuation such as the underscore.
 bool isWordCharacter(char32_t character);
 
+/// A letter from a to z as the capital, and the other way round; everything else as it is.
+constexpr char toASCIIUpper(char c) {
+  return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+constexpr char toASCIILower(char c) {
+  return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+}
+constexpr bool isASCIIDigit(char c) {
+  return c >= '0' && c <= '9';
+}
 bool equalIgnoringASCIICase(std::string_view a, std::string_view b);
 
 /// The pieces between the separators; empty pieces are left out.

@@ -26,8 +26,8 @@ OLD = tag(text("TALB", "Old"), frame("PRIV", b"kept\0" * 9)) + AUDIO
 EVERYBODY = 0xFFFFFFFF
 
 
-def as_user(user, *words):
-    return ["setpriv", f"--reuid={user}", f"--regid={user}", "--clear-groups", *map(str, words)]
+def as_user(user, *words, groups="--clear-groups"):
+    return ["setpriv", f"--reuid={user}", f"--regid={user}", groups, *map(str, words)]
 
 
 def acl(*entries):
@@ -57,10 +57,10 @@ class Stage:
     def hidden(self):
         return [path for path in self.folder.iterdir() if path.name.startswith(proof.LEFT_OVER)]
 
-    def run(self, *words, user=USER, inject=(), **options):
+    def run(self, *words, user=USER, groups="--clear-groups", inject=(), **options):
         traced = [f"inject={one}" for one in inject]
         strace = ["strace", "-f", "-qq", "-y", "-o", self.log, *(part for one in traced for part in ("-e", one))]
-        return run("env", as_user(user, *strace, self.program, *words), self.folder, **options)
+        return run("env", as_user(user, *strace, self.program, *words, groups=groups), self.folder, **options)
 
     def run_stopping(self, call, act, words=("set", "--album", "New", SONG), which=":when=1", user=USER, inject=()):
         """Lets `act` have the folder when the run has made the call, the first time or all `which` times.
@@ -253,6 +253,12 @@ def check_rights(stage):
     check(f"{what}: list", entries(stage.song),
           [(1, 6, EVERYBODY), (2, 6, OTHER), (4, 0, EVERYBODY), (8, 6, OTHER), (32, 0, EVERYBODY)])
     check(f"{what}: its owner", run("env", as_user(OTHER, stage.program, "read", SONG), stage.folder)[0], 0)
+    reset(OTHER, OTHER)
+    os.setxattr(stage.song, "system.posix_acl_access", shared)
+    grouped = f"{what}, whose group the user is in"
+    check(grouped, stage.run("set", "--album", "New", SONG, groups=f"--groups={OTHER}"), UPDATED)
+    check(f"{grouped}: owner", (os.stat(stage.song).st_uid, os.stat(stage.song).st_gid), (USER, OTHER))
+    check(f"{grouped}: list", entries(stage.song), [(1, 6, EVERYBODY), (2, 6, OTHER), (4, 6, EVERYBODY), (32, 0, EVERYBODY)])
     reset(OTHER, OTHER)
     os.setxattr(stage.song, "system.posix_acl_access", shared)
     before = attributes(stage.song)

@@ -18,10 +18,11 @@ ALLOWED = {
 
 root = pathlib.Path(sys.argv[1])
 wrong = []
-for folder, below in ALLOWED.items():
-    for source in [*(root / folder).glob("*.h"), *(root / folder).glob("*.cpp")]:
+for top in sorted({folder.split("/")[0] for folder in ALLOWED}):
+    for source in [*(root / top).rglob("*.h"), *(root / top).rglob("*.cpp")]:
+        folder = str(source.parent.relative_to(root))
         for included in re.findall(r'#include "([^"]+)"', source.read_text()):
-            if str(pathlib.PurePath(included).parent) not in [folder, *below]:
+            if str(pathlib.PurePath(included).parent) not in [folder, *ALLOWED.get(folder, [])] or folder not in ALLOWED:
                 wrong.append(f"{source.relative_to(root)} includes {included}")
 print("\n".join(wrong) or "Every include runs downwards.")
 sys.exit(1 if wrong else 0)

@@ -191,7 +191,10 @@ def check_outputs(program, folder, album):
     with open("/dev/full", "wb") as full:
         finish("full devices", long_run.start(program, stdout=full, stderr=full), 1, "")
 
-    # Files that the program opens must not come to stand where an output was.
+    # Files that the program opens must not come to stand where an input or an output was.
+    check("a list on an input that is closed",
+          run(program, ["set", "--year", "1", "--files0-from", "-"], folder, preexec_fn=lambda: os.close(0)),
+          (1, "", "quillmark: No files given.\n"))
     message = "quillmark: The output could not be written: Bad file descriptor.\n"
     for closed, expected in (((1,), message), ((0, 1), message), ((0, 1, 2), "")):
         process = long_run.start(program, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL,

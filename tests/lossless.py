@@ -344,6 +344,8 @@ def check_blank_frames(program, folder, audio):
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
     audio = audio_of(min(samples.glob("*.mp3"), key=os.path.getsize).read_bytes())
+    listed = re.findall(r"^  [* ] ([a-z-]+)  ", run(program, ["fields"], None)[1], re.MULTILINE)
+    check("fields", {name.replace("-total", "-number") for name in listed}, set(FIELDS.values()))
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)
         check_every_field(program, folder, audio)

@@ -22,6 +22,11 @@ def main():
     blocks = re.findall(r"^```\n(\$ .*?)^```$", (ROOT / "README.md").read_text(), re.MULTILINE | re.DOTALL)
     examples = re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", "".join(blocks), re.MULTILINE)
     commands = set(re.findall(r"^  quillmark (\w+)", usage, re.MULTILINE))
+    readme = (ROOT / "README.md").read_text()
+    for command in ("read", "copy", "paste", "apply", "set"):
+        words = subprocess.run([program, command, "--help"], check=True, stdout=subprocess.PIPE, text=True).stdout
+        options = re.findall(r"^  (--[a-z0-9-]+)", words, re.MULTILINE)
+        check(f"options of {command} that are not told", [option for option in options if option not in readme], [])
     check("commands without an example", commands - set(re.findall(r"quillmark (\w+)", str(examples))), set())
     with tempfile.TemporaryDirectory() as scratch:
         album = pathlib.Path(scratch, "album").resolve()

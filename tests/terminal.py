@@ -75,7 +75,7 @@ def check_safety(program, folder, sample):
                                                "quillmark: No files given.\n")):
         check(words, seen(program, words, folder, stream), expected)
     document = seen(program, ["read", "--json", name], folder, "stdout")
-    check("JSON at a terminal", re.findall(r"[^\n -~]", document), [])
+    check("JSON at a terminal", (r"\u202e" in document, re.findall(r"[^\n -~]", document)), (True, []))
 
 
 def check_progress(program, folder, sample):

@@ -123,6 +123,8 @@ constexpr bool isOneToOne(const auto& rows) {
 }
 static_assert(isOneToOne(rowsByType), "each frame type but invalid has one row");
 static_assert(isOneToOne(rowsByName), "each kind of frame name has one row");
+static_assert(std::ranges::max(frameKinds, {}, &FrameKind::content).content == lastFrameContent,
+              "the tables of contents have a row for each");
 
 constexpr bool areIdentifiersSound() {
   for (const ID3Version version : allVersions) {

@@ -6,7 +6,7 @@ namespace ID3TagEditor {
 
 std::vector<FrameName> FrameName::allCases() {
   std::vector<FrameName> cases;
-  for (int kind = title; kind <= iTunesPodcastKeywords; ++kind) {
+  for (int kind = title; kind < pictureKind; ++kind) {
     if (kind < beatsPerMinute || kind > sizeInBytes) cases.emplace_back(static_cast<Kind>(kind));
   }
   for (const Kind kind : FrameNamesWithLocalizedContent) {

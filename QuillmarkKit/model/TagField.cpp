@@ -58,7 +58,7 @@ std::string joinedHumps(std::string_view hyphenated) {
     const bool isFirst = joined.empty();
     joined += piece;
     char& hump = joined[joined.size() - piece.size()];
-    if (!isFirst && hump >= 'a' && hump <= 'z') hump = static_cast<char>(hump - 'a' + 'A');
+    if (!isFirst) hump = platform::Text::toASCIIUpper(hump);
   }
   return joined;
 }

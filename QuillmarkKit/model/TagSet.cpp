@@ -10,7 +10,7 @@ namespace {
 
 std::string describe(const Artwork& artwork) {
   std::string format(rawValue(artwork.format));
-  std::ranges::transform(format, format.begin(), [](char c) { return static_cast<char>(c - 'a' + 'A'); });
+  std::ranges::transform(format, format.begin(), platform::Text::toASCIIUpper);
   return format + ", " + std::to_string(artwork.data.size()) + " bytes";
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "ID3v2/Unsynchronisation.h"
 #include "QuillmarkKit/store/ID3FrameError.h"
 #include "platform/FileError.h"
 #include "platform/FileHandle.h"
@@ -46,18 +47,6 @@ std::optional<Header> parseHeader(ByteView data) {
   const std::uint32_t size = synchsafeAt(data, 6);
   if (size == 0) return std::nullopt;
   return Header{.version = data[3], .flags = data[5], .tagLength = std::uint64_t{size} + tagHeaderSize};
-}
-
-/// Drops each zero byte that follows an FF byte (ID3v2.3.0 §5).
-Bytes deunsynchronise(ByteView bytes) {
-  Bytes plain;
-  plain.reserve(bytes.size());
-  bool behindFF = false;
-  for (const std::uint8_t byte : bytes) {
-    if (!(behindFF && byte == 0x00)) plain.push_back(byte);
-    behindFF = byte == 0xFF;
-  }
-  return plain;
 }
 
 /// The length of the extended header at the start of the body; nothing when it does not fit.
@@ -117,7 +106,7 @@ std::optional<TagBody> parseBody(const SharedBytes& data) {
   const auto header = parseHeader(data);
   if (!header || data.size() < header->tagLength) return std::nullopt;
   TagBody body{.header = *header, .bytes = data.slice(tagHeaderSize, header->tagLength - tagHeaderSize)};
-  if ((header->flags & unsynchronisationFlag) != 0) body.bytes = deunsynchronise(body.bytes);
+  if ((header->flags & unsynchronisationFlag) != 0) body.bytes = ID3v2::unsynchronisationUndone(body.bytes);
   if ((header->flags & extendedHeaderFlag) != 0) {
     const auto length = extendedHeaderLength(body.bytes, header->version);
     if (!length) return std::nullopt;

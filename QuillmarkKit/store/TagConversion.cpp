@@ -6,7 +6,9 @@
 #include "ID3TagEditor/model/FrameKinds.h"
 #include "ID3TagEditor/model/TagBuilders.h"
 #include "ID3TagEditor/parse/ID3TagContentReader.h"
+#include "QuillmarkKit/store/FieldFrames.h"
 #include "QuillmarkKit/store/ManagedFrames.h"
+#include "platform/Text.h"
 
 namespace QuillmarkKit {
 
@@ -23,7 +25,7 @@ std::string humanize(ID3Genre genre) {
   std::string words;
   for (const char character : caseName(genre)) {
     if (character >= 'A' && character <= 'Z') words += ' ';
-    words += words.empty() ? static_cast<char>(character - 'a' + 'A') : character;
+    words += words.empty() ? platform::Text::toASCIIUpper(character) : character;
   }
   return words;
 }
@@ -166,6 +168,15 @@ static_assert(std::ranges::all_of(conversions,
                                     });
                                   }),
               "each of these frames is one that the engine writes");
+
+static_assert(std::ranges::all_of(conversions,
+                                  [](const Conversion& row) {
+                                    return std::ranges::all_of(allTagFields, [&](TagField field) {
+                                      return !row.fields.contains(field) ||
+                                             FieldFrames::identifierOf(field) == row.identifier;
+                                    });
+                                  }),
+              "both stores keep a field in the same frame");
 
 constexpr auto managedIdentifiers = [] {
   std::array<std::string_view, conversions.size()> identifiers{};

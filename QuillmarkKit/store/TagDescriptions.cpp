@@ -34,8 +34,7 @@ std::string formatOf(const ID3v2::Picture& picture) {
   if (type.starts_with(prefix)) type.remove_prefix(prefix.size());
   if (type.empty()) return "of unknown format";
   std::string name(type);
-  std::ranges::transform(name, name.begin(),
-                         [](char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; });
+  std::ranges::transform(name, name.begin(), Text::toASCIIUpper);
   return name;
 }
 

@@ -35,10 +35,8 @@ std::string squashed(std::string_view genre) {
   for (const char c : genre) {
     if (c == '&') {
       letters += "and";
-    } else if (c >= 'A' && c <= 'Z') {
-      letters += static_cast<char>(c - 'A' + 'a');
     } else if (c != ' ' && c != '-') {
-      letters += c;
+      letters += platform::Text::toASCIILower(c);
     }
   }
   return letters;

@@ -16,12 +16,8 @@ namespace {
 
 constexpr char separator = '\0';
 
-bool isDigit(char character) {
-  return character >= '0' && character <= '9';
-}
-
 bool isDigits(std::string_view text) {
-  return !text.empty() && std::ranges::all_of(text, isDigit);
+  return !text.empty() && std::ranges::all_of(text, Text::isASCIIDigit);
 }
 
 /// The name that a reference in a genre text stands for: a number, "RX" or "CR".
@@ -127,7 +123,7 @@ std::optional<std::int64_t> yearIn(std::string_view date) {
   }
   std::size_t digits = 0;
   for (std::size_t i = 0; i < date.size(); ++i) {
-    digits = isDigit(date[i]) ? digits + 1 : 0;
+    digits = Text::isASCIIDigit(date[i]) ? digits + 1 : 0;
     if (digits == digitsOfAYear) return Text::decimalInteger(date.substr(i + 1 - digits, digits));
   }
   return std::nullopt;

@@ -1,5 +1,9 @@
+#include <algorithm>
+#include <set>
 #include <unordered_set>
 
+#include "ID3TagEditor/model/FrameKinds.h"
+#include "ID3v2/Identifiers.h"
 #include "tests/ID3TagEditor/Engine.h"
 
 namespace tests {
@@ -21,9 +25,54 @@ TEST(TagModel, DescribesEachKindOfContent) {
   }
 }
 
+// The text of each frame of a full tag is its kind's raw value.
+TEST(TagModel, GivesTheContentOfEachKindOfText) {
+  using Reader = ID3TagContentReader;
+  const ID3Tag tag = fullTag<ID32v3TagBuilder>();
+  const Reader content(tag);
+  std::multiset<std::string> read;
+  // clang-format off
+  for (const auto query : {
+      &Reader::title, &Reader::album, &Reader::albumArtist, &Reader::artist, &Reader::composer,
+      &Reader::conductor, &Reader::contentGrouping, &Reader::copyright, &Reader::encodedBy,
+      &Reader::encoderSettings, &Reader::fileOwner, &Reader::lyricist, &Reader::mixArtist,
+      &Reader::publisher, &Reader::subtitle, &Reader::originalFilename, &Reader::initialKey,
+      &Reader::iTunesGrouping, &Reader::iTunesMovementName, &Reader::iTunesPodcastCategory,
+      &Reader::iTunesPodcastDescription, &Reader::iTunesPodcastID, &Reader::iTunesPodcastKeywords}) {
+    read.insert((content.*query)().value_or("none"));
+  }
+  // clang-format on
+  std::multiset<std::string> expected;
+  for (const FrameKind& kind : frameKinds) {
+    if (kind.content == FrameContent::string) expected.emplace(kind.rawValue);
+  }
+  EXPECT_EQ(read, expected);
+  EXPECT_EQ(content.recordingDayMonth(), (DayMonth{3, 12}));
+  EXPECT_EQ(content.recordingHourMinute(), (HourMinute{9, 5}));
+}
+
+TEST(TagModel, NamesFramesAsTheStandardsDo) {
+  const std::set<std::string_view> ofOneVersion{"TOWN", "TDRC", "MVCN"};
+  for (const FrameKind& kind : frameKinds) {
+    const auto& [two, three, four] = kind.identifiers;
+    EXPECT_TRUE(three.empty() || four.empty() || three == four) << three;
+    const auto name = three.empty() ? four : three;
+    EXPECT_EQ(ID3v2::fourLettersFor(two).value_or(name), name);
+    EXPECT_NE(std::ranges::count(ID3v2::identifierPairs, name, &ID3v2::IdentifierPair::four) == 1,
+              ofOneVersion.contains(name))
+        << name;
+  }
+}
+
 TEST(TagModel, TellsNamesApart) {
   const std::vector<Name> names = Name::allCases();
-  EXPECT_EQ(names.size(), 31 + 2 * allLanguages.size());
+  for (const FrameKind& kind : frameKinds) {
+    const bool isLeftOut = kind.name >= Name::beatsPerMinute && kind.name <= Name::sizeInBytes;
+    const auto count = isLeftOut || kind.content == FrameContent::picture ? 0
+                       : kind.content == FrameContent::localized          ? std::ssize(allLanguages)
+                                                                          : 1;
+    EXPECT_EQ(std::ranges::count(names, kind.name, &Name::kind), count) << kind.rawValue;
+  }
   EXPECT_EQ(std::unordered_set<Name>(names.begin(), names.end()).size(), names.size());
   EXPECT_EQ(names.back().kind(), Name::commentKind);
   EXPECT_EQ(names.back().language(), ID3FrameContentLanguage::unknown);
