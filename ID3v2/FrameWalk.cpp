@@ -93,7 +93,9 @@ std::optional<Size> sizeAt(Sizes sizes, ByteView body, std::size_t at, std::uint
   const Layout layout = layoutOf(version);
   const ByteView identifier = body.subspan(at, layout.identifier);
   if (!isIdentifier(identifier) && !isOddIdentifier(identifier)) return std::nullopt;
-  const auto [own, other] = sizesAt(body, at, version);
+  const auto readings = sizesAt(body, at, version);
+  const std::optional<Size>& own = readings[0];
+  const std::optional<Size>& other = readings[1];
   const auto leads = [&](const std::optional<Size>& size) {
     if (!size) return false;
     const std::size_t end = at + layout.header + size->value;

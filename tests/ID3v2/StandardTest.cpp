@@ -92,6 +92,7 @@ const Row rows[] = {
      v3().text("TALB", "a")},
     {"the flag for an extended header alone", v4(0x40).text("TALB", "a").characters(),
      v3().text("TALB", "a")},
+    {"less than the size of one", v3(0x40).raw("\0\0\0"s).characters(), v3()},
     {"compression and lengths",
      v4().frame("TIT2", "\0\0\0\x1F"s + deflatedUTF8, 9)
          .frame("TPE1", deflatedUTF8, 8)

@@ -40,7 +40,8 @@ TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
   using std::filesystem::perms;
   EXPECT_EQ(run({"copy", "01.mp3", "ignored.mp3"}).output,
             "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n");
-  EXPECT_EQ(std::filesystem::status(state).permissions(), perms::owner_all);
+  for (const auto& place : {state, state.parent_path(), state.parent_path().parent_path()})
+    EXPECT_EQ(std::filesystem::status(place).permissions(), perms::owner_all);
   EXPECT_EQ(std::filesystem::status(state / "pasteboard").permissions(), perms{0600});
 
   EXPECT_EQ(run({"paste", "--fields", "year", "02.mp3"}).status, 0);
@@ -156,6 +157,8 @@ TEST_F(ClipboardCommandsTest, TrustOnlyWhatNobodyElseCanHavePutThere) {
            {linked(state / "lock"), "", "a link stands in its place"},
            {[&] { filesystem::remove(store), filesystem::create_directory(store); },
             "it is no file of the user's own", "Is a directory"},
+           {[&] { filesystem::remove(store), ::mkfifo(store.c_str(), 0600); },
+            "it is no file of the user's own", ""},
            {given(folder.path()), foreignHome, foreignHome, true},
            {given(state.parent_path()), foreignParent, foreignParent, true},
            {given(state), "it belongs to another user", "it belongs to another user", true},
