@@ -22,11 +22,11 @@ void readTagsAtTheEnd(platform::FileHandle& file, FileTags& tags) {
 }  // namespace
 
 std::string FileTags::unreadableFor(TagFields fields) const {
-  for (const auto& [identifier, what] : unreadable) {
-    const auto isOfThis = [&](TagField field) {
-      return fields.contains(field) && FieldFrames::isOf(field, identifier);
+  for (const ID3v2::UnreadablePart& part : unreadable) {
+    const auto isOfPart = [&](TagField field) {
+      return fields.contains(field) && FieldFrames::isOf(field, part.identifier);
     };
-    if (identifier.empty() || std::ranges::any_of(allTagFields, isOfThis)) return what;
+    if (part.identifier.empty() || std::ranges::any_of(allTagFields, isOfPart)) return part.what;
   }
   return hasAPETag ? "its APE tag" : "";
 }
