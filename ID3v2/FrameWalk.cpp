@@ -128,6 +128,7 @@ FrameWalk walkFramesBy(Sizes sizes, const platform::SharedBytes& body, std::size
     frame.hasPlainSize = size->isPlain;
   }
   walk.isComplete = platform::areZero(bytes.subspan(walk.end));
+  walk.mayHoldPadding = !walk.frames.empty() && hasSwallowedPadding(bytes, walk.end);
   return walk;
 }
 
@@ -135,11 +136,16 @@ FrameWalk walkFramesBy(Sizes sizes, const platform::SharedBytes& body, std::size
 
 FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version,
                      std::size_t limit) {
-  for (const Sizes sizes : {Sizes::own, Sizes::other}) {
-    FrameWalk walk = walkFramesBy(sizes, body, start, version, limit);
-    if (walk.isComplete) return walk;
-  }
-  return walkFramesBy(Sizes::mixed, body, start, version, limit);
+  FrameWalk own = walkFramesBy(Sizes::own, body, start, version, limit);
+  if (own.isComplete) return own;
+  // A size that is read wrongly swallows frames, and may lead to the end by chance.
+  const auto isSounder = [&](const FrameWalk& walk) {
+    return walk.isComplete && walk.frames.size() >= own.frames.size();
+  };
+  FrameWalk other = walkFramesBy(Sizes::other, body, start, version, limit);
+  if (isSounder(other)) return other;
+  FrameWalk mixed = walkFramesBy(Sizes::mixed, body, start, version, limit);
+  return isSounder(mixed) || mixed.frames.size() > own.frames.size() ? mixed : own;
 }
 
 }  // namespace ID3v2

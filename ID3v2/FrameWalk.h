@@ -38,6 +38,8 @@ struct FrameWalk {
   std::size_t end = 0;
   /// Nothing but padding follows.
   bool isComplete = false;
+  /// The last frame ends in zero bytes, as the padding behind it does.
+  bool mayHoldPadding = false;
 };
 
 /// The frames from `start` on, which must lie in the body, as tags and chapters of the version hold them

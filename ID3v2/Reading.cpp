@@ -4,6 +4,7 @@
 #include <string_view>
 #include <utility>
 
+#include "ID3v2/FrameForm.h"
 #include "ID3v2/FrameReading.h"
 #include "ID3v2/FrameWalk.h"
 #include "ID3v2/TagHeader.h"
@@ -28,14 +29,15 @@ FrameWalk walkBody(const SharedBytes& body, const TagHeader& header) {
 }
 
 /// Whether the one walk leads through all frames, where the other does not, without having missed any: sizes
-/// that do not fit lead soon to some padding.
+/// that do not fit lead soon into some padding.
 bool isSounder(const FrameWalk& walk, const FrameWalk& incomplete) {
-  return walk.isComplete && walk.frames.size() >= incomplete.frames.size() &&
+  return walk.isComplete && !walk.mayHoldPadding && walk.frames.size() >= incomplete.frames.size() &&
          std::ranges::none_of(walk.frames, &RawFrame::isOfV22);
 }
 
 /// Unsynchronisation is applied to the whole body before v2.4 and to each frame since. Programs mix that up,
-/// so that where the version's own way does not lead through all frames, the other one is tried.
+/// so that where the version's own way does not lead through all frames, and none of them tells that it is
+/// the right one, the other one is tried.
 View viewOf(const SharedBytes& body, const TagHeader& header) {
   const auto whole = [&] {
     return View{.areFramesUnsynchronised = false,
@@ -50,7 +52,10 @@ View viewOf(const SharedBytes& body, const TagHeader& header) {
                                : View{.areFramesUnsynchronised = false, .walk = walkBody(body, header)};
   }
   View usual = header.version == 4 ? single() : whole();
-  if (usual.walk.isComplete) return usual;
+  const bool isTold = std::ranges::any_of(usual.walk.frames, [&](const RawFrame& frame) {
+    return saysUnsynchronised(frame.flags, header.version);
+  });
+  if (usual.walk.isComplete || isTold) return usual;
   View unusual = header.version == 4 ? whole() : single();
   return isSounder(unusual.walk, usual.walk) ? unusual : usual;
 }

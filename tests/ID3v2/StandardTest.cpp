@@ -202,14 +202,25 @@ const Row rows[] = {
      v3().text("TIT2", long200), "what stands behind TIT2 in its tag"},
     {"what leads into the padding once a tag that is cut short is taken for unsynchronised as a whole",
      v4(0x80)
-         .frame("TIT2", "\1\xFF\0\xFE\x41\0"s, 2)
-         .frame("TPE1", "\1\xFF\0\xFE\x42\0"s, 2)
+         .frame("TIT2", "\1\xFF\0\xFE\x41\0"s)
+         .frame("TPE1", "\1\xFF\0\xFE\x42\0"s)
          .text("TALB", "a")
          .raw("\1\2\3")
          .padding(2000)
          .characters(),
      v3().frame("TIT2", "\0A"s).frame("TPE1", "\0B"s).text("TALB", "a"),
      "what stands behind TALB in its tag"},
+    {"the same where the frames tell that each is unsynchronised",
+     v4(0x80)
+         .frame("TIT2", "\3a", 2)
+         .frame("PRIV", unsynchronised(repeated(6, "\xFF\xE0")), 2)
+         .raw("\0\0TT"s)
+         .padding(20)
+         .characters(),
+     v3().text("TIT2", "a").frame("PRIV", repeated(6, "\xFF\xE0")), "what stands behind PRIV in its tag"},
+    {"sizes in v2.4 of which one leads to the end by its other reading",
+     v4().frame("TIT2", "\3" + long200).text("TALB", "a").raw(std::string(116, '?')).characters(),
+     v3().text("TIT2", long200).text("TALB", "a"), "what stands behind TALB in its tag"},
     {"plain sizes in v2.4, one of which leads on inside its frame too",
      v4().raw("TIT2\0\0\0\xC9\0\0\3"s + long200)
          .raw("PRIV\0\0\1\x13\0\0"s + std::string(147, 'o') + frames(v3().text("TPE1", "x")) +
