@@ -105,8 +105,9 @@ std::optional<Size> sizeAt(Sizes sizes, ByteView body, std::size_t at, std::uint
   };
   if (sizes != Sizes::other && leads(own)) return own;
   if (sizes != Sizes::own && leads(other)) return other;
+  // What leads nowhere can still be a frame in front of damage.
   if (!isIdentifier(identifier) || sizes == Sizes::other) return std::nullopt;
-  return own || sizes == Sizes::own ? own : other;
+  return sizes == Sizes::mixed && !own ? other : own;
 }
 
 FrameWalk walkFramesBy(Sizes sizes, const platform::SharedBytes& body, std::size_t start,
