@@ -27,11 +27,7 @@ std::optional<std::string> TagSet::value(TagField field) const {
 }
 
 TagFields TagSet::populatedFields() const {
-  TagFields fields;
-  for (const TagField field : allTagFields) {
-    if (value(field)) fields.insert(field);
-  }
-  return fields;
+  return differing(TagSet());
 }
 
 TagFields TagSet::differing(const TagSet& other) const {
