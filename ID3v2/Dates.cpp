@@ -14,10 +14,6 @@ namespace {
 constexpr std::string_view dateIdentifier = "TDRC";
 constexpr std::array<std::string_view, 3> oldIdentifiers{"TYER", "TDAT", "TIME"};
 
-constexpr std::size_t digitsOfAYear = 4;
-/// As in 20040506, which some programs write.
-constexpr std::size_t digitsOfADay = 8;
-
 /// Takes a date apart from its front.
 class DateText {
  public:
@@ -54,11 +50,11 @@ struct OldDate {
 
 OldDate oldDate(std::string_view text) {
   OldDate old;
-  // Longer runs of digits are no year in front of something: seconds since 1970 have nine or ten.
+  // Nine or ten digits are seconds since 1970, and no year in front of something.
   const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-  if (digits != digitsOfAYear && digits != digitsOfADay) return old;
+  if (digits == 9 || digits == 10) return old;
   DateText date(text);
-  const std::string_view year = date.take("", digitsOfAYear, 0, 9999);
+  const std::string_view year = date.take("", 4, 0, 9999);
   if (year.empty()) return old;
   old.texts[0] = year;
   old.isComplete = date.isDone();

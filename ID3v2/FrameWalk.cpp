@@ -138,15 +138,17 @@ FrameWalk walkFramesBy(Sizes sizes, const platform::SharedBytes& body, std::size
 FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version,
                      std::size_t limit) {
   FrameWalk own = walkFramesBy(Sizes::own, body, start, version, limit);
-  if (own.isComplete) return own;
+  if (own.isSound()) return own;
   // A size that is read wrongly swallows frames, and may lead to the end by chance.
   const auto isSounder = [&](const FrameWalk& walk) {
-    return walk.isComplete && walk.frames.size() >= own.frames.size();
+    return own.isComplete ? walk.isSound() && walk.frames.size() > own.frames.size()
+                          : walk.isComplete && walk.frames.size() >= own.frames.size();
   };
   FrameWalk other = walkFramesBy(Sizes::other, body, start, version, limit);
   if (isSounder(other)) return other;
   FrameWalk mixed = walkFramesBy(Sizes::mixed, body, start, version, limit);
-  return isSounder(mixed) || mixed.frames.size() > own.frames.size() ? mixed : own;
+  const bool leadsFurther = !own.isComplete && mixed.frames.size() > own.frames.size();
+  return leadsFurther || isSounder(mixed) ? mixed : own;
 }
 
 }  // namespace ID3v2

@@ -29,7 +29,7 @@ struct RawFrame {
 };
 
 /// More than any program writes. What many small frames take up in memory is far more than their bytes.
-inline constexpr std::size_t mostFrames = 10'000;
+inline constexpr std::size_t mostFrames = 0x8000;
 
 /// The frames in some bytes.
 struct FrameWalk {
@@ -40,6 +40,8 @@ struct FrameWalk {
   bool isComplete = false;
   /// The last frame ends in zero bytes, as the padding behind it does.
   bool mayHoldPadding = false;
+
+  bool isSound() const { return isComplete && !mayHoldPadding; }
 };
 
 /// The frames from `start` on, which must lie in the body, as tags and chapters of the version hold them

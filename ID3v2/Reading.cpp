@@ -28,11 +28,16 @@ FrameWalk walkBody(const SharedBytes& body, const TagHeader& header) {
   return walkFrames(body, start, header.version);
 }
 
-/// Whether the one walk leads through all frames, where the other does not, without having missed any: sizes
-/// that do not fit lead soon into some padding.
-bool isSounder(const FrameWalk& walk, const FrameWalk& incomplete) {
-  return walk.isComplete && !walk.mayHoldPadding && walk.frames.size() >= incomplete.frames.size() &&
-         std::ranges::none_of(walk.frames, &RawFrame::isOfV22);
+/// Whether the walk leads through all frames beyond doubt: sizes that do not fit lead soon into some padding,
+/// by what looks like identifiers of v2.2.
+bool isSound(const FrameWalk& walk) {
+  return walk.isSound() && std::ranges::none_of(walk.frames, &RawFrame::isOfV22);
+}
+
+/// Whether the first walk is sound, where the other one is not, and has missed nothing.
+bool isSounder(const FrameWalk& walk, const FrameWalk& other) {
+  const std::size_t least = other.frames.size() + (other.isComplete ? 1 : 0);
+  return isSound(walk) && walk.frames.size() >= least;
 }
 
 /// Unsynchronisation is applied to the whole body before v2.4 and to each frame since. Programs mix that up,
@@ -55,7 +60,7 @@ View viewOf(const SharedBytes& body, const TagHeader& header) {
   const bool isTold = std::ranges::any_of(usual.walk.frames, [&](const RawFrame& frame) {
     return saysUnsynchronised(frame.flags, header.version);
   });
-  if (usual.walk.isComplete || isTold) return usual;
+  if (isSound(usual.walk) || isTold) return usual;
   View unusual = header.version == 4 ? whole() : single();
   return isSounder(unusual.walk, usual.walk) ? unusual : usual;
 }

@@ -85,6 +85,7 @@ HAND_MADE = {
     "v2.3 two lists of artists": tag(3, f3("TPE1", text("A")), f3("TPE1", text("B\0A"))),
     "v2.3 blank description": tag(3, f3("COMM", b"\0deu \0d"), f3("TIT2", text("K"))),
     "v2.3 zeros": tag(3, f3("TYER", b"\0\0\0\5" + zlib.compress(text("0000")), 0x80), f3("TRCK", text("0"))),
+    "v2.4 zeros": tag(4, f4("TDRC", size4(5) + zlib.compress(text("0000")), 9), f4("TIT2", text("K"))),
     "v2.4 lengths": tag(4, f4("TBPM", size4(2) + text("0"), 1), f4("TSRC", size4(13) + text("USRC17607839"), 1)),
     "v2.3 one frame fills the tag": tag(3, f3("TIT2", text("Kyrie")), padding=0),
     "v2.4 unsynchronised frames": tag(4, f4("TIT2", text("ÿþ").replace(b"\xff", b"\xff\0"), 0x0002),
@@ -105,6 +106,7 @@ HAND_MADE = {
 ID3V1 = b"TAG" + b"".join(value.ljust(size, b"\0") for value, size in (
     (b"An old title  ", 30), ("V\xe4skelund".encode("latin-1"), 30), (b"An album", 30), (b"1977", 4), (b"A comment  ", 28))) + b"\0\5\x11"
 APE = b"APETAGEX" + struct.pack("<IIII8x", 2000, 32, 0, 0)
+AUDIO = b"\xff\xfb\x90\x64" + bytes(range(256)) * 4
 TECHNICAL = ("iTun", "ID3v1", "Songs-DB")
 
 
@@ -341,6 +343,22 @@ def check_blank_frames(program, folder, audio):
     check("blank frames: number", [path.read_bytes().count(name) for name in (b"COMM", b"APIC")], [1, 1])
 
 
+def check_unread_frames(program, folder):
+    """What cannot be read goes with its own field, is told then, and never with another field."""
+    path = folder / "track.mp3"
+    track, webp = f3("TRCK", b"\x81abc", 0x40), f3("APIC", b"\0image/webp\0\3\0RIFF")
+    encrypted = tag(4, f4("TPE1", b"\x81abc", 8))
+    for what, data, words, (status, outcome, told) in (
+            ("half of a frame", tag(3, track), ["--clear", "track-total"], (0, "unchanged", "")),
+            ("half of a frame is set", tag(3, track), ["--track-total", "3"], (2, "", "cannot keep the frame TRCK")),
+            ("a whole frame", tag(3, track), ["--title", "T", "--clear", "track-number,track-total"], (0, "updated", "drops its track number that")),
+            ("a picture", tag(3, webp), ["--title", "T", "--clear", "artwork"], (0, "updated", "drops its artwork (front cover, WebP")),
+            ("a frame that v2.3 cannot say", encrypted, ["--clear", "artist"], (2, "", "cannot keep the compressed frame TPE1"))):
+        path.write_bytes(data + AUDIO)
+        result = run(program, ["set", "--lossless", "--notes", *words, path.name], folder)
+        check(f"unread: {what}", (result[0], outcome in result[1].split("\n")[0], told in result[2]), (status, True, True))
+
+
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2])
     audio = audio_of(min(samples.glob("*.mp3"), key=os.path.getsize).read_bytes())
@@ -350,6 +368,7 @@ def main():
         folder = pathlib.Path(folder)
         check_every_field(program, folder, audio)
         check_blank_frames(program, folder, audio)
+        check_unread_frames(program, folder)
         for name, data in HAND_MADE.items():
             end = (APE if "APE" in name else b"") + (ID3V1 if "ID3v1" in name else b"")
             Proof(program, folder, name, data + audio + end, refused="refused" in name).all()

@@ -19,14 +19,22 @@ void readTagsAtTheEnd(platform::FileHandle& file, FileTags& tags) {
   tags.hasAPETag = ID3v2::hasAPETag(end);
 }
 
+bool isOf(TagFields fields, std::string_view identifier) {
+  return std::ranges::any_of(allTagFields, [&](TagField field) {
+    return fields.contains(field) && FieldFrames::isOf(field, identifier);
+  });
+}
+
 }  // namespace
+
+bool FileTags::hasUnreadable(TagFields fields) const {
+  return std::ranges::any_of(
+      unreadable, [&](const ID3v2::UnreadablePart& part) { return isOf(fields, part.identifier); });
+}
 
 std::string FileTags::unreadableFor(TagFields fields) const {
   for (const ID3v2::UnreadablePart& part : unreadable) {
-    const auto isOfPart = [&](TagField field) {
-      return fields.contains(field) && FieldFrames::isOf(field, part.identifier);
-    };
-    if (part.identifier.empty() || std::ranges::any_of(allTagFields, isOfPart)) return part.what;
+    if (part.identifier.empty() || isOf(fields, part.identifier)) return part.what;
   }
   return hasAPETag ? "its APE tag" : "";
 }

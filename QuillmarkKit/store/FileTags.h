@@ -24,6 +24,8 @@ struct FileTags {
   /// Looked for only where there is no ID3v2 tag.
   bool hasAPETag = false;
 
+  /// Whether there is a frame of one of the fields that cannot be read.
+  bool hasUnreadable(TagFields fields) const;
   /// What cannot be read though it may hold one of the fields, named for people; empty where there is
   /// nothing.
   std::string unreadableFor(TagFields fields) const;

@@ -172,6 +172,12 @@ void setArtwork(Tag& tag, const std::optional<Artwork>& artwork) {
   frame->original = {};
 }
 
+bool hasUnreadFrame(const Tag& tag, TagField field) {
+  return std::ranges::any_of(tag.frames, [&](const Frame& frame) {
+    return isOf(field, frame.identifier) && std::holds_alternative<ID3v2::Opaque>(frame.content);
+  });
+}
+
 }  // namespace
 
 TagSet fieldsOf(const Tag& tag) {
@@ -235,11 +241,15 @@ std::optional<std::string> uncarried(const Tag& tag, TagField field) {
     if (field == TagField::year && text.empty()) text = firstValue(tag, "TYER");
     if (!text.empty()) return TagDescriptions::inQuotes(text);
   }
-  const auto cannotBeRead = [&](const Frame& frame) {
-    return isOf(field, frame.identifier) && std::holds_alternative<ID3v2::Opaque>(frame.content);
-  };
-  if (std::ranges::any_of(tag.frames, cannotBeRead)) return "that cannot be read";
+  if (hasUnreadFrame(tag, field)) return "that cannot be read";
   return std::nullopt;
+}
+
+bool sharesUnreadFrame(const Tag& tag, TagField field, TagFields fields) {
+  const auto isShared = [&](TagField other) {
+    return !fields.contains(other) && identifierOf(other) == identifierOf(field);
+  };
+  return std::ranges::any_of(allTagFields, isShared) && hasUnreadFrame(tag, field);
 }
 
 std::string_view expectedValue(TagField field) {

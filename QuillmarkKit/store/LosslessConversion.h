@@ -25,6 +25,10 @@ TagSet heldForm(const TagSet& tags);
 /// format or the disc "A"; nothing where the field has its value or the tag says nothing.
 std::optional<std::string> uncarried(const ID3v2::Tag& tag, TagField field);
 
+/// Whether the field shares a frame that cannot be read with one that is not among `fields`, and would go
+/// with it.
+bool sharesUnreadFrame(const ID3v2::Tag& tag, TagField field, TagFields fields);
+
 /// The kind of value that the field takes, as in "expected a number".
 std::string_view expectedValue(TagField field);
 

@@ -7,6 +7,7 @@
 #include "ID3TagEditor/model/Mp3Extension.h"
 #include "ID3v2/Reading.h"
 #include "ID3v2/Writing.h"
+#include "QuillmarkKit/store/FieldFrames.h"
 #include "QuillmarkKit/store/FileTags.h"
 #include "QuillmarkKit/store/ID3Frames.h"
 #include "QuillmarkKit/store/LosslessConversion.h"
@@ -54,13 +55,27 @@ platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, const
   return bytes;
 }
 
-/// Those of the fields about which the tag says what their values cannot say.
+/// Those of the fields about which the tag says what their values cannot say, and which can go without
+/// another one.
 TagFields uncarriedFields(const ID3v2::Tag& tag, TagFields fields) {
   TagFields uncarried;
   for (const TagField field : allTagFields) {
-    if (fields.contains(field) && LosslessConversion::uncarried(tag, field)) uncarried.insert(field);
+    const bool isUncarried = fields.contains(field) && LosslessConversion::uncarried(tag, field) &&
+                             !LosslessConversion::sharesUnreadFrame(tag, field, fields);
+    if (isUncarried) uncarried.insert(field);
   }
   return uncarried;
+}
+
+/// What goes with a write, in words: what the fields hold that no listing shows, and what the tag hides.
+std::string losses(const FileTags& old, TagFields uncarried) {
+  std::string sentence = old.hasAPETag ? "hides its APE tag" : "";
+  for (const TagField field : allTagFields) {
+    if (!uncarried.contains(field)) continue;
+    sentence += sentence.empty() ? "drops its " : "; drops its ";
+    sentence += TagDescriptions::nameOf(field) + " " + *LosslessConversion::uncarried(old.tag, field);
+  }
+  return sentence.empty() ? sentence : sentence + ".";
 }
 
 }  // namespace
@@ -72,20 +87,27 @@ TagSet LosslessTagStore::tagsIn(platform::FileHandle& file) const {
 MP3TagStore::NewTag LosslessTagStore::newTag(const Change& change, platform::FileHandle& file) const {
   FileTags old = readTagsOfMP3(file);
   if (!old.unreadable.empty()) throw LosslessError::cannotKeep(file.path(), old.unreadable.front().what);
+  const TagFields uncarried = uncarriedFields(old.tag, change.cleared);
   TagFields changed = LosslessConversion::fieldsOf(old.tag).differing(change.tags);
-  changed.insert(uncarriedFields(old.tag, change.cleared));
+  changed.insert(uncarried);
+  for (const TagField field : allTagFields) {
+    if (changed.contains(field) && LosslessConversion::sharesUnreadFrame(old.tag, field, changed))
+      throw LosslessError::cannotKeep(file.path(),
+                                      "the frame " + std::string(FieldFrames::identifierOf(field)));
+  }
+  const std::string lost = tellsLosses() ? losses(old, uncarried) : "";
   LosslessConversion::setFields(old.tag, change.tags, changed);
   if (old.tag.frames.empty())
     throw TagFileError(ID3TagEditorError(ID3TagEditorError::invalidTagData), file.path());
-  return {.bytes = bytesOf(old.tag, change.tags, file.path()),
-          .audioStart = old.audioStart,
-          .losses = old.hasAPETag ? "hides its APE tag." : ""};
+  return {.bytes = bytesOf(old.tag, change.tags, file.path()), .audioStart = old.audioStart, .losses = lost};
 }
 
 bool LosslessTagStore::saysMore(TagFields fields, const std::filesystem::path& in) const {
   if (fields.isEmpty()) return false;
   platform::FileHandle file = openMP3(in);
-  return !uncarriedFields(readTagsOfMP3(file).tag, fields).isEmpty();
+  const FileTags tags = readTagsOfMP3(file);
+  // A frame that cannot be said in v2.3 keeps the file from being written, which is to be told.
+  return tags.hasUnreadable(fields) || !uncarriedFields(tags.tag, fields).isEmpty();
 }
 
 TagSet LosslessTagStore::readSource(const std::filesystem::path& from, TagFields fields) const {

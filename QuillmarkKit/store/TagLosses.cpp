@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <set>
+#include <unordered_map>
 #include <utility>
 
 #include "ID3v2/Reading.h"
@@ -85,13 +86,14 @@ std::string dateOf(const Tag& tag) {
 
 /// A year has four digits in one tag, and as many as it takes in another.
 std::string_view withoutZerosInFront(std::string_view date) {
-  date.remove_prefix(std::min(date.find_first_not_of('0'), date.size()));
+  while (date.size() > 1 && date[0] == '0' && platform::Text::isASCIIDigit(date[1])) date.remove_prefix(1);
   return date;
 }
 
 class Comparison {
  public:
   Comparison(const Tag& expected, const Tag& found) : expected_(expected), found_(found) {
+    for (const Frame& frame : expected.frames) ++counts_[frame.identifier];
     for (const Frame& frame : expected.frames) {
       if (isWholeByItself(frame) && isThere(frame)) continue;
       std::visit([&](const auto& content) { compare(frame, content); }, frame.content);
@@ -148,8 +150,9 @@ class Comparison {
   }
 
   /// Whether an equal frame says the same whatever else stands in its tag, and in whatever form it is.
-  static bool isWholeByItself(const Frame& frame) {
-    return !std::holds_alternative<ID3v2::Text>(frame.content) &&
+  bool isWholeByItself(const Frame& frame) const {
+    const bool isText = std::holds_alternative<ID3v2::Text>(frame.content);
+    return (!isText || counts_.at(frame.identifier) == 1) &&
            !std::holds_alternative<ID3v2::Chapter>(frame.content) &&
            !std::holds_alternative<ID3v2::TableOfContents>(frame.content);
   }
@@ -254,6 +257,7 @@ class Comparison {
   const Tag& expected_;
   const Tag& found_;
   std::size_t behindLast_ = 0;
+  std::unordered_map<std::string_view, std::size_t> counts_;
   std::set<std::string> comparedTexts_;
   std::vector<Group> groups_;
   std::vector<std::string> changed_;
@@ -270,17 +274,22 @@ std::string joined(const std::vector<std::string>& items) {
   return text;
 }
 
-/// What described a comment or a picture goes with it when another one is asked for.
+/// What described a comment or a picture goes with it when another one is asked for: that one alone.
 void forgetOldDescriptions(Tag& tag, const TagSet& wanted, TagFields asked) {
+  TagFields rest = asked;
+  const auto forget = [&](TagField field, bool isNew, std::string& description) {
+    if (!isNew || !rest.contains(field)) return;
+    description.clear();
+    rest = rest.without({field});
+  };
   for (Frame& frame : tag.frames) {
     if (auto* picture = std::get_if<Picture>(&frame.content)) {
-      const bool isNew =
-          asked.contains(TagField::artwork) && wanted.artwork && picture->data == wanted.artwork->data;
-      if (isNew) picture->description.clear();
+      forget(TagField::artwork, wanted.artwork && picture->data == wanted.artwork->data,
+             picture->description);
     } else if (auto* text = std::get_if<LanguageText>(&frame.content)) {
       const bool isComment = frame.identifier == "COMM";
-      const bool isAsked = asked.contains(isComment ? TagField::comment : TagField::lyrics);
-      if (isAsked && text->text == (isComment ? wanted.comment : wanted.lyrics)) text->description.clear();
+      forget(isComment ? TagField::comment : TagField::lyrics,
+             text->text == (isComment ? wanted.comment : wanted.lyrics), text->description);
     }
   }
 }
