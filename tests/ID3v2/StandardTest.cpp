@@ -61,23 +61,19 @@ struct Row {
   std::string unreadable = {};
 };
 
+// clang-format off
 const Row rows[] = {
     {"v2.3 stays as it is",
-     v3().frame("TIT2", "\1"s + utf16("a"), 0xE000)
-         .text("TPE1", "x")
-         .frame("tit2", "?")
-         .padding(9)
+     v3().frame("TIT2", "\1"s + utf16("a"), 0xE000).text("TPE1", "x").frame("tit2", "?").padding(9)
          .characters(),
      v3().frame("TIT2", "\1"s + utf16("a"), 0xE000).text("TPE1", "x").frame("tit2", "?")},
     {"an unsynchronised v2.3 tag",
      v3(0x80).raw(unsynchronised(frames(v3().frame("APIC", picture).text("TALB", "a")))).characters(),
      v3().frame("APIC", picture).text("TALB", "a")},
     {"unsynchronised v2.4 frames, with and without a length",
-     v4(0x80)
-         .frame("APIC", unsynchronised(picture), 2)
+     v4(0x80).frame("APIC", unsynchronised(picture), 2)
          .frame("APIC", TagBytes::synchsafe(picture.size()) + unsynchronised(picture), 3)
-         .frame("PRIV", "not so\0\xFF\0\xFF"s, 2)
-         .characters(),
+         .frame("PRIV", "not so\0\xFF\0\xFF"s, 2).characters(),
      v3().frame("APIC", picture).frame("APIC", picture).frame("PRIV", "not so\0\xFF\0\xFF"s)},
     {"a v2.4 tag unsynchronised as a whole, which its sizes do not count",
      v4(0x80).raw(unsynchronised(frames(v4().frame("APIC", picture).text("TALB", "a")))).characters(),
@@ -94,72 +90,45 @@ const Row rows[] = {
      v3().text("TALB", "a")},
     {"less than the size of one", v3(0x40).raw("\0\0\0"s).characters(), v3()},
     {"compression and lengths",
-     v4().frame("TIT2", "\0\0\0\x1F"s + deflatedUTF8, 9)
-         .frame("TPE1", deflatedUTF8, 8)
-         .frame("TPE2", "\0\0\0\3\3ab"s, 1)
-         .characters(),
+     v4().frame("TIT2", "\0\0\0\x1F"s + deflatedUTF8, 9).frame("TPE1", deflatedUTF8, 8)
+         .frame("TPE2", "\0\0\0\3\3ab"s, 1).characters(),
      v3().text("TIT2", tenTimes).text("TPE1", tenTimes).text("TPE2", "ab")},
     {"a compressed frame of v2.3 stays as it is",
      v3().frame("TIT2", "\0\0\0\x1F"s + deflatedLatin1, 0x80).characters(),
      v3().frame("TIT2", "\0\0\0\x1F"s + deflatedLatin1, 0x80)},
     {"what would take up too much memory, or is more than a zlib stream, stays compressed",
      v4().frame("TIT2", "\0\4\x22\x71"s + deflatedBomb, 9)
-         .frame("TPE1", "\0\0\0\x1F"s + deflatedUTF8 + "?", 9)
-         .characters(),
+         .frame("TPE1", "\0\0\0\x1F"s + deflatedUTF8 + "?", 9).characters(),
      v3().frame("TIT2", "\0\1\x11\x71"s + deflatedBomb, 0x80)
          .frame("TPE1", "\0\0\0\x1F"s + deflatedUTF8 + "?", 0x80)},
     {"status flags, groups and encryption at their places",
-     v4().frame("TIT2", "G\3a", 0x5040)
-         .frame("PRIV", "Go\0d"s, 0x2040)
-         .frame("TPE1", "Mxx", 4)
-         .frame("TPE2", "GM\0\0\0\x9xx"s, 0x4D)
-         .characters(),
-     v3().frame("TIT2", "G\0a"s, 0xA020)
-         .frame("PRIV", "Go\0d"s, 0x4020)
-         .frame("TPE1", "Mxx", 0x40)
+     v4().frame("TIT2", "G\3a", 0x5040).frame("PRIV", "Go\0d"s, 0x2040).frame("TPE1", "Mxx", 4)
+         .frame("TPE2", "GM\0\0\0\x9xx"s, 0x4D).characters(),
+     v3().frame("TIT2", "G\0a"s, 0xA020).frame("PRIV", "Go\0d"s, 0x4020).frame("TPE1", "Mxx", 0x40)
          .frame("TPE2", "\0\0\0\x9MGxx"s, 0xE0)},
     {"an encrypted frame whose length has no place",
      v4().frame("TIT2", "M\0\0\0\2xx"s, 5).text("TALB", "a").characters(), v3().text("TALB", "a"),
      "the encrypted frame TIT2"},
     {"all encodings, terminators, several values",
-     v4().frame("TIT2", "\0\xE9\0\0"s)
-         .frame("TPE1", "\1\xFE\xFF\0A\0\0\x20\xAC"s)
-         .frame("TPE2", "\2\x20\xAC\0\0"s)
-         .frame("TCOM", "\3\xC3\xA9\0\xE2\x82\xAC\0"s)
-         .frame("TPE3", "\1\xFF\xFE\xAC"s)
-         .frame("TEXT", "\3\xFF")
-         .characters(),
-     v3().frame("TIT2", "\0\xE9"s)
-         .frame("TPE1", "\1\xFF\xFE\x41\0\0\0\xFF\xFE\xAC\x20"s)
-         .frame("TPE2", "\1\xFF\xFE\xAC\x20")
-         .frame("TCOM", "\1\xFF\xFE\xE9\0\0\0\xFF\xFE\xAC\x20"s)
-         .frame("TPE3", "\0\xAC"s)
-         .frame("TEXT", "\3\xFF")},
+     v4().frame("TIT2", "\0\xE9\0\0"s).frame("TPE1", "\1\xFE\xFF\0A\0\0\x20\xAC"s)
+         .frame("TPE2", "\2\x20\xAC\0\0"s).frame("TCOM", "\3\xC3\xA9\0\xE2\x82\xAC\0"s)
+         .frame("TPE3", "\1\xFF\xFE\xAC"s).frame("TEXT", "\3\xFF").characters(),
+     v3().frame("TIT2", "\0\xE9"s).frame("TPE1", "\1\xFF\xFE\x41\0\0\0\xFF\xFE\xAC\x20"s)
+         .frame("TPE2", "\1\xFF\xFE\xAC\x20").frame("TCOM", "\1\xFF\xFE\xE9\0\0\0\xFF\xFE\xAC\x20"s)
+         .frame("TPE3", "\0\xAC"s).frame("TEXT", "\3\xFF")},
     {"texts inside of frames",
-     v4().frame("COMM", "\3engd\0\xE2\x82\xAC"s)
-         .frame("USLT", "\3xxx\0"s)
-         .frame("TXXX", "\2\0d\0\0\0v"s)
-         .frame("APIC", "\3image/png\0\4\xC3\xA9\0\x89PNG"s)
-         .frame("WXXX", "\3\xC3\xA9\0http"s)
+     v4().frame("COMM", "\3engd\0\xE2\x82\xAC"s).frame("USLT", "\3xxx\0"s).frame("TXXX", "\2\0d\0\0\0v"s)
+         .frame("APIC", "\3image/png\0\4\xC3\xA9\0\x89PNG"s).frame("WXXX", "\3\xC3\xA9\0http"s)
          .frame("GEOB", "\3a/b\0f\0\xC3\xA9\0\0\1"s)
-         .frame("SYLT", "\3eng\2\1d\0s\0\0\0\0\1\xC3\xA9\0\0\0\0\2"s)
-         .frame("USER", "\2eng\x20\xAC")
-         .frame("OWNE", "\3EUR1\00020200101s"s)
-         .frame("COMR", "\3EUR1\00020200101u\0\1s\0d\0m\0l"s)
-         .frame("IPLS", "\3r\0\xC3\xA9"s)
-         .frame("GEOB", "\3no layout")
-         .characters(),
+         .frame("SYLT", "\3eng\2\1d\0s\0\0\0\0\1\xC3\xA9\0\0\0\0\2"s).frame("USER", "\2eng\x20\xAC")
+         .frame("OWNE", "\3EUR1\00020200101s"s).frame("COMR", "\3EUR1\00020200101u\0\1s\0d\0m\0l"s)
+         .frame("IPLS", "\3r\0\xC3\xA9"s).frame("GEOB", "\3no layout").characters(),
      v3().frame("COMM", "\1eng"s + utf16("d") + "\0\0\xFF\xFE\xAC\x20"s)
-         .frame("USLT", "\1xxx\xFF\xFE\0\0\xFF\xFE\0\0"s)
-         .frame("TXXX", "\0d\0v"s)
-         .frame("APIC", "\0image/png\0\4\xE9\0\x89PNG"s)
-         .frame("WXXX", "\0\xE9\0http"s)
-         .frame("GEOB", "\0a/b\0f\0\xE9\0\0\1"s)
-         .frame("SYLT", "\0eng\2\1d\0s\0\0\0\0\1\xE9\0\0\0\0\2"s)
-         .frame("USER", "\1eng\xFF\xFE\xAC\x20")
-         .frame("OWNE", "\0EUR1\00020200101s"s)
-         .frame("COMR", "\0EUR1\00020200101u\0\1s\0d\0m\0l"s)
-         .frame("IPLS", "\0r\0\xE9"s)
+         .frame("USLT", "\1xxx\xFF\xFE\0\0\xFF\xFE\0\0"s).frame("TXXX", "\0d\0v"s)
+         .frame("APIC", "\0image/png\0\4\xE9\0\x89PNG"s).frame("WXXX", "\0\xE9\0http"s)
+         .frame("GEOB", "\0a/b\0f\0\xE9\0\0\1"s).frame("SYLT", "\0eng\2\1d\0s\0\0\0\0\1\xE9\0\0\0\0\2"s)
+         .frame("USER", "\1eng\xFF\xFE\xAC\x20").frame("OWNE", "\0EUR1\00020200101s"s)
+         .frame("COMR", "\0EUR1\00020200101u\0\1s\0d\0m\0l"s).frame("IPLS", "\0r\0\xE9"s)
          .frame("GEOB", "\3no layout")},
     {"plain sizes in v2.4",
      v4().raw("TIT2\0\0\0\xC9\0\0\3"s + long200).raw("TPE1\0\0\1\1\0\0\3"s + twoValues).characters(),
@@ -169,21 +138,10 @@ const Row rows[] = {
     {"empty frames are passed", v4().frame("TIT2", "").frame("TPE1", "").text("TALB", "a").characters(),
      v3().text("TALB", "a")},
     {"identifiers and layouts of v2.2",
-     v2().text("TT2", "t")
-         .frame("PIC", "\0PNG\3d\0\x89PNG"s)
-         .frame("PIC", "\0-->\4\0http"s)
-         .text("TSP", "s")
-         .frame("LNK", "TT2u\0"s)
-         .frame("COM", "\0eng\0c"s)
-         .frame("CNT", "\0\0\0\1"s)
-         .characters(),
-     v3().text("TIT2", "t")
-         .frame("APIC", "\0image/png\0\3d\0\x89PNG"s)
-         .frame("APIC", "\0-->\0\4\0http"s)
-         .text("TSOP", "s")
-         .frame("LINK", "TIT2u\0"s)
-         .frame("COMM", "\0eng\0c"s)
-         .frame("PCNT", "\0\0\0\1"s)},
+     v2().text("TT2", "t").frame("PIC", "\0PNG\3d\0\x89PNG"s).frame("PIC", "\0-->\4\0http"s).text("TSP", "s")
+         .frame("LNK", "TT2u\0"s).frame("COM", "\0eng\0c"s).frame("CNT", "\0\0\0\1"s).characters(),
+     v3().text("TIT2", "t").frame("APIC", "\0image/png\0\3d\0\x89PNG"s).frame("APIC", "\0-->\0\4\0http"s)
+         .text("TSOP", "s").frame("LINK", "TIT2u\0"s).frame("COMM", "\0eng\0c"s).frame("PCNT", "\0\0\0\1"s)},
     {"what v2.2 has alone",
      v2().frame("CRM", "o\0e\0d"s).frame("XYZ", "?").frame("PIC", "\0JP"s).text("TAL", "a").characters(),
      v3().text("TALB", "a"),
@@ -201,47 +159,29 @@ const Row rows[] = {
      v4().frame("TIT2", "\3" + long200).frame("\x80TT2", "\3t").padding(200).characters(),
      v3().text("TIT2", long200), "what stands behind TIT2 in its tag"},
     {"what leads into the padding once a tag that is cut short is taken for unsynchronised as a whole",
-     v4(0x80)
-         .frame("TIT2", "\1\xFF\0\xFE\x41\0"s)
-         .frame("TPE1", "\1\xFF\0\xFE\x42\0"s)
-         .text("TALB", "a")
-         .raw("\1\2\3")
-         .padding(2000)
-         .characters(),
+     v4(0x80).frame("TIT2", "\1\xFF\0\xFE\x41\0"s).frame("TPE1", "\1\xFF\0\xFE\x42\0"s).text("TALB", "a")
+         .raw("\1\2\3").padding(2000).characters(),
      v3().frame("TIT2", "\0A"s).frame("TPE1", "\0B"s).text("TALB", "a"),
      "what stands behind TALB in its tag"},
     {"the same where the frames tell that each is unsynchronised",
-     v4(0x80)
-         .frame("TIT2", "\3a", 2)
-         .frame("PRIV", unsynchronised(repeated(6, "\xFF\xE0")), 2)
-         .raw("\0\0TT"s)
-         .padding(20)
-         .characters(),
+     v4(0x80).frame("TIT2", "\3a", 2).frame("PRIV", unsynchronised(repeated(6, "\xFF\xE0")), 2).raw("\0\0TT"s)
+         .padding(20).characters(),
      v3().text("TIT2", "a").frame("PRIV", repeated(6, "\xFF\xE0")), "what stands behind PRIV in its tag"},
     {"sizes in v2.4 of which one leads to the end by its other reading",
      v4().frame("TIT2", "\3" + long200).text("TALB", "a").raw(std::string(116, '?')).characters(),
      v3().text("TIT2", long200).text("TALB", "a"), "what stands behind TALB in its tag"},
     {"a size in v2.3 that leads into the padding, where all are synchsafe",
-     v3().text("TIT2", "t")
-         .raw("TALB\0\0\1\x49\0\0\0"s + long200)
-         .text("TPE1", "x")
-         .padding(999)
+     v3().text("TIT2", "t").raw("TALB\0\0\1\x49\0\0\0"s + long200).text("TPE1", "x").padding(999)
          .characters(),
      v3().text("TIT2", "t").text("TALB", long200).text("TPE1", "x")},
     {"a v2.3 tag unsynchronised frame by frame, which leads into the padding as a whole",
-     v3(0x80)
-         .frame("TALB", "\1\xFF\0\xFE\x41\0"s)
-         .text("TPE1", "x")
-         .text("TCON", "y")
-         .padding(2000)
+     v3(0x80).frame("TALB", "\1\xFF\0\xFE\x41\0"s).text("TPE1", "x").text("TCON", "y").padding(2000)
          .characters(),
      v3().frame("TALB", "\0A"s).text("TPE1", "x").text("TCON", "y")},
     {"plain sizes in v2.4, one of which leads on inside its frame too",
      v4().raw("TIT2\0\0\0\xC9\0\0\3"s + long200)
          .raw("PRIV\0\0\1\x13\0\0"s + std::string(147, 'o') + frames(v3().text("TPE1", "x")) +
-              std::string(116, 'o'))
-         .text("TALB", "a")
-         .characters(),
+              std::string(116, 'o')).text("TALB", "a").characters(),
      v3().text("TIT2", long200)
          .frame("PRIV", std::string(147, 'o') + frames(v3().text("TPE1", "x")) + std::string(116, 'o'))
          .text("TALB", "a")},
@@ -258,18 +198,15 @@ const Row rows[] = {
     {"a tag longer than its file", v3().text("TALB", "a").declaring(900), v3().text("TALB", "a"),
      "the end of its tag, which the file does not hold"},
     {"chapters of v2.4",
-     v4().frame("CTOC", "t\0\3\2c1\0c2\0"s + frames(v4().frame("TIT2", "\3T")))
-         .frame("CHAP",
+     v4().frame("CTOC", "t\0\3\2c1\0c2\0"s + frames(v4().frame("TIT2", "\3T"))).frame("CHAP",
                 chapterStart + frames(v4().frame("TIT2", "\3" + long200).frame("WXXX", "\3\xC3\xA9\0u"s)))
          .characters(),
      v3().frame("CTOC", "t\0\3\2c1\0c2\0"s + frames(v3().text("TIT2", "T")))
          .frame("CHAP", chapterStart + frames(v3().text("TIT2", long200).frame("WXXX", "\0\xE9\0u"s)))},
     {"a chapter that cannot be converted",
      v4().frame("CHAP", chapterStart + "?")
-         .frame("CHAP", chapterStart + frames(v4().frame("TIT2", "M\0\0\0\2xx"s, 5)))
-         .frame("CTOC", "?")
-         .text("TALB", "a")
-         .characters(),
+         .frame("CHAP", chapterStart + frames(v4().frame("TIT2", "M\0\0\0\2xx"s, 5))).frame("CTOC", "?")
+         .text("TALB", "a").characters(),
      v3().frame("CTOC", "?").text("TALB", "a"), "the frame CHAP; the frame CHAP"},
     {"the date that a year holds", v4().text("TDRC", "2004").characters(), v3().text("TYER", "2004")},
     {"a day", v4().text("TDRC", "2004-06-05").characters(), v3().text("TYER", "2004").text("TDAT", "0506")},
@@ -285,6 +222,7 @@ const Row rows[] = {
     {"links", v4().frame("WOAR", "http\0x"s).frame("WFED", "\0u\0"s).characters(),
      v3().frame("WOAR", "http\0x"s).frame("WFED", "\0u"s)},
 };
+// clang-format on
 
 }  // namespace
 
