@@ -115,6 +115,8 @@ FrameWalk walkFramesBy(Sizes sizes, const platform::SharedBytes& body, std::size
   const Layout layout = layoutOf(version);
   FrameWalk walk{.frames = {}, .end = start};
   const ByteView bytes = body;
+  constexpr std::size_t usualCount = 16;
+  walk.frames.reserve(usualCount);
   while (walk.frames.size() < limit && hasHeaderAt(bytes, walk.end, version)) {
     const std::size_t at = walk.end;
     const auto size = sizeAt(sizes, bytes, at, version);

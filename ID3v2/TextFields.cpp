@@ -1,6 +1,7 @@
 #include "ID3v2/TextFields.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/Text.h"
 
@@ -79,6 +80,7 @@ std::optional<std::string> TextDecoder::text(ByteView bytes) {
   if (hasBigEndianMark || startsWith(bytes, 0xFF, 0xFE)) {
     isBigEndian_ = hasBigEndianMark;
     isOrderKnown_ = true;
+    if (bytes.size() % 2 == 0) return Text::fromUTF16(bytes);
     bytes = bytes.subspan(2);
   } else if (!isOrderKnown_ && bytes.size() >= 2) {
     isBigEndian_ = bytes[0] == 0 && bytes[1] != 0;
@@ -92,10 +94,13 @@ std::optional<std::string> TextDecoder::values(ByteView bytes) {
     // Each value can have a mark of its own.
     for (bool isFirst = true; !bytes.empty(); isFirst = false) {
       const Cut next = cut(bytes);
-      const auto value = text(next.text);
+      auto value = text(next.text);
       if (!value) return std::nullopt;
-      if (!isFirst) values.push_back('\0');
-      values += *value;
+      if (isFirst) {
+        values = std::move(*value);
+      } else {
+        values.append(1, '\0').append(*value);
+      }
       bytes = next.rest;
     }
   } else {
