@@ -4,15 +4,6 @@
 
 namespace tests {
 
-TEST(Text, ReplacesWhatIsNoUTF8) {
-  for (const auto& [bytes, text] : {std::pair<std::string, std::string>{"é\u20AC😀", "é\u20AC😀"},
-                                    {"\xE9t\xE9", "\uFFFDt\uFFFD"},
-                                    {"a\xC3", "a\uFFFD"}}) {
-    EXPECT_EQ(platform::Text::fromUTF8Lossily(bytes), text);
-    EXPECT_EQ(platform::Text::isValidUTF8(bytes), bytes == text) << text;
-  }
-}
-
 TEST(Text, ShowsWhatWouldCommandATerminal) {
   using platform::Text::visible;
   EXPECT_EQ(visible("é\u20AC😀 \\ \u200D\u2069\u061C"), "é\u20AC😀 \\ \u200D\\u2069\\u061c");
