@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <set>
-#include <unordered_map>
 #include <utility>
 
 #include "ID3v2/Reading.h"
@@ -93,7 +92,6 @@ std::string_view withoutZerosInFront(std::string_view date) {
 class Comparison {
  public:
   Comparison(const Tag& expected, const Tag& found) : expected_(expected), found_(found) {
-    for (const Frame& frame : expected.frames) ++counts_[frame.identifier];
     for (const Frame& frame : expected.frames) {
       if (isWholeByItself(frame) && isThere(frame)) continue;
       std::visit([&](const auto& content) { compare(frame, content); }, frame.content);
@@ -149,11 +147,9 @@ class Comparison {
     }
   }
 
-  /// Whether an equal frame says the same whatever else stands in its tag, and in whatever form it is.
-  bool isWholeByItself(const Frame& frame) const {
-    const bool isText = std::holds_alternative<ID3v2::Text>(frame.content);
-    return (!isText || counts_.at(frame.identifier) == 1) &&
-           !std::holds_alternative<ID3v2::Chapter>(frame.content) &&
+  /// Whether an equal frame says the same in whatever form it is.
+  static bool isWholeByItself(const Frame& frame) {
+    return !std::holds_alternative<ID3v2::Chapter>(frame.content) &&
            !std::holds_alternative<ID3v2::TableOfContents>(frame.content);
   }
 
@@ -257,7 +253,6 @@ class Comparison {
   const Tag& expected_;
   const Tag& found_;
   std::size_t behindLast_ = 0;
-  std::unordered_map<std::string_view, std::size_t> counts_;
   std::set<std::string> comparedTexts_;
   std::vector<Group> groups_;
   std::vector<std::string> changed_;
@@ -346,11 +341,9 @@ std::string ofReading(const FileTags& tags, const TagSet& read, TagFields select
     }
     const bool isYear = field == TagField::year;
     const std::string what = isYear ? "date " + dateOf(tag) : TagDescriptions::nameOf(field) + " " + *said;
-    const std::string_view notRead = isYear ? " is not read as a year" : " is not read";
-    addTo(sentence, ", ", "its " + what);
-    sentence += now.empty() ? notRead
-                : isYear    ? " is read as the year " + now
-                            : " is read as " + inQuotes(now);
+    addTo(sentence, ", ", "its " + what + (now.empty() ? " is not read" : " is read"));
+    if (isYear) sentence += now.empty() ? " as a year" : " as the year " + now;
+    if (!isYear && !now.empty()) sentence += " as " + inQuotes(now);
   }
   if (const std::string unreadable = tags.unreadableFor(selected); !unreadable.empty()) {
     addTo(sentence, ", ", unreadable + " is not read");

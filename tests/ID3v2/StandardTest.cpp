@@ -188,6 +188,10 @@ const Row rows[] = {
     {"more frames than any program writes",
      v3().raw(repeated(0x8001, frames(v3().text("TALB", "a")))).characters(),
      v3().raw(repeated(0x8000, frames(v3().text("TALB", "a")))), "what stands behind TALB in its tag"},
+    {"more of them than that in chapters",
+     v4().frame("CHAP", chapterStart + repeated(20'000, frames(v4().text("TIT2", "T"))))
+         .frame("CHAP", chapterStart + repeated(20'000, frames(v4().text("TIT2", "T")))).characters(),
+     v3().frame("CHAP", chapterStart + repeated(20'000, frames(v3().text("TIT2", "T")))), "the frame CHAP"},
     {"a user text without a text", v4().frame("TXXX", "\3k\0"s).characters(),
      v3().frame("TXXX", "\1"s + utf16("k") + "\0\0\xFF\xFE\0\0"s)},
     {"seconds since 1970", v4().text("TDRC", "981173106").characters(), v3().text("TDRC", "981173106")},
