@@ -32,12 +32,6 @@ std::optional<ID3Tag> ID3TagEditor::read(const platform::SharedBytes& mp3) const
   return collaborators_->id3TagParser.parse(mp3);
 }
 
-std::optional<ID3Tag> ID3TagEditor::read(platform::FileHandle& from) const {
-  std::optional<platform::Bytes> tag = collaborators_->mp3FileReader.readID3TagFrom(from);
-  if (!tag) return std::nullopt;
-  return collaborators_->id3TagParser.parse(std::move(*tag));
-}
-
 std::optional<std::uint64_t> ID3TagEditor::tagLength(platform::FileHandle& of) const {
   return collaborators_->mp3FileReader.tagLength(of);
 }
@@ -51,8 +45,8 @@ void ID3TagEditor::write(ID3Tag& tag, const std::filesystem::path& to,
   collaborators_->mp3FileWriter.write(newTag, current, audioStart, andSaveTo);
 }
 
-platform::Bytes ID3TagEditor::tagData(ID3Tag& tag) const {
-  return collaborators_->id3TagCreator.create(tag);
+platform::Bytes ID3TagEditor::tagData(ID3Tag& tag, std::size_t spare) const {
+  return collaborators_->id3TagCreator.create(tag, spare);
 }
 
 platform::Bytes ID3TagEditor::write(ID3Tag& tag, const platform::SharedBytes& mp3) const {

@@ -27,9 +27,8 @@ class ID3TagEditor {
   /// The tag that the bytes start with; nothing when there is none. Throws `corruptedFile` when the bytes are
   /// fewer than the tag's header tells. Pictures keep the bytes alive.
   std::optional<ID3Tag> read(const platform::SharedBytes& mp3) const;
-  /// As for a path, of a file that is open.
-  std::optional<ID3Tag> read(platform::FileHandle& from) const;
-  /// The bytes that the open file's tag takes; nothing when it starts with none. Throws as `read` does.
+  /// Returns the number of bytes that the open file's tag takes, or nothing if it starts with none. Throws
+  /// `corruptedFile` and platform::FileError.
   std::optional<std::uint64_t> tagLength(platform::FileHandle& of) const;
 
   /// Writes the audio of the file `to` behind the new tag, into the file `andSaveTo` or, when that is absent,
@@ -45,8 +44,9 @@ class ID3TagEditor {
   /// The bytes of an MP3 file with the new tag in the place of their own. Throws ID3TagEditorError.
   platform::Bytes write(ID3Tag& tag, const platform::SharedBytes& mp3) const;
   platform::Bytes write(ID3Tag&& tag, const platform::SharedBytes& mp3) const { return write(tag, mp3); }
-  /// The bytes of the tag alone, header and padding included. Throws `invalidTagData` and `tagTooBig`.
-  platform::Bytes tagData(ID3Tag& tag) const;
+  /// Returns the bytes of the tag alone, header and padding included, with capacity for `spare` more. Throws
+  /// `invalidTagData` and `tagTooBig`.
+  platform::Bytes tagData(ID3Tag& tag, std::size_t spare = 0) const;
 
  private:
   struct Collaborators;

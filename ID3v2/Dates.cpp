@@ -50,9 +50,7 @@ struct OldDate {
 
 OldDate oldDate(std::string_view text) {
   OldDate old;
-  // Nine or ten digits are seconds since 1970, and no year in front of something.
-  const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-  if (digits == 9 || digits == 10) return old;
+  if (areSecondsSince1970(std::min(text.find_first_not_of("0123456789"), text.size()))) return old;
   DateText date(text);
   const std::string_view year = date.take("", 4, 0, 9999);
   if (year.empty()) return old;

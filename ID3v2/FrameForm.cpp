@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "platform/Formats.h"
+
 namespace ID3v2 {
 
 namespace {

@@ -4,6 +4,8 @@
 #include <array>
 #include <optional>
 
+#include "platform/Formats.h"
+
 namespace ID3v2 {
 
 namespace {

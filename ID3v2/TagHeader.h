@@ -5,10 +5,11 @@
 #include <optional>
 
 #include "platform/Bytes.h"
+#include "platform/Formats.h"
 
 namespace ID3v2 {
 
-inline constexpr std::size_t tagHeaderSize = 10;
+using platform::tagHeaderSize;
 
 /// The header of a tag (ID3v2.2.0 §3.1, ID3v2.3.0 §3.1, ID3v2.4.0 structure §3.1).
 struct TagHeader {

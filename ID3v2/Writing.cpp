@@ -10,6 +10,7 @@
 #include "ID3v2/FrameForm.h"
 #include "ID3v2/TagHeader.h"
 #include "ID3v2/TextFields.h"
+#include "platform/Formats.h"
 #include "platform/Text.h"
 
 namespace ID3v2 {
@@ -18,8 +19,8 @@ namespace {
 
 using platform::Bytes;
 
-/// What the size field of a tag's header can tell.
-constexpr std::size_t greatestBodySize = (std::size_t{1} << 28) - 1;
+/// The largest number that the size field of a tag's header can hold.
+constexpr std::size_t greatestBodySize = platform::synchsafeLimit - 1;
 
 void appendByte(Bytes& bytes, TextEncoding encoding) {
   bytes.push_back(static_cast<std::uint8_t>(encoding));
@@ -156,12 +157,27 @@ class TagWriter {
   }
 };
 
+/// Returns the size of the long parts of the frames, so that a long tag is not copied while it grows.
+std::size_t expectedSize(const std::vector<Frame>& frames) {
+  constexpr std::size_t usualSize = 256;
+  std::size_t size = 0;
+  for (const Frame& frame : frames) {
+    size += frame.original.size() + usualSize;
+    if (!frame.original.empty()) continue;
+    if (const auto* picture = std::get_if<Picture>(&frame.content)) size += picture->data.size();
+    if (const auto* opaque = std::get_if<Opaque>(&frame.content)) size += opaque->bytes.size();
+  }
+  return size;
+}
+
 }  // namespace
 
 Written write(const Tag& tag, std::size_t padding) {
   TagWriter writer;
+  const std::vector<Frame> frames = withDatesOfV23(tag.frames);
+  writer.bytes.reserve(tagHeaderSize + expectedSize(frames) + padding);
   writer.bytes = {'I', 'D', '3', 3, 0, 0, 0, 0, 0, 0};
-  writer.appendFrames(withDatesOfV23(tag.frames));
+  writer.appendFrames(frames);
   const std::size_t framesSize = writer.bytes.size() - tagHeaderSize;
   if (framesSize > greatestBodySize || padding > greatestBodySize - framesSize) {
     writer.notKept.emplace_back("a tag of more than 256 MiB");

@@ -2,8 +2,8 @@
 #include "ID3v2/Reading.h"
 #include "ID3v2/TagsAtTheEnd.h"
 #include "ID3v2/Writing.h"
-#include "QuillmarkKit/store/LosslessConversion.h"
-#include "QuillmarkKit/store/TagLosses.h"
+#include "QuillmarkKit/store/standard/LosslessConversion.h"
+#include "QuillmarkKit/store/standard/TagLosses.h"
 #include "fuzz/FuzzTarget.h"
 
 using namespace QuillmarkKit;

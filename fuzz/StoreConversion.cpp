@@ -1,18 +1,14 @@
-#include <sys/mman.h>
-#include <unistd.h>
-
 #include <utility>
 #include <vector>
 
 #include "ID3TagEditor/ID3TagEditor.h"
-#include "QuillmarkKit/store/ID3Frames.h"
-#include "QuillmarkKit/store/TagConversion.h"
+#include "QuillmarkKit/store/engine/ID3Frames.h"
+#include "QuillmarkKit/store/engine/TagConversion.h"
 #include "fuzz/FuzzTarget.h"
 #include "fuzz/ReadingRules.h"
-#include "platform/FileHandle.h"
 
 using namespace QuillmarkKit;
-using ID3Frames::FrameData;
+using ID3Frames::UnmanagedFrames;
 using platform::SharedBytes;
 
 namespace {
@@ -33,17 +29,7 @@ TagSet lastingTags(const ID3TagEditor::ID3Tag& tag) {
   return tags;
 }
 
-/// The frames that no tag set holds, from an open file, which is where the store takes them.
-FrameData unmanagedFrames(const SharedBytes& contents) {
-  const int descriptor = ::memfd_create("input.mp3", MFD_CLOEXEC);
-  const auto count = ::write(descriptor, contents.view().data(), contents.size());
-  require(std::cmp_equal(count, contents.size()), "a file in memory takes any bytes");
-  ::lseek(descriptor, 0, SEEK_SET);
-  platform::FileHandle file("input.mp3", descriptor);
-  return ID3Frames::unmanagedFrameData(file);
-}
-
-/// The same frames by the other road.
+/// The frames that no tag set holds, by the other operation.
 platform::Bytes tagOfUnmanagedFrames(const SharedBytes& contents) {
   auto tag = ID3Frames::parse(contents).value_or(ID3Frames::ParsedTag());
   std::erase_if(tag.frames,
@@ -65,11 +51,12 @@ void checkRawFrames(const SharedBytes& input) {
   require(again->version == 3 && again->audioOffset == written.size(), "the whole of it is a tag of v2.3");
 }
 
-/// A tag with the tag set and, behind it, the frames that no tag set holds.
-SharedBytes written(const TagSet& tags, const FrameData& unmanaged) {
+/// Returns a tag with the tag set, followed by the frames that no tag set holds.
+SharedBytes written(const TagSet& tags, const UnmanagedFrames& unmanaged) {
   ID3TagEditor::ID3Tag tag = makeTag(tags);
   platform::Bytes bytes = editor().write(tag, SharedBytes());
-  return unmanaged.bytes.empty() ? bytes : ID3Frames::appending(unmanaged, std::move(bytes), "written.mp3");
+  if (!unmanaged.empty()) ID3Frames::appendTo(bytes, unmanaged, "written.mp3");
+  return bytes;
 }
 
 }  // namespace
@@ -85,13 +72,15 @@ void fuzzTarget(const SharedBytes& input) {
   const TagSet tags = lastingTags(*tag);
   if (tags.isEmpty()) return;
 
-  const FrameData unmanaged = unmanagedFrames(input);
+  const UnmanagedFrames unmanaged(input);
+  platform::Bytes carried;
+  unmanaged.appendTo(carried);
   const platform::Bytes expected = tagOfUnmanagedFrames(input);
-  require(platform::charactersOf(expected).substr(10) == platform::charactersOf(unmanaged.bytes),
-          "a frame is unmanaged by either road");
+  require(platform::charactersOf(expected).substr(10) == platform::charactersOf(carried),
+          "both ways find the same unmanaged frames");
   const SharedBytes file = written(tags, unmanaged);
   const auto back = editor().read(file);
   require(back && tagSetFrom(*back) == tags, "a tag set is read as it was written");
   require(tagOfUnmanagedFrames(file) == expected, "every other frame stays as it was");
-  require(written(tags, unmanagedFrames(file)) == file, "writing again changes nothing");
+  require(written(tags, UnmanagedFrames(file)) == file, "writing again changes nothing");
 }

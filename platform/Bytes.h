@@ -52,17 +52,6 @@ constexpr std::array<std::uint8_t, 4> bigEndianBytes(std::uint32_t value) {
           static_cast<std::uint8_t>(value >> 8), static_cast<std::uint8_t>(value)};
 }
 
-/// A number below 2^28, spread over the lower seven bits of four bytes (ID3v2.4.0 structure §6.2).
-constexpr std::uint32_t synchsafe(std::uint32_t number) {
-  return (number >> 21) << 24 | (number >> 14 & 0x7F) << 16 | (number >> 7 & 0x7F) << 8 | (number & 0x7F);
-}
-
-/// The number that `synchsafe` spread. The top bit of each byte is dropped unseen.
-constexpr std::uint32_t numberFromSynchsafe(std::uint32_t spread) {
-  return (spread >> 24 & 0x7F) << 21 | (spread >> 16 & 0x7F) << 14 | (spread >> 8 & 0x7F) << 7 |
-         (spread & 0x7F);
-}
-
 /// Immutable bytes that all copies and slices share, so that a picture passes through the program without
 /// being copied. A slice keeps the whole buffer that it was cut from alive.
 class SharedBytes {

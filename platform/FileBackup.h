@@ -4,7 +4,7 @@
 
 #include "platform/FileHandle.h"
 #include "platform/PrivateFolder.h"
-#include "platform/ReplacementFolder.h"
+#include "platform/ReplacementRun.h"
 
 namespace platform {
 

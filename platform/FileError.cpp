@@ -5,7 +5,7 @@
 namespace platform {
 
 FileError::FileError(const std::filesystem::path& file, std::string_view failure, std::string_view reason)
-    : description_(lastPathComponent(file)) {
+    : file_(file), description_(lastPathComponent(file)) {
   description_.append(" ").append(failure).append(": ").append(reason).append(".");
 }
 

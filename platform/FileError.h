@@ -19,6 +19,7 @@ class FileError : public std::exception {
   FileError(const std::filesystem::path& file, std::string_view failure, std::string_view reason);
 
   const char* what() const noexcept override { return description_.c_str(); }
+  const std::filesystem::path& file() const { return file_; }
   /// The system's error number; nothing when it was the program itself that refused.
   std::optional<int> code() const { return code_; }
   /// The same with one more sentence in its line.
@@ -28,6 +29,7 @@ class FileError : public std::exception {
   static constexpr std::string_view notWritten = "could not be written";
 
  private:
+  std::filesystem::path file_;
   std::string description_;
   std::optional<int> code_;
 };

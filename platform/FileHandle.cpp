@@ -71,21 +71,18 @@ std::size_t FileHandle::readInto(std::span<std::uint8_t> buffer) {
   return filled;
 }
 
-std::size_t FileHandle::readOnto(Bytes& bytes, std::size_t count) {
-  const std::size_t before = bytes.size();
-  bytes.resize(before + count);
-  const std::size_t came = readInto(std::span(bytes).subspan(before));
-  bytes.resize(before + came);
-  return came;
-}
-
-void FileHandle::readExactlyOnto(Bytes& bytes, std::size_t count) {
-  if (readOnto(bytes, count) != count) throw FileConflict(FileConflict::Case::changed, path_);
-}
-
 Bytes FileHandle::read(std::size_t count) {
-  Bytes bytes;
-  readOnto(bytes, count);
+  Bytes bytes(count);
+  bytes.resize(readInto(bytes));
+  return bytes;
+}
+
+Bytes FileHandle::readFirst(std::size_t count) {
+  const ByteView known = start().first(std::min(count, start().size()));
+  Bytes bytes(count);
+  std::ranges::copy(known, bytes.begin());
+  seek(known.size());
+  bytes.resize(known.size() + readInto(std::span(bytes).subspan(known.size())));
   return bytes;
 }
 

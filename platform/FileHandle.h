@@ -31,17 +31,16 @@ class FileHandle {
   int descriptor() const { return descriptor_.get(); }
   const std::filesystem::path& path() const { return path_; }
 
-  /// The file's first bytes, `startSize` of them where it has as many: enough to tell what kind of file it
-  /// is. They are read once.
+  /// Returns the file's first bytes, `startSize` of them if it has as many: enough to recognise the kind of
+  /// file. They are read once.
   ByteView start();
   static constexpr std::size_t startSize = 12;
+  /// Returns the file's first `count` bytes; fewer mean that the file ended. What `start` has read is not
+  /// read again.
+  Bytes readFirst(std::size_t count);
 
   /// Up to `count` bytes from the reading position on; fewer mean that the file ended.
   Bytes read(std::size_t count);
-  /// The same, put behind the bytes that are there. Gives how many came.
-  std::size_t readOnto(Bytes& bytes, std::size_t count);
-  /// The same, when the file had as many when it was opened: FileConflict when it ends before.
-  void readExactlyOnto(Bytes& bytes, std::size_t count);
   /// Sets the reading position.
   void seek(std::uint64_t offset) { position_ = offset; }
   /// Writes all bytes behind what was written.

@@ -52,27 +52,30 @@ mode_t usualMode() {
 
 }  // namespace
 
-FileReplacement::FileReplacement(FileHandle& original, std::shared_ptr<ReplacementFolder> last)
+FileReplacement::FileReplacement(FileHandle& original, ReplacementRun& run)
     : original_(&original), path_(original.path()) {
-  requireWritable(original);
-  entry_ = entryOf(original, std::move(last));
-  prepare();
+  prepareFor(run);
+}
+
+FileReplacement::FileReplacement(FileHandle& original)
+    : ownRun_(std::in_place), original_(&original), path_(original.path()) {
+  prepareFor(*ownRun_);
 }
 
 FileReplacement::FileReplacement(const std::filesystem::path& path)
-    : ownOriginal_(openIfThere(path)), path_(path) {
-  if (ownOriginal_) {
-    original_ = &*ownOriginal_;
-    requireWritable(*original_);
-    entry_ = entryOf(*original_, nullptr);
-  } else {
-    const std::filesystem::path folder = path.has_parent_path() ? path.parent_path() : ".";
-    entry_ = {.folder = std::make_shared<ReplacementFolder>(folder, path), .name = path.filename().native()};
-  }
-  prepare();
+    : ownRun_(std::in_place), ownOriginal_(openIfThere(path)), path_(path) {
+  if (ownOriginal_) original_ = &*ownOriginal_;
+  prepareFor(*ownRun_);
 }
 
-void FileReplacement::prepare() {
+void FileReplacement::prepareFor(ReplacementRun& run) {
+  if (original_ != nullptr) {
+    requireWritable(*original_);
+    entry_ = run.entryOf(*original_);
+    requireUnchanged(entry_.attributes, false);
+  } else {
+    entry_ = run.newEntry(path_);
+  }
   temporary_ = &entry_.folder->privateFolder(path_);
   try {
     file_.emplace(temporary_->create(fileName, path_));
@@ -84,21 +87,25 @@ void FileReplacement::prepare() {
 }
 
 FileReplacement::~FileReplacement() {
-  if (!temporary_->empty()) entry_.folder->dropPrivateFolder();
+  if (!temporary_->removeFiles()) entry_.folder->dropPrivateFolder();
 }
 
 void FileReplacement::keepModificationDate() {
   platform::keepModificationDate(*original_, *file_);
 }
 
-/// The original's name must still lead to it, and nobody may have written to it or changed its attributes,
-/// apart from the second name that a backup is.
+/// Throws FileConflict unless the original's name still leads to it and it has its contents and attributes.
+/// A backup that is a second name has changed its attributes.
 void FileReplacement::requireUnchanged(bool hasSecondName) const {
   struct stat found {};
   if (!entry_.folder->find(entry_.name, found)) {
     if (errno != ENOENT) throw FileError(path_, FileError::notWritten, errno);
     throw FileConflict(FileConflict::Case::movedOrDeleted, path_);
   }
+  requireUnchanged(found, hasSecondName);
+}
+
+void FileReplacement::requireUnchanged(const struct stat& found, bool hasSecondName) const {
   if (!S_ISREG(found.st_mode)) throw FileConflict(FileConflict::Case::noFile, path_);
   const struct stat& opened = original_->attributes();
   const bool hasSameAttributes = hasSecondName || isEqual(found.st_ctim, opened.st_ctim);

@@ -2,28 +2,30 @@
 
 #include <cstdint>
 #include <filesystem>
-#include <memory>
 #include <optional>
 #include <string>
 
 #include "platform/FileHandle.h"
 #include "platform/PrivateFolder.h"
-#include "platform/ReplacementFolder.h"
+#include "platform/ReplacementRun.h"
 
 namespace platform {
 
-/// A new file that takes another one's place in one step when it is complete. Until then, and when this
-/// object goes without that, the other one is as it was, and nothing is left beside it.
+/// A new file that takes another one's place in one step when it is complete. Until then, and if this object
+/// is destroyed without that, the other one is as it was, and nothing is left beside it.
 ///
-/// Nothing is looked up by a path twice: what the original is was settled when it was opened, and everything
-/// else is named by its folder, which is held open. Others may write to that folder, and may mean harm.
+/// Nothing is looked up by a path twice: the original is the file that was opened, and everything else is
+/// named by its folder, which is held open. Others may write to that folder, and may mean harm.
 class FileReplacement {
  public:
-  /// For a file in the place of the open `original`, which must outlive this object. `last` as for `entryOf`.
-  /// Throws FileConflict when the original's name does not lead to it any more, and FileError, also when the
-  /// user may not write to the original, or for a folder in which nothing can be made.
-  explicit FileReplacement(FileHandle& original, std::shared_ptr<ReplacementFolder> last = nullptr);
-  /// For a file at that path: a new one, or in the place of the one that is there.
+  /// For a file in the place of the open `original`. Both must outlive this object. Throws FileConflict if
+  /// the original has changed since it was opened or its name no longer leads to it, and FileError, also if
+  /// the user may not write to the original or can create nothing in its folder.
+  FileReplacement(FileHandle& original, ReplacementRun& run);
+  /// The same outside of any run: the destructor tries to bring the rename to the disk.
+  explicit FileReplacement(FileHandle& original);
+  /// For a file at that path: a new one, or in the place of the one that is there. Not for several threads at
+  /// once: a new file's rights follow from the process's mask, which can only be read by changing it.
   explicit FileReplacement(const std::filesystem::path& path);
 
   ~FileReplacement();
@@ -32,7 +34,6 @@ class FileReplacement {
 
   /// The new file, to be written to.
   FileHandle& file() { return *file_; }
-  const std::shared_ptr<ReplacementFolder>& folder() const { return entry_.folder; }
 
   /// Lets the original stay beside the new file; see FileBackup.
   void keepBackup() { keepsBackup_ = true; }
@@ -44,10 +45,12 @@ class FileReplacement {
   void commit();
 
  private:
-  void prepare();
+  void prepareFor(ReplacementRun& run);
   void requireUnchanged(bool hasSecondName) const;
+  void requireUnchanged(const struct stat& found, bool hasSecondName) const;
   void takePlace();
 
+  std::optional<ReplacementRun> ownRun_;
   std::optional<FileHandle> ownOriginal_;
   FileHandle* original_ = nullptr;
   std::filesystem::path path_;

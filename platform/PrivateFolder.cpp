@@ -58,7 +58,7 @@ PrivateFolder::PrivateFolder(const ReplacementFolder& parent, std::filesystem::p
 }
 
 PrivateFolder::~PrivateFolder() {
-  empty();
+  removeFiles();
   struct stat found {};
   if (parent_.find(name_, found) && isSameFile(found, attributes_) && isMine_) remove();
 }
@@ -108,7 +108,7 @@ FileHandle PrivateFolder::create(const char* name, const std::filesystem::path& 
   return handle;
 }
 
-bool PrivateFolder::empty() {
+bool PrivateFolder::removeFiles() {
   std::erase_if(files_, [&](const char* name) { return ::unlinkat(descriptor_.get(), name, 0) == 0; });
   return files_.empty();
 }

@@ -29,8 +29,8 @@ class PrivateFolder {
   /// Gives such a file a name in the folder above, in place of what has it or, with `asNew`, when nothing
   /// has. Throws FileError.
   void moveUp(const char* name, const std::string& as, bool asNew);
-  /// Removes the files that are still in here. False when one of them stays.
-  bool empty();
+  /// Removes the files that are still in here. Returns whether none is left.
+  bool removeFiles();
 
  private:
   [[noreturn]] void fail() const;

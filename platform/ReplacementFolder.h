@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "platform/Descriptor.h"
@@ -14,7 +15,7 @@ namespace platform {
 class PrivateFolder;
 
 /// The folder that really holds a file, open, so that it stays the same one whatever happens to its path.
-/// What was renamed in it reaches the disk when `synchronise` is called, or with this object.
+/// The caller must call `synchronise` to be sure that renames have reached the disk; the destructor tries to.
 class ReplacementFolder {
  public:
   /// `path` is only used once, here. Throws FileError, which names `file`.
@@ -24,6 +25,8 @@ class ReplacementFolder {
   ReplacementFolder& operator=(const ReplacementFolder&) = delete;
 
   int descriptor() const { return descriptor_.get(); }
+  /// Returns whether the path leads to this folder.
+  bool isAt(const std::filesystem::path& path);
   /// The attributes of what has that name here, no link followed; false, for the reason in errno, where there
   /// is nothing.
   bool find(const std::string& name, struct stat& attributes) const;
@@ -44,24 +47,15 @@ class ReplacementFolder {
 
  private:
   Descriptor descriptor_;
+  /// Read when `isAt` needs them first; they identify the folder.
+  std::optional<struct stat> attributes_;
   bool isReadable_ = true;
   bool isSynchronised_ = true;
   std::filesystem::path file_;
   std::unique_ptr<PrivateFolder> private_;
 };
 
-/// A name in a folder.
-struct FolderEntry {
-  std::shared_ptr<ReplacementFolder> folder;
-  std::string name;
-};
-
-/// Where the open file really is: the folder and its name there, no link in between. `last` is a folder that
-/// is open already, or null; files in a row of one folder share it. Throws FileConflict when the file's path
-/// does not lead to it any more, and FileError.
-FolderEntry entryOf(const FileHandle& file, std::shared_ptr<ReplacementFolder> last);
-
-/// Whether both are the attributes of the same file.
+/// Returns whether both are the attributes of the same file.
 inline bool isSameFile(const struct stat& a, const struct stat& b) {
   return a.st_dev == b.st_dev && a.st_ino == b.st_ino;
 }

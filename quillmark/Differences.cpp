@@ -1,7 +1,8 @@
 #include "quillmark/Differences.h"
 
+#include <zlib.h>
+
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string_view>
@@ -64,22 +65,11 @@ Sides textSides(const TagSet::Text& before, const TagSet::Text& after) {
   return {shown(before, start, Text::visible), shown(after, start, Text::visible)};
 }
 
-/// CRC-32, as it stands in ZIP and PNG files.
+/// Returns the CRC-32 of the bytes, as in ZIP and PNG files, in eight hexadecimal digits.
 std::string checksum(platform::ByteView bytes) {
-  static constexpr auto table = [] {
-    std::array<std::uint32_t, 256> remainders{};
-    for (std::uint32_t i = 0; i < remainders.size(); ++i) {
-      std::uint32_t remainder = i;
-      for (int bit = 0; bit < 8; ++bit)
-        remainder = (remainder & 1U) != 0 ? remainder >> 1 ^ 0xEDB88320U : remainder >> 1;
-      remainders[i] = remainder;
-    }
-    return remainders;
-  }();
-  std::uint32_t sum = 0xFFFFFFFF;
-  for (const std::uint8_t byte : bytes) sum = table[(sum ^ byte) & 0xFFU] ^ sum >> 8;
+  const auto sum = static_cast<std::uint32_t>(::crc32_z(0, bytes.data(), bytes.size()));
   std::string digits;
-  for (int shift = 28; shift >= 0; shift -= 4) digits += "0123456789abcdef"[~sum >> shift & 0xFU];
+  for (int shift = 28; shift >= 0; shift -= 4) digits += "0123456789abcdef"[sum >> shift & 0xFU];
   return digits;
 }
 

@@ -43,7 +43,7 @@ class Reader {
  public:
   Reader(const Arguments& arguments, std::size_t fileCount, Console& console)
       : keepsGoing_(arguments.has(options::keepGoing)),
-        store_(storeFor(arguments, console)),
+        store_(storeFor(arguments)),
         console_(console),
         progress_(fileCount, console) {}
 

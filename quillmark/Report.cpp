@@ -7,6 +7,16 @@ namespace quillmark {
 
 using QuillmarkKit::TagApplier;
 
+namespace {
+
+/// Returns the change of a file that was, or would be, rewritten.
+const TagApplier::Change* changeIn(const TagApplier::Outcome& outcome) {
+  if (const auto* updated = std::get_if<TagApplier::Updated>(&outcome)) return updated;
+  return std::get_if<TagApplier::WouldUpdate>(&outcome);
+}
+
+}  // namespace
+
 void Report::add(const TagApplier::Result& result, std::string_view given) {
   const std::string name = options_.paths ? std::string(given) : platform::lastPathComponent(result.url);
   if (const auto* failure = std::get_if<TagApplier::Failed>(&result.outcome)) {
@@ -15,24 +25,22 @@ void Report::add(const TagApplier::Result& result, std::string_view given) {
     return;
   }
   const bool isUnchanged = std::holds_alternative<TagApplier::Unchanged>(result.outcome);
+  const TagApplier::Change* change = changeIn(result.outcome);
+  if (change != nullptr && !change->losses.empty()) {
+    console_.printNote(platform::lastPathComponent(result.url) + ": " + change->losses);
+  }
   ++(isUnchanged ? unchanged_ : changed_);
   console_.write((isUnchanged       ? "unchanged "
                   : options_.dryRun ? "would     "
                                     : "updated   ") +
                  console_.shown(name) + "\n");
-  std::visit(
-      [this](const auto& outcome) {
-        if constexpr (requires { outcome.before; }) {
-          if (outcome.before) console_.write(differences(*outcome.before, outcome.tags));
-        }
-      },
-      result.outcome);
+  if (change != nullptr && change->before) console_.write(differences(*change->before, change->tags));
   console_.flush();
 }
 
-void Report::synchronise(const TagApplier& applier) {
+void Report::synchronise(platform::ReplacementRun& run) {
   try {
-    applier.synchronise();
+    run.synchronise();
   } catch (const std::exception& error) {
     ++failed_;
     console_.printError(error.what());

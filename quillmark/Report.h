@@ -8,16 +8,16 @@
 
 namespace quillmark {
 
-/// Tells what became of each file: a line for each as soon as it is done, failures on standard error, and a
-/// summary.
+/// Reports what became of each file: a line for each as soon as it is done, failures and notes on standard
+/// error, and a summary.
 class Report {
  public:
   Report(const RunOptions& options, Console& console) : options_(options), console_(console) {}
 
   /// `given` is the file's name as it was given.
   void add(const QuillmarkKit::TagApplier::Result& result, std::string_view given);
-  /// Waits until what was written is safe. Where it is not, that is a failure.
-  void synchronise(const QuillmarkKit::TagApplier& applier);
+  /// Waits until everything that was written has reached the disk. If it has not, that is a failure.
+  void synchronise(platform::ReplacementRun& run);
   /// Writes the summary and gives the exit status: 2 when a file failed, else 0.
   int finish();
 

@@ -2,6 +2,7 @@
 
 #include "QuillmarkKit/model/Artwork.h"
 #include "platform/FileError.h"
+#include "platform/Formats.h"
 #include "platform/Input.h"
 #include "platform/Paths.h"
 #include "platform/Text.h"
@@ -36,9 +37,9 @@ std::int64_t numberFrom(std::string_view option, std::string_view value) {
 
 Artwork artworkFrom(std::string_view path) {
   // A picture of this many bytes fits into no tag, and more of it need not be read to find that out.
-  constexpr std::uint64_t limit = std::uint64_t{1} << 28;
   try {
-    auto artwork = Artwork::detecting(platform::Input::contents(platform::fileLocation(path), limit));
+    auto artwork =
+        Artwork::detecting(platform::Input::contents(platform::fileLocation(path), platform::synchsafeLimit));
     if (artwork) return std::move(*artwork);
   } catch (const platform::FileError&) {
     // Whatever is wrong with the file, the message is the same.
@@ -55,7 +56,7 @@ void setField(TagField field, std::string_view option, std::string_view value, T
 
 }  // namespace
 
-WriteRun prepareSet(const Arguments& arguments, Console& console) {
+WriteRun prepareSet(const Arguments& arguments, Console&) {
   FileList files(arguments);
   TagSet tags;
   TagFields selection;
@@ -67,7 +68,7 @@ WriteRun prepareSet(const Arguments& arguments, Console& console) {
   }
   if (const auto list = arguments.value(options::clear)) selection.insert(fieldsNamed(*list));
   if (selection.isEmpty()) throw CLIError("set needs at least one field, e.g. --artist \"Väskelund\".");
-  auto store = storeFor(arguments, console);
+  auto store = storeFor(arguments);
   tags = store->accepted(tags, selection);
   return {.files = std::move(files),
           .store = std::move(store),

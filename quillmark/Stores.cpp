@@ -6,7 +6,7 @@
 
 namespace quillmark {
 
-std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& arguments, Console& console) {
+std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& arguments) {
   constexpr bool preservesDate = true;
   std::unique_ptr<QuillmarkKit::MP3TagStore> store;
   if (arguments.has(options::lossless)) {
@@ -15,12 +15,14 @@ std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& argument
     store = std::make_unique<QuillmarkKit::ID3TagEditorStore>(preservesDate);
   }
   store->keepsBackup = arguments.has(options::backup);
-  if (console.wantsNotes()) {
-    store->tellLosses([&console](const std::filesystem::path& url, const std::string& losses) {
-      console.printNote(platform::lastPathComponent(url) + ": " + losses);
-    });
-  }
   return store;
+}
+
+QuillmarkKit::TagSet readSource(const QuillmarkKit::TagStore& store, const std::filesystem::path& from,
+                                QuillmarkKit::TagFields fields, Console& console) {
+  auto source = store.source(from, fields, console.wantsNotes());
+  if (!source.losses.empty()) console.printNote(platform::lastPathComponent(from) + ": " + source.losses);
+  return std::move(source.tags);
 }
 
 }  // namespace quillmark

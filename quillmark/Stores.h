@@ -1,5 +1,6 @@
 #pragma once
 
+#include <filesystem>
 #include <memory>
 
 #include "QuillmarkKit/store/TagStore.h"
@@ -8,8 +9,12 @@
 
 namespace quillmark {
 
-/// The store that the options choose. What it loses goes to the console as notes, where these are wanted; the
-/// console must outlive the store.
-std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& arguments, Console& console);
+/// Returns the store that the options choose.
+std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& arguments);
+
+/// Reads the tags of `from` to write `fields` of them into other files, and prints a note about what is read
+/// otherwise than it was meant. Throws as the store does.
+QuillmarkKit::TagSet readSource(const QuillmarkKit::TagStore& store, const std::filesystem::path& from,
+                                QuillmarkKit::TagFields fields, Console& console);
 
 }  // namespace quillmark

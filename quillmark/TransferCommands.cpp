@@ -41,7 +41,7 @@ std::string visibleSummary(const TagSet& tags, const Console& console) {
 
 int commandCopy(const Arguments& arguments, Console& console) {
   const std::filesystem::path file = FileList(arguments).location(0);
-  const TagSet tags = storeFor(arguments, console)->readSource(file, QuillmarkKit::TagFields::all);
+  const TagSet tags = readSource(*storeFor(arguments), file, QuillmarkKit::TagFields::all, console);
   auto pasteboard = platform::Pasteboard::general();
   QuillmarkKit::TagClipboard::copy(tags, pasteboard);
   console.write("Copied tags from " + console.shown(platform::lastPathComponent(file)) + ".\n");
@@ -52,14 +52,14 @@ int commandCopy(const Arguments& arguments, Console& console) {
   return 0;
 }
 
-WriteRun preparePaste(const Arguments& arguments, Console& console) {
+WriteRun preparePaste(const Arguments& arguments, Console&) {
   FileList files(arguments);
   auto tags = QuillmarkKit::TagClipboard::paste(platform::Pasteboard::general());
   if (!tags) {
     throw CLIError("No Quillmark tags on the clipboard. Run '" + std::string(toolName) +
                    " copy <file>' first.");
   }
-  auto store = storeFor(arguments, console);
+  auto store = storeFor(arguments);
   const QuillmarkKit::TagFields selection = fieldMask(arguments);
   *tags = store->accepted(*tags, selection);
   return {.files = std::move(files),
@@ -74,9 +74,9 @@ WriteRun prepareApply(const Arguments& arguments, Console& console) {
   if (!from) throw CLIError("apply needs --from <file>.");
   const std::filesystem::path source = platform::fileLocation(*from);
   FileList files(arguments);
-  auto store = storeFor(arguments, console);
+  auto store = storeFor(arguments);
   const QuillmarkKit::TagFields selection = fieldMask(arguments);
-  TagSet tags = store->readSource(source, selection);
+  TagSet tags = readSource(*store, source, selection, console);
   return {.files = std::move(files),
           .store = std::move(store),
           .tags = std::move(tags),

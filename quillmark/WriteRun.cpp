@@ -8,16 +8,19 @@
 namespace quillmark {
 
 int writeInto(const WriteRun& run, Console& console) {
-  const QuillmarkKit::TagApplier applier(*run.store, run.options.diff);
+  const QuillmarkKit::TagApplier applier(*run.store,
+                                         {.before = run.options.diff, .losses = console.wantsNotes()});
+  platform::ReplacementRun replacements;
   Report report(run.options, console);
   Progress progress(run.files.size(), console);
   for (std::size_t i = 0; i < run.files.size(); ++i) {
     if (platform::Signals::interruption() != 0) break;
     const std::filesystem::path file = run.files.location(i);
     progress.next(file);
-    report.add(applier.applyToOne(run.tags, file, run.selection, run.options.dryRun), run.files.name(i));
+    report.add(applier.applyToOne(run.tags, file, run.selection, run.options.dryRun, replacements),
+               run.files.name(i));
   }
-  report.synchronise(applier);
+  report.synchronise(replacements);
   return report.finish();
 }
 

@@ -1,3 +1,4 @@
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <csignal>
@@ -37,6 +38,9 @@ constexpr std::array commands = std::to_array<Command>({
     {"apply", nullptr, prepareApply},
     {"set", nullptr, prepareSet},
 });
+
+static_assert(std::ranges::all_of(commands, commandOptions, &Command::word),
+              "each command has a row in the table of options");
 
 int printUsage(Console& console) {
   console.write(usage + "\n");

@@ -1,4 +1,4 @@
-"""Includes run downwards only: from each folder to those that stand beside it here, and to itself."""
+"""Checks that each folder includes only itself and the folders listed for it here."""
 import pathlib
 import re
 import sys
@@ -11,7 +11,12 @@ ALLOWED = {
     "ID3TagEditor": ["platform", "ID3TagEditor/model", "ID3TagEditor/parse", "ID3TagEditor/create"],
     "ID3v2": ["platform"],
     "QuillmarkKit/model": ["platform"],
-    "QuillmarkKit/store": ["platform", "QuillmarkKit/model", "ID3TagEditor", "ID3TagEditor/model", "ID3TagEditor/parse", "ID3v2"],
+    "QuillmarkKit/store/file": ["platform", "QuillmarkKit/model"],
+    "QuillmarkKit/store/engine": ["platform", "QuillmarkKit/model", "QuillmarkKit/store/file", "ID3TagEditor", "ID3TagEditor/model",
+                                  "ID3TagEditor/parse", "ID3v2"],
+    "QuillmarkKit/store/standard": ["platform", "QuillmarkKit/model", "QuillmarkKit/store/file", "ID3v2"],
+    "QuillmarkKit/store": ["platform", "QuillmarkKit/model", "QuillmarkKit/store/file", "QuillmarkKit/store/engine",
+                           "QuillmarkKit/store/standard", "ID3TagEditor", "ID3TagEditor/model"],
     "QuillmarkKit/transfer": ["platform", "QuillmarkKit/model", "QuillmarkKit/store"],
     "quillmark": ["platform", "QuillmarkKit/model", "QuillmarkKit/store", "QuillmarkKit/transfer"],
 }

@@ -237,8 +237,9 @@ class Proof:
 
     def losslessly(self):
         if self.refused:
-            errors = self.run("set", "--lossless", "--publisher", "P", status=2, errors=None)[2]
-            check(f"{self.name}: message", "track.mp3: --lossless cannot keep " in errors, True)
+            for more in ((), ("--dry-run",)):
+                errors = self.run("set", "--lossless", "--publisher", "P", *more, status=2, errors=None)[2]
+                check(f"{self.name}: message", "track.mp3: --lossless cannot keep " in errors, True)
             check(f"{self.name}: bytes", self.path.read_bytes(), self.original)
             return
         after = self.settled("set", "--lossless", "--publisher", "P")

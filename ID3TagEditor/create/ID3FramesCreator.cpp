@@ -2,6 +2,7 @@
 
 #include "ID3TagEditor/model/FramesInTag.h"
 #include "ID3TagEditor/model/ID3TagEditorError.h"
+#include "platform/Formats.h"
 
 namespace ID3TagEditor {
 
@@ -16,12 +17,13 @@ std::size_t expectedSize(const ID3Tag& tag) {
 
 }  // namespace
 
-void ID3FramesCreator::createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& output) const {
+void ID3FramesCreator::createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& output,
+                                         std::size_t spare) const {
   const std::size_t before = output.size();
-  output.reserve(before + expectedSize(id3Tag));
+  output.reserve(before + expectedSize(id3Tag) + spare);
   for (const auto& creator : id3FrameCreators_) creator->createFrames(id3Tag, output);
   if (output.size() == before) throw ID3TagEditorError(ID3TagEditorError::invalidTagData);
-  output.resize(output.size() + paddingSize);
+  output.resize(output.size() + platform::usualPadding);
 }
 
 }  // namespace ID3TagEditor

@@ -7,15 +7,13 @@ namespace ID3TagEditor {
 /// Serialises all frames of a tag.
 class ID3FramesCreator {
  public:
-  /// The zero bytes behind the frames.
-  static constexpr std::size_t paddingSize = 2048;
-
   explicit ID3FramesCreator(FrameCreators id3FrameCreators)
       : id3FrameCreators_(std::move(id3FrameCreators)) {}
 
-  /// Appends the frames in their fixed order, then the padding. Throws `invalidTagData` when there is no
-  /// frame to write, `tagTooBig` for a frame that the size field of v2.2 cannot tell.
-  void createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& output) const;
+  /// Appends the frames in their fixed order, then `platform::usualPadding` zero bytes, with capacity for
+  /// `spare` more. Throws `invalidTagData` if there is no frame to write, and `tagTooBig` for a frame that is
+  /// too long for the size field of v2.2.
+  void createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& output, std::size_t spare = 0) const;
 
  private:
   FrameCreators id3FrameCreators_;

@@ -18,10 +18,10 @@ Bytes ID3TagHeaderCreator::createTagHeader(std::uint32_t contentSize, ID3Tag& id
   return header;
 }
 
-Bytes ID3TagCreator::create(ID3Tag& id3Tag) const {
+Bytes ID3TagCreator::create(ID3Tag& id3Tag, std::size_t spare) const {
   // The frames go straight behind the room that the header takes, so that a picture is not moved again.
   Bytes tag(ID3TagConfiguration::headerSize());
-  id3FramesCreator_.createFramesUsing(id3Tag, tag);
+  id3FramesCreator_.createFramesUsing(id3Tag, tag, spare);
   const std::uint64_t contentSize = tag.size() - ID3TagConfiguration::headerSize();
   const auto told = static_cast<std::uint32_t>(std::min<std::uint64_t>(contentSize, UINT32_MAX));
   const Bytes header = id3TagHeaderCreator_.createTagHeader(told, id3Tag);

@@ -24,16 +24,17 @@ class ID3TagHeaderCreator {
 /// Turns a tag into bytes.
 class ID3TagCreator {
  public:
-  /// A tag of this many bytes, header included, is too big.
-  static constexpr std::uint64_t tagSizeLimit = std::uint64_t{1} << 28;
+  /// A tag of this many bytes or more, header included, is too big.
+  static constexpr std::uint64_t tagSizeLimit = platform::synchsafeLimit;
 
   ID3TagCreator(ID3FramesCreator id3FramesCreator, ID3TagHeaderCreator id3TagHeaderCreator)
       : id3FramesCreator_(std::move(id3FramesCreator)),
         id3TagHeaderCreator_(std::move(id3TagHeaderCreator)) {}
 
-  /// Header, frames and padding; the tag's properties get the new size. Throws `invalidTagData` when there is
-  /// no frame to write, `tagTooBig` when the tag reaches the limit; the size is the new one by then.
-  platform::Bytes create(ID3Tag& id3Tag) const;
+  /// Returns header, frames and padding, with capacity for `spare` more bytes; the tag's properties get the
+  /// new size. Throws `invalidTagData` if there is no frame to write, and `tagTooBig` if the tag reaches the
+  /// limit; the size is then already the new one.
+  platform::Bytes create(ID3Tag& id3Tag, std::size_t spare = 0) const;
 
  private:
   ID3FramesCreator id3FramesCreator_;

@@ -4,6 +4,7 @@
 #include <cstdint>
 
 #include "platform/Bytes.h"
+#include "platform/Formats.h"
 
 // The two forms in which a size is written.
 namespace ID3TagEditor {

@@ -54,9 +54,9 @@ namespace ID3TagEditor {
 /// the bibliographic one before the terminological one, and `unknown` for whatever is no such code. A code
 /// that is a word of C++ has an underscore behind it; its raw value has not.
 enum class ID3FrameContentLanguage : std::uint16_t {
-#define X(name) name,
-  ID3_LANGUAGES(X)
-#undef X
+#define ID3_LANGUAGE(name) name,
+  ID3_LANGUAGES(ID3_LANGUAGE)
+#undef ID3_LANGUAGE
 };
 
 namespace detail {
@@ -66,9 +66,9 @@ constexpr std::string_view withoutUnderscore(std::string_view name) {
 }  // namespace detail
 
 inline constexpr std::array languageCodes = std::to_array<std::string_view>({
-#define X(name) detail::withoutUnderscore(#name),
-    ID3_LANGUAGES(X)
-#undef X
+#define ID3_LANGUAGE(name) detail::withoutUnderscore(#name),
+    ID3_LANGUAGES(ID3_LANGUAGE)
+#undef ID3_LANGUAGE
 });
 #undef ID3_LANGUAGES
 

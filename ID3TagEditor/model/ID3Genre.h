@@ -26,15 +26,15 @@ namespace ID3TagEditor {
 /// The genres that stand as numbers in a genre text (ID3v2.3.0 §4.2.1, "TCON"): 0 to 79 as ID3v1 numbers
 /// them, then the two refinements that the format calls RX and CR. The raw value is the position.
 enum class ID3Genre : std::uint8_t {
-#define X(name) name,
-  ID3_GENRES(X)
-#undef X
+#define ID3_GENRE(name) name,
+  ID3_GENRES(ID3_GENRE)
+#undef ID3_GENRE
 };
 
 inline constexpr std::array genreNames = std::to_array<std::string_view>({
-#define X(name) #name,
-    ID3_GENRES(X)
-#undef X
+#define ID3_GENRE(name) #name,
+    ID3_GENRES(ID3_GENRE)
+#undef ID3_GENRE
 });
 #undef ID3_GENRES
 

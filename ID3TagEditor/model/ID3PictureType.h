@@ -20,15 +20,15 @@ namespace ID3TagEditor {
 
 /// What an attached picture shows. The raw value is the picture type byte (ID3v2.3.0 §4.15).
 enum class ID3PictureType : std::uint8_t {
-#define X(name) name,
-  ID3_PICTURE_TYPES(X)
-#undef X
+#define ID3_PICTURE_TYPE(name) name,
+  ID3_PICTURE_TYPES(ID3_PICTURE_TYPE)
+#undef ID3_PICTURE_TYPE
 };
 
 inline constexpr std::array pictureTypeNames = std::to_array<std::string_view>({
-#define X(name) #name,
-    ID3_PICTURE_TYPES(X)
-#undef X
+#define ID3_PICTURE_TYPE(name) #name,
+    ID3_PICTURE_TYPES(ID3_PICTURE_TYPE)
+#undef ID3_PICTURE_TYPE
 });
 #undef ID3_PICTURE_TYPES
 

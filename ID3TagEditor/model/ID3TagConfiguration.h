@@ -5,6 +5,7 @@
 
 #include "ID3TagEditor/model/ID3Version.h"
 #include "platform/Bytes.h"
+#include "platform/Formats.h"
 
 namespace ID3TagEditor {
 
@@ -14,7 +15,7 @@ class ID3TagConfiguration {
   /// "ID3", the major version and revision 0: the header's first five bytes.
   platform::ByteView headerFor(ID3Version version) const { return headers[columnOf(version)]; }
   /// The length of the whole header in bytes, in every version.
-  static constexpr std::uint32_t headerSize() { return 10; }
+  static constexpr std::uint32_t headerSize() { return platform::tagHeaderSize; }
 
  private:
   static constexpr std::array<std::array<std::uint8_t, 5>, 3> headers{

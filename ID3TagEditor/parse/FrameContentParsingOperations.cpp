@@ -95,9 +95,9 @@ std::optional<std::size_t> ID3AttachedPictureFrameContentParsingOperation::start
   const auto start = behindText(bytes, *type + typeSize, width);
   if (!start) return std::nullopt;
   const std::string_view picture = bytes.substr(*start);
-  const std::string_view common = jpegMagicNumber.substr(0, 3);
-  const bool isOtherJPEG =
-      picture.starts_with(common) && picture.size() > common.size() && !picture.starts_with(jpegMagicNumber);
+  const bool isOtherJPEG = picture.starts_with(platform::jpegSignature) &&
+                           picture.size() > platform::jpegSignature.size() &&
+                           !picture.starts_with(jpegMagicNumber);
   return isOtherJPEG ? start : std::nullopt;
 }
 

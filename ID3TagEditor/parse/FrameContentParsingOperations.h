@@ -7,6 +7,7 @@
 #include "ID3TagEditor/parse/ContentAdapters.h"
 #include "ID3TagEditor/parse/FrameContentParsingOperation.h"
 #include "ID3TagEditor/parse/TextDecoding.h"
+#include "platform/Formats.h"
 
 namespace ID3TagEditor {
 
@@ -52,7 +53,7 @@ class ID3AttachedPictureFrameContentParsingOperation : public FrameContentParsin
 
  private:
   static constexpr std::string_view jpegMagicNumber = "\xFF\xD8\xFF\xE0";
-  static constexpr std::string_view pngMagicNumber = "\x89PNG";
+  static constexpr std::string_view pngMagicNumber = platform::pngSignature.substr(0, 4);
 
   /// Where a JPEG that lacks the magic number begins by the frame's fields; nothing when there is none.
   std::optional<std::size_t> startOfOtherJPEG(platform::ByteView frame, ID3Version version) const;

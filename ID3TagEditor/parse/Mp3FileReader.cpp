@@ -11,11 +11,14 @@ using platform::FileHandle;
 std::optional<Bytes> Mp3FileReader::readID3TagFrom(const std::filesystem::path& path) const {
   requireMp3Extension(path);
   FileHandle file = FileHandle::forReading(path);
-  return readID3TagFrom(file);
+  const std::optional<std::uint64_t> length = tagLength(file);
+  if (!length) return std::nullopt;
+  Bytes tag = file.readFirst(*length);
+  if (tag.size() != *length) throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
+  return tag;
 }
 
 std::optional<std::uint64_t> Mp3FileReader::tagLength(FileHandle& file) const {
-  requireMp3Extension(file.path());
   const platform::ByteView start = file.start();
   if (start.size() < ID3TagConfiguration::headerSize()) {
     throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
@@ -26,21 +29,6 @@ std::optional<std::uint64_t> Mp3FileReader::tagLength(FileHandle& file) const {
       std::uint64_t{tagSizeParser_->parse(header)} + ID3TagConfiguration::headerSize();
   if (length > file.size()) throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
   return length;
-}
-
-std::optional<Bytes> Mp3FileReader::readID3TagFrom(FileHandle& file) const {
-  const std::optional<std::uint64_t> length = tagLength(file);
-  if (!length) return std::nullopt;
-  // A size field alone must not allocate, but what the file has may be asked for.
-  Bytes tag;
-  tag.reserve(*length);
-  const std::size_t headerSize = ID3TagConfiguration::headerSize();
-  platform::append(tag, file.start().first(headerSize));
-  file.seek(headerSize);
-  if (file.readOnto(tag, *length - headerSize) != *length - headerSize) {
-    throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
-  }
-  return tag;
 }
 
 Mp3FileReader Mp3FileReaderFactory::make() {

@@ -23,10 +23,10 @@ class Mp3FileReader {
   /// `invalidFileFormat` when the extension is not "mp3", `corruptedFile` when the file is shorter than a tag
   /// header or than its tag, and platform::FileError.
   std::optional<platform::Bytes> readID3TagFrom(const std::filesystem::path& path) const;
-  /// The same of a file that is open.
-  std::optional<platform::Bytes> readID3TagFrom(platform::FileHandle& file) const;
 
-  /// The bytes that the file's tag takes, told by its header alone; nothing and failures as `readID3TagFrom`.
+  /// Returns the number of bytes that the open file's tag takes, read from its header alone, or nothing if
+  /// the file starts with no tag that the engine knows. Throws `corruptedFile` and platform::FileError as
+  /// `readID3TagFrom` does; the file's name is not checked.
   std::optional<std::uint64_t> tagLength(platform::FileHandle& file) const;
 
  private:

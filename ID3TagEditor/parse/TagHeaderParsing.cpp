@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "platform/Formats.h"
+
 namespace ID3TagEditor {
 
 std::uint32_t SynchsafeIntegerDecoder::decode(std::uint32_t integer) const {

@@ -3,12 +3,11 @@
 #include <array>
 
 #include "platform/EnumerationTable.h"
+#include "platform/Formats.h"
 
 namespace QuillmarkKit {
 
 namespace {
-
-using namespace std::string_view_literals;
 
 struct FormatRow {
   Artwork::Format format;
@@ -18,8 +17,8 @@ struct FormatRow {
 };
 
 constexpr std::array formats = std::to_array<FormatRow>({
-    {Artwork::Format::jpeg, "jpeg", "image/jpeg", "\xFF\xD8\xFF"sv},
-    {Artwork::Format::png, "png", "image/png", "\x89PNG\r\n\x1A\n"sv},
+    {Artwork::Format::jpeg, "jpeg", "image/jpeg", platform::jpegSignature},
+    {Artwork::Format::png, "png", "image/png", platform::pngSignature},
 });
 static_assert(platform::hasARowForEachCase(formats, &FormatRow::format, Artwork::lastFormat));
 

@@ -10,7 +10,7 @@
 
 namespace QuillmarkKit {
 
-/// One value for each field, absent where a file has none.
+/// One value for each field, absent if the file has none. Texts are UTF-8; the caller must ensure this.
 struct TagSet {
   using Text = std::optional<std::string>;
   using Number = std::optional<std::int64_t>;

@@ -1,93 +1,129 @@
 #include "QuillmarkKit/store/MP3TagStore.h"
 
+#include <exception>
+#include <optional>
 #include <utility>
 
-#include "QuillmarkKit/store/MP3Check.h"
-#include "platform/FileConflict.h"
+#include "ID3TagEditor/model/Mp3Extension.h"
+#include "QuillmarkKit/store/TagFileError.h"
+#include "QuillmarkKit/store/standard/FileTags.h"
+#include "QuillmarkKit/store/standard/TagLosses.h"
 #include "platform/FileLock.h"
 #include "platform/FileReplacement.h"
 
 namespace QuillmarkKit {
 
-using platform::FileConflict;
-using platform::FileHandle;
+using ID3TagEditor::ID3TagEditorError;
+
+namespace {
+
+/// Runs an operation on the file; an error of the engine gets the file's name.
+template <class Operation>
+auto naming(MP3File& file, Operation operation) {
+  try {
+    return operation();
+  } catch (const ID3TagEditorError& error) {
+    throw TagFileError(error, file.path(), file.handle().size());
+  }
+}
+
+void requireMP3Name(MP3File& file) {
+  naming(file, [&] { ID3TagEditor::requireMp3Extension(file.path()); });
+}
+
+}  // namespace
+
+class MP3TagStore::Edit : public TagEdit {
+ public:
+  Edit(const MP3TagStore& store, MP3File file, platform::ReplacementRun& run)
+      : store_(store),
+        run_(run),
+        file_(std::move(file)),
+        tag_(naming(file_, [&] { return store.openTag_(file_); })) {}
+
+  const TagSet& current() const override { return tag_->tags(); }
+
+  bool isNeeded(const TagChange& change) const override {
+    return change.tags != current() || tag_->holdsMoreThanValues(change.cleared());
+  }
+
+  std::string plan(const TagChange& change, bool reportsLosses) override {
+    try {
+      planned_ = naming(file_, [&] { return newTag(change, reportsLosses); });
+    } catch (const std::exception&) {
+      if (tag_->isLossless()) throw;
+      failure_ = std::current_exception();
+    }
+    return reportsLosses ? std::move(planned_.losses) : "";
+  }
+
+  void commit() override {
+    if (failure_) std::rethrow_exception(failure_);
+    platform::FileHandle& original = file_.handle();
+    platform::lockForReplacement(original);
+    // The previous holder of the lock may have replaced the file; this throws FileConflict if it has.
+    platform::FileReplacement replacement(original, run_);
+    replacement.file().write(planned_.bytes);
+    replacement.file().copy(original, planned_.audioStart);
+    if (store_.keepsBackup) replacement.keepBackup();
+    if (store_.preservesModificationDate) replacement.keepModificationDate();
+    replacement.commit();
+  }
+
+ private:
+  NewTag newTag(const TagChange& change, bool reportsLosses) {
+    std::optional<FileTags> old;
+    if (reportsLosses && !tag_->isLossless()) old = readTags(file_);
+    const TagFields asked = current().differing(change.tags);
+    NewTag made = tag_->changedBy(change);
+    if (made.bytes.empty()) throw ID3TagEditorError(ID3TagEditorError::invalidTagData);
+    if (old) made.losses = TagLosses::ofWriting(std::move(*old), change.tags, asked, made.bytes);
+    return made;
+  }
+
+  const MP3TagStore& store_;
+  platform::ReplacementRun& run_;
+  MP3File file_;
+  std::unique_ptr<OpenTag> tag_;
+  NewTag planned_;
+  std::exception_ptr failure_;
+};
 
 TagSet MP3TagStore::read(const std::filesystem::path& from) const {
-  FileHandle file = openMP3(from);
-  return tagsIn(file);
+  MP3File file(from);
+  requireMP3Name(file);
+  return naming(file, [&] { return openTag_(file)->tags(); });
 }
 
 void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) const {
-  // Who writes one file does not say when the last one is done.
-  struct Tidying {
-    const MP3TagStore& store;
-    ~Tidying() {
-      if (store.lastFolder_) store.lastFolder_->dropPrivateFolder();
-    }
-  } const tidying{*this};
-  rewrite(to, std::nullopt, tags, TagFields::all.without(tags.populatedFields()));
+  platform::ReplacementRun run;
+  MP3File file(to);
+  // Frames that no field is kept in can be written without the engine, which would check the name.
+  if (!tags.isEmpty()) requireMP3Name(file);
+  Edit edit(*this, std::move(file), run);
+  edit.plan({.tags = tags, .selected = TagFields::all}, false);
+  edit.commit();
+  run.synchronise();
 }
 
-void MP3TagStore::replace(TagSet current, const TagSet& tags, TagFields cleared,
-                          const std::filesystem::path& in) const {
-  rewrite(in, std::move(current), tags, cleared);
+std::unique_ptr<TagEdit> MP3TagStore::edit(const std::filesystem::path& file,
+                                           platform::ReplacementRun& run) const {
+  MP3File opened(file);
+  requireMP3Name(opened);
+  return std::make_unique<Edit>(*this, std::move(opened), run);
 }
 
-void MP3TagStore::rewrite(const std::filesystem::path& url, std::optional<TagSet> current, const TagSet& tags,
-                          TagFields cleared) const {
-  FileHandle file = openMP3(url);
-  platform::lockForReplacement(file);
-  // Who held the lock before may have put another file in the place of this one; that shows here.
-  platform::FileReplacement replacement(file, lastFolder_);
-  goOnIn(replacement.folder());
-  if (current && tagsIn(file) != *current) throw FileConflict(FileConflict::Case::changed, url);
-  Change change{.tags = tags, .differing = {}, .cleared = cleared};
-  if (current && tellsLosses()) change.differing = current->differing(tags);
-  // A picture in there may keep a whole tag in memory.
-  current.reset();
-  std::string losses;
-  {
-    NewTag tag = newTag(change, file);
-    losses = std::move(tag.losses);
-    replacement.file().write(tag.bytes);
-    replacement.file().copy(file, tag.audioStart);
+TagStore::Source MP3TagStore::source(const std::filesystem::path& from, TagFields fields,
+                                     bool reportsLosses) const {
+  MP3File file(from);
+  requireMP3Name(file);
+  const auto tag = naming(file, [&] { return openTag_(file); });
+  tag->requireCarriable(fields);
+  Source source{.tags = accepted(tag->tags(), fields)};
+  if (reportsLosses && !tag->isLossless()) {
+    source.losses = TagLosses::ofReading(readTags(file), source.tags, fields);
   }
-  if (keepsBackup) replacement.keepBackup();
-  if (preservesModificationDate) replacement.keepModificationDate();
-  replacement.commit();
-  tell(url, losses);
-}
-
-void MP3TagStore::preview(const TagSet& current, const TagSet& tags, TagFields cleared,
-                          const std::filesystem::path& in) const {
-  if (!failsInPreview() && !tellsLosses()) return;
-  try {
-    FileHandle file = openMP3(in);
-    tell(in, newTag({.tags = tags, .differing = current.differing(tags), .cleared = cleared}, file).losses);
-  } catch (const std::exception&) {
-    // What is only looked at to be told changes nothing of the run.
-    if (failsInPreview()) throw;
-  }
-}
-
-void MP3TagStore::synchronise() const {
-  synchroniseLastFolder();
-  if (failedFolder_) throw platform::FileError(*failedFolder_);
-}
-
-void MP3TagStore::goOnIn(const std::shared_ptr<platform::ReplacementFolder>& folder) const {
-  if (folder == lastFolder_) return;
-  synchroniseLastFolder();
-  lastFolder_ = folder;
-}
-
-void MP3TagStore::synchroniseLastFolder() const {
-  try {
-    if (lastFolder_) lastFolder_->synchronise();
-  } catch (const platform::FileError& error) {
-    // It is about files that are done, and must not be taken for a failure of the next one.
-    if (!failedFolder_) failedFolder_ = error;
-  }
+  return source;
 }
 
 }  // namespace QuillmarkKit

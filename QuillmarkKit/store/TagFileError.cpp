@@ -2,17 +2,17 @@
 
 #include <array>
 #include <string_view>
-#include <system_error>
 
-#include "QuillmarkKit/store/ID3FrameError.h"
+#include "QuillmarkKit/store/engine/ID3FrameError.h"
 #include "platform/EnumerationTable.h"
 #include "platform/FileError.h"
+#include "platform/Formats.h"
 
 namespace QuillmarkKit {
 
 namespace {
 
-std::string_view failure(ID3TagEditor::ID3TagEditorError::Case value, const std::filesystem::path& url) {
+std::string_view failure(ID3TagEditor::ID3TagEditorError::Case value, std::uint64_t size) {
   using enum ID3TagEditor::ID3TagEditorError::Case;
   struct Failure {
     ID3TagEditor::ID3TagEditorError::Case value;
@@ -26,19 +26,16 @@ std::string_view failure(ID3TagEditor::ID3TagEditorError::Case value, const std:
   });
   static_assert(
       platform::hasARowForEachCase(failures, &Failure::value, ID3TagEditor::ID3TagEditorError::lastCase));
-  constexpr std::uintmax_t tagHeaderSize = 10;
-  std::error_code ignored;
-  if (value == corruptedFile && std::filesystem::file_size(url, ignored) < tagHeaderSize) {
-    return " is too short to be an MP3 file.";
-  }
+  if (value == corruptedFile && size < platform::tagHeaderSize) return " is too short to be an MP3 file.";
   return failures[value].text;
 }
 
 }  // namespace
 
-TagFileError::TagFileError(const ID3TagEditorError& error, const std::filesystem::path& url)
+TagFileError::TagFileError(const ID3TagEditorError& error, const std::filesystem::path& url,
+                           std::uint64_t size)
     : ID3TagEditorError(error), description_(platform::lastPathComponent(url)) {
-  description_ += failure(error.value(), url);
+  description_ += failure(error.value(), size);
 }
 
 }  // namespace QuillmarkKit

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <filesystem>
 #include <string>
 
@@ -10,7 +11,8 @@ namespace QuillmarkKit {
 /// The engine's error about a file, as one line for people that names the file.
 class TagFileError : public ID3TagEditor::ID3TagEditorError {
  public:
-  TagFileError(const ID3TagEditorError& error, const std::filesystem::path& url);
+  /// `size` is the file's, in bytes.
+  TagFileError(const ID3TagEditorError& error, const std::filesystem::path& url, std::uint64_t size);
   const char* what() const noexcept override { return description_.c_str(); }
 
  private:

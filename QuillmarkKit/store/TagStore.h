@@ -1,49 +1,45 @@
 #pragma once
 
 #include <filesystem>
+#include <memory>
+#include <string>
 
 #include "QuillmarkKit/model/TagSet.h"
+#include "QuillmarkKit/store/TagEdit.h"
+#include "platform/ReplacementRun.h"
 
 namespace QuillmarkKit {
 
-/// Where tag sets are kept, one for each file.
+/// Keeps tag sets, one for each file. A store that has only `read` and `write` works with everything that
+/// takes a store.
 class TagStore {
  public:
   virtual ~TagStore() = default;
-  /// The file's tags. Throws when they cannot be read.
+  /// Returns the file's tags. Throws if they cannot be read.
   virtual TagSet read(const std::filesystem::path& from) const = 0;
-  /// Makes `tags` the file's tags: what is absent in them is absent in the file then. Throws when they cannot
-  /// be written.
+  /// Makes `tags` the file's tags: a field that is absent in them is absent in the file afterwards. Throws if
+  /// they cannot be written.
   virtual void write(const TagSet& tags, const std::filesystem::path& to) const = 0;
-  /// The same for who has made `tags` of what the file held: a store that others may write to at the same
-  /// time throws platform::FileConflict when the file holds something else than `current` by now, and does
-  /// nothing. It has `current` for its own, to let go of its pictures before the new tag is put together. Of
-  /// what is absent in `tags`, the `cleared` fields were asked to be: what `saysMore` is about goes only
-  /// there.
-  // NOLINTNEXTLINE(performance-unnecessary-value-param)
-  virtual void replace(TagSet /*current*/, const TagSet& tags, TagFields /*cleared*/,
-                       const std::filesystem::path& in) const {
-    write(tags, in);
-  }
-  /// Fails as `replace` would, and tells what it would tell; nothing is written.
-  virtual void preview([[maybe_unused]] const TagSet& current, [[maybe_unused]] const TagSet& tags,
-                       [[maybe_unused]] TagFields cleared,
-                       [[maybe_unused]] const std::filesystem::path& in) const {}
-  /// Whether the file says about one of the fields something that no value of it can say.
-  virtual bool saysMore([[maybe_unused]] TagFields fields,
-                        [[maybe_unused]] const std::filesystem::path& in) const {
-    return false;
-  }
-  /// The tags of a file whose fields are to be written into others. Throws when one of them holds what the
-  /// store cannot carry there.
-  virtual TagSet readSource(const std::filesystem::path& from, [[maybe_unused]] TagFields fields) const {
-    return read(from);
-  }
-  /// The tags in the form in which the store gives them back once they are written. Throws when it cannot
+
+  /// Opens the file for a change of its tags. Replacements in `run` share what files in a row can share; it
+  /// must outlive the result, as must the store. Throws if the tags cannot be read. By default, reads with
+  /// `read` and writes with `write`.
+  virtual std::unique_ptr<TagEdit> edit(const std::filesystem::path& file,
+                                        platform::ReplacementRun& run) const;
+
+  /// The tags of a file whose fields are to be written into others.
+  struct Source {
+    TagSet tags;
+    /// How the store reads some of the fields otherwise than they were meant, as a sentence without its
+    /// subject; empty if it does not.
+    std::string losses = {};
+  };
+  /// Reads a source for `fields`; its losses only if `reportsLosses`. Throws if one of the fields holds
+  /// something that the store cannot write into other files.
+  virtual Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses) const;
+  /// Returns the tags in the form in which the store returns them after they are written. Throws if it cannot
   /// hold one of the fields.
-  virtual TagSet accepted(const TagSet& tags, [[maybe_unused]] TagFields fields) const { return tags; }
-  /// Waits until everything that was written is safe. Throws when it cannot be.
-  virtual void synchronise() const {}
+  virtual TagSet accepted(const TagSet& tags, TagFields fields) const;
 };
 
 }  // namespace QuillmarkKit

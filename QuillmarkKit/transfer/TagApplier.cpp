@@ -1,54 +1,70 @@
 #include "QuillmarkKit/transfer/TagApplier.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "platform/FileConflict.h"
+#include "platform/FileError.h"
 
 namespace QuillmarkKit {
 
 TagApplier::Outcome TagApplier::attempt(const TagSet& source, const std::filesystem::path& file,
-                                        TagFields fields, bool dryRun) const {
-  TagSet current = store_.read(file);
-  TagSet wanted = current.merging(source, fields).normalized();
-  const TagFields cleared = fields.without(wanted.populatedFields());
-  if (wanted == current && !store_.saysMore(cleared, file)) return Unchanged{};
-  auto before = tellsBefore_ ? std::optional(current) : std::nullopt;
-  if (dryRun) {
-    store_.preview(current, wanted, cleared, file);
-    return WouldUpdate{std::move(wanted), std::move(before)};
-  }
-  store_.replace(std::move(current), wanted, cleared, file);
-  return Updated{std::move(wanted), std::move(before)};
+                                        TagFields fields, bool dryRun, platform::ReplacementRun& run) const {
+  const auto edit = store_.edit(file, run);
+  const TagSet& current = edit->current();
+  TagChange change{.tags = current.merging(source, fields), .selected = fields};
+  change.tags.normalize();
+  if (!edit->isNeeded(change)) return Unchanged{};
+  Change outcome;
+  if (details_.before) outcome.before = current;
+  outcome.losses = edit->plan(change, details_.losses);
+  if (!dryRun) edit->commit();
+  outcome.tags = std::move(change.tags);
+  if (dryRun) return WouldUpdate{std::move(outcome)};
+  return Updated{std::move(outcome)};
 }
 
 TagApplier::Outcome TagApplier::outcomeFor(const TagSet& source, const std::filesystem::path& file,
-                                           TagFields fields, bool dryRun) const {
+                                           TagFields fields, bool dryRun,
+                                           platform::ReplacementRun& run) const {
   constexpr int mostAttempts = 3;
   for (int number = 1;; ++number) {
     try {
-      return attempt(source, file, fields, dryRun);
+      return attempt(source, file, fields, dryRun, run);
     } catch (const platform::FileConflict& conflict) {
-      // What another program has made of the file is merged with afresh, so that neither change is lost.
+      // The change starts again from what another program has made of the file, so that neither is lost.
       if (conflict.value() != platform::FileConflict::Case::changed || number == mostAttempts) throw;
     }
   }
 }
 
 TagApplier::Result TagApplier::applyToOne(const TagSet& source, const std::filesystem::path& to,
-                                          TagFields fields, bool dryRun) const {
+                                          TagFields fields, bool dryRun,
+                                          platform::ReplacementRun& run) const {
   try {
-    return {to, outcomeFor(source, to, fields, dryRun)};
+    return {to, outcomeFor(source, to, fields, dryRun, run)};
   } catch (const std::exception& error) {
     return {to, Failed{std::current_exception(), error.what()}};
+  } catch (...) {
+    return {to, Failed{std::current_exception(),
+                       platform::lastPathComponent(to) + " failed with an unknown error."}};
   }
 }
 
 std::vector<TagApplier::Result> TagApplier::apply(const TagSet& source,
                                                   const std::vector<std::filesystem::path>& to,
                                                   TagFields fields, bool dryRun) const {
+  platform::ReplacementRun run;
   std::vector<Result> results;
   results.reserve(to.size());
-  for (const auto& file : to) results.push_back(applyToOne(source, file, fields, dryRun));
+  for (const auto& file : to) results.push_back(applyToOne(source, file, fields, dryRun, run));
+  try {
+    run.synchronise();
+  } catch (const platform::FileError& error) {
+    for (Result& result : results) {
+      if (result.url == error.file()) result.outcome = Failed{std::current_exception(), error.what()};
+    }
+  }
   return results;
 }
 

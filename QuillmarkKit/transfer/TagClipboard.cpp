@@ -3,6 +3,7 @@
 #include "QuillmarkKit/model/JSONDecoding.h"
 #include "QuillmarkKit/model/TagSetJSON.h"
 #include "platform/JSON.h"
+#include "platform/Text.h"
 
 namespace QuillmarkKit::TagClipboard {
 
@@ -15,7 +16,19 @@ ClipboardError::ClipboardError(std::int64_t version)
                    std::to_string(version) + ").") {
 }
 
+EncodingError::EncodingError(TagField field)
+    : field_(field),
+      description_("The field " + std::string(cliName(field)) + " cannot be copied: its text is not UTF-8.") {
+}
+
 namespace {
+
+void requireUTF8(const TagSet& tags) {
+  for (const TagField field : allTagFields) {
+    const TextMember text = stringKeyPath(field);
+    if (text && tags.*text && !platform::Text::isValidUTF8(*(tags.*text))) throw EncodingError(field);
+  }
+}
 
 JSON::Value encode(const Payload& payload) {
   JSON::Object document;
@@ -33,9 +46,10 @@ Payload decode(const JSON::Value& document) {
 }  // namespace
 
 void copy(const TagSet& tags, Pasteboard& to) {
+  requireUTF8(tags);
   const std::string document =
       JSON::print(encode({.version = currentVersion, .tags = tags}), JSON::Layout::compact);
-  // Not cleared first: until the new content is complete, whoever pastes gets the old.
+  // Not cleared first: until the new content is complete, `paste` returns the old.
   to.declareTypes({std::string(pasteboardType), std::string(Pasteboard::stringType)});
   to.setData(platform::bytesOf(document), pasteboardType);
   to.setString(tags.summary(), Pasteboard::stringType);

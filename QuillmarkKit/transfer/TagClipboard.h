@@ -43,8 +43,22 @@ class ClipboardError : public std::exception {
   std::string description_;
 };
 
-/// Puts the tag set in the place of what was there. Throws platform::FileError when it could not be stored;
-/// the pasteboard is empty then, or the error adds that what was there still is.
+/// A text that cannot be put into a document because it is not UTF-8.
+class EncodingError : public std::exception {
+ public:
+  explicit EncodingError(TagField field);
+
+  TagField field() const { return field_; }
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  TagField field_;
+  std::string description_;
+};
+
+/// Replaces the pasteboard's content with the tag set. Throws EncodingError, before the pasteboard is
+/// touched, if a text is not UTF-8. Throws platform::FileError if the tag set could not be stored; the
+/// pasteboard is empty then, or the error adds that its old content is still there.
 void copy(const TagSet& tags, platform::Pasteboard& to);
 
 /// The tag set on the pasteboard; nothing when there is no document of the type. Throws

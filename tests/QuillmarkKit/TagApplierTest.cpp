@@ -2,11 +2,40 @@
 
 #include <gtest/gtest.h>
 
+#include <type_traits>
+
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
+#include "QuillmarkKit/transfer/TagClipboard.h"
 #include "tests/Files.h"
 #include "tests/Samples.h"
 
 namespace tests {
+
+namespace {
+
+/// Implements only what every store must. Throws an int for the album "refused".
+class PlainStore : public QuillmarkKit::TagStore {
+ public:
+  QuillmarkKit::TagSet read(const std::filesystem::path&) const override { return held_; }
+  void write(const QuillmarkKit::TagSet& tags, const std::filesystem::path&) const override {
+    if (tags.album == "refused") throw 7;
+    held_ = tags;
+  }
+
+ private:
+  mutable QuillmarkKit::TagSet held_;
+};
+
+QuillmarkKit::TagSet tagsOf(const char* album) {
+  QuillmarkKit::TagSet tags;
+  tags.album = album;
+  return tags;
+}
+
+}  // namespace
+
+static_assert(std::is_constructible_v<QuillmarkKit::TagApplier, const PlainStore&>);
+static_assert(!std::is_constructible_v<QuillmarkKit::TagApplier, PlainStore>);
 
 TEST(TagApplierTest, GivesAnOutcomeForEachFileAndGoesOn) {
   using namespace QuillmarkKit;
@@ -24,6 +53,32 @@ TEST(TagApplierTest, GivesAnOutcomeForEachFileAndGoesOn) {
   const std::string unread = "no.mp3 could not be read.";
   EXPECT_EQ(messageOf([&] { std::rethrow_exception(failures[0].second); }), unread);
   EXPECT_EQ(messageOf([&] { applier.copy("no.mp3", {target}, TagFields::all, false); }), unread);
+  // Still within the applier's life, the folder holds the two files and nothing hidden.
+  EXPECT_EQ(folder.entryCount(), 2);
+}
+
+TEST(TagApplierTest, WorksWithAStoreThatOnlyReadsAndWrites) {
+  using namespace QuillmarkKit;
+  const PlainStore store;
+  const TagApplier applier(store);
+  const auto apply = [&](const char* album) {
+    return applier.apply(tagsOf(album), {"any.mp3"}, TagFields::all, false)[0].outcome;
+  };
+  EXPECT_TRUE(std::holds_alternative<TagApplier::Updated>(apply("Mass")));
+  EXPECT_TRUE(std::holds_alternative<TagApplier::Unchanged>(apply("Mass")));
+  const auto outcome = apply("refused");  // with something that is not a std::exception
+  const auto* failure = std::get_if<TagApplier::Failed>(&outcome);
+  ASSERT_NE(failure, nullptr);
+  EXPECT_THROW(std::rethrow_exception(failure->error), int);
+  EXPECT_EQ(store.read("any.mp3").album, "Mass");
+}
+
+TEST(TagClipboardTest, RefusesTextThatIsNotUTF8) {
+  const TemporaryFolder home;
+  platform::Pasteboard pasteboard(home.path());
+  EXPECT_THROW(QuillmarkKit::TagClipboard::copy(tagsOf("\xFF"), pasteboard),
+               QuillmarkKit::TagClipboard::EncodingError);
+  EXPECT_EQ(home.entryCount(), 0);
 }
 
 }  // namespace tests

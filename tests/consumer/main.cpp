@@ -1,12 +1,48 @@
 #include <filesystem>
+#include <string>
+#include <thread>
 
 #include "ID3TagEditor/ID3TagEditor.h"
 #include "QuillmarkKit/store/ID3TagEditorStore.h"
+#include "QuillmarkKit/store/LosslessTagStore.h"
+#include "QuillmarkKit/transfer/TagApplier.h"
 
-// Ends with 0 when the kit and the engine read the same title from the file.
+using namespace QuillmarkKit;
+
+namespace {
+
+/// Makes copies of the track, changes each of them twice, and counts the changes.
+template <class Store>
+std::size_t changes(const std::filesystem::path& track, const std::string& name) {
+  const Store store(true);
+  const TagApplier applier(store);
+  std::vector<std::filesystem::path> files;
+  for (const char* end : {"1.mp3", "2.mp3"}) {
+    std::filesystem::copy_file(track, files.emplace_back(name + end),
+                               std::filesystem::copy_options::overwrite_existing);
+  }
+  std::size_t count = 0;
+  for (const char* album : {"A", "B"}) {
+    TagSet tags;
+    tags.album = album;
+    count += TagApplier::updatedCount(applier.apply(tags, files, {TagField::album}, false));
+  }
+  return count;
+}
+
+}  // namespace
+
+// Ends with 0 if the kit and the engine read the same title from the file, and if two threads, each with a
+// store of its own, change files in one folder.
 int main(int, char** arguments) {
   const std::filesystem::path file = arguments[1];
   const auto tag = ID3TagEditor::ID3TagEditor().read(file);
-  const auto tags = QuillmarkKit::ID3TagEditorStore(true).read(file);
-  return tag && tags.title && ID3TagEditor::ID3TagContentReader(*tag).title() == tags.title ? 0 : 1;
+  const auto tags = ID3TagEditorStore(true).read(file);
+  if (!tag || !tags.title || ID3TagEditor::ID3TagContentReader(*tag).title() != tags.title) return 1;
+
+  std::size_t changed = 0;
+  std::thread other([&] { changed = changes<ID3TagEditorStore>(file, "a"); });
+  const std::size_t lossless = changes<LosslessTagStore>(file, "b");
+  other.join();
+  return changed == 4 && lossless == 4 ? 0 : 1;
 }

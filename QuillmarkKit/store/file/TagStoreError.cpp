@@ -1,4 +1,4 @@
-#include "QuillmarkKit/store/TagStoreError.h"
+#include "QuillmarkKit/store/file/TagStoreError.h"
 
 #include <utility>
 

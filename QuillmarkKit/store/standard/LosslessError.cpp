@@ -1,4 +1,4 @@
-#include "QuillmarkKit/store/LosslessError.h"
+#include "QuillmarkKit/store/standard/LosslessError.h"
 
 #include "platform/FileError.h"
 

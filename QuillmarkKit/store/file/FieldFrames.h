@@ -6,7 +6,7 @@
 
 #include "QuillmarkKit/model/TagField.h"
 
-/// The frames that the fields stand in, by the ID3v2 standards.
+/// The frames that the fields are kept in, by the ID3v2 standards.
 namespace QuillmarkKit::FieldFrames {
 
 /// The frame that a field's value is written as (ID3v2.3.0 §4), in the order of the fields.
@@ -15,7 +15,7 @@ inline constexpr std::array<std::string_view, tagFieldCount> identifiers{
     "TKEY", "TOWN", "TCON", "COMM", "USLT", "TYER", "TBPM", "TRCK", "TRCK", "TPOS", "TPOS", "APIC",
 };
 
-/// What a date is told in: v2.4's date, or the year, the day and month, and the time.
+/// The frames that contain a date: that of v2.4, or the year, the day and month, and the time.
 inline constexpr std::array<std::string_view, 4> dateIdentifiers{"TDRC", "TYER", "TDAT", "TIME"};
 
 constexpr std::string_view identifierOf(TagField field) {
@@ -26,7 +26,12 @@ constexpr bool isOfTheDate(std::string_view identifier) {
   return std::ranges::count(dateIdentifiers, identifier) != 0;
 }
 
-/// Whether a field's value is read from, and replaced in, such frames.
+/// Returns whether a field is kept in frames of this identifier.
+constexpr bool areOfAField(std::string_view identifier) {
+  return std::ranges::count(identifiers, identifier) != 0;
+}
+
+/// Returns whether a field's value is read from such frames and replaced in them.
 constexpr bool isOf(TagField field, std::string_view identifier) {
   return field == TagField::year ? isOfTheDate(identifier) : identifier == identifierOf(field);
 }

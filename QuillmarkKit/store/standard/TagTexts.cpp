@@ -1,10 +1,11 @@
-#include "QuillmarkKit/store/TagTexts.h"
+#include "QuillmarkKit/store/standard/TagTexts.h"
 
 #include <algorithm>
 #include <chrono>
 #include <unordered_set>
 #include <utility>
 
+#include "ID3v2/Dates.h"
 #include "ID3v2/Genres.h"
 #include "platform/Text.h"
 
@@ -116,7 +117,7 @@ std::string genreText(std::string_view genres) {
 
 std::optional<std::int64_t> yearIn(std::string_view date) {
   constexpr std::size_t digitsOfAYear = 4;
-  if (isDigits(date) && (date.size() == 9 || date.size() == 10)) {
+  if (isDigits(date) && ID3v2::areSecondsSince1970(date.size())) {
     const std::chrono::sys_seconds moment(std::chrono::seconds(*Text::decimalInteger(date)));
     return static_cast<int>(
         std::chrono::year_month_day(std::chrono::floor<std::chrono::days>(moment)).year());

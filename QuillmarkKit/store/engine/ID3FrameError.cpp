@@ -1,4 +1,4 @@
-#include "QuillmarkKit/store/ID3FrameError.h"
+#include "QuillmarkKit/store/engine/ID3FrameError.h"
 
 #include <utility>
 

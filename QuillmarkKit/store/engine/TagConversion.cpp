@@ -1,4 +1,4 @@
-#include "QuillmarkKit/store/TagConversion.h"
+#include "QuillmarkKit/store/engine/TagConversion.h"
 
 #include <algorithm>
 #include <array>
@@ -6,8 +6,7 @@
 #include "ID3TagEditor/model/FrameKinds.h"
 #include "ID3TagEditor/model/TagBuilders.h"
 #include "ID3TagEditor/parse/ID3TagContentReader.h"
-#include "QuillmarkKit/store/FieldFrames.h"
-#include "QuillmarkKit/store/ManagedFrames.h"
+#include "QuillmarkKit/store/file/FieldFrames.h"
 #include "platform/Text.h"
 
 namespace QuillmarkKit {
@@ -64,19 +63,17 @@ void writeArtwork(const TagSet& tags, Builder& builder) {
   builder.attachedPicture(cover, ID3FrameAttachedPicture(tags.artwork->data, cover, format));
 }
 
-/// Fields and the frame of an ID3v2.3 tag that they stand in.
+/// How the fields of one frame are read and written; FieldFrames names the frame.
 struct Conversion {
   TagFields fields;
-  std::string_view identifier;
-  /// Into a tag set, or a builder, that has none of this yet.
+  /// Into a tag set, or a builder, that has none of these fields yet.
   void (*read)(const Reader& reader, TagSet& tags);
   void (*write)(const TagSet& tags, Builder& builder);
 };
 
 template <auto member, auto query, auto setter>
-constexpr Conversion text(TagField field, std::string_view identifier) {
+constexpr Conversion text(TagField field) {
   return {{field},
-          identifier,
           [](const Reader& reader, TagSet& tags) { tags.*member = (reader.*query)(); },
           [](const TagSet& tags, Builder& builder) {
             if (tags.*member) (builder.*setter)(ID3FrameWithStringContent(*(tags.*member)));
@@ -85,8 +82,8 @@ constexpr Conversion text(TagField field, std::string_view identifier) {
 
 /// A total without its number has no place in a tag.
 template <auto number, auto total, auto query, auto setter>
-constexpr Conversion position(TagFields fields, std::string_view identifier) {
-  return {fields, identifier,
+constexpr Conversion position(TagFields fields) {
+  return {fields,
           [](const Reader& reader, TagSet& tags) {
             const auto found = (reader.*query)();
             if (!found) return;
@@ -99,9 +96,8 @@ constexpr Conversion position(TagFields fields, std::string_view identifier) {
 }
 
 template <auto member, auto query, auto setter>
-constexpr Conversion localized(TagField field, std::string_view identifier) {
+constexpr Conversion localized(TagField field) {
   return {{field},
-          identifier,
           [](const Reader& reader, TagSet& tags) { tags.*member = firstContent((reader.*query)()); },
           [](const TagSet& tags, Builder& builder) {
             if (tags.*member) (builder.*setter)(eng, ID3FrameWithLocalizedContent(eng, "", *(tags.*member)));
@@ -109,89 +105,68 @@ constexpr Conversion localized(TagField field, std::string_view identifier) {
 }
 
 constexpr std::array conversions = std::to_array<Conversion>({
-    text<&TagSet::title, &Reader::title, &Builder::title>(TagField::title, "TIT2"),
-    text<&TagSet::artist, &Reader::artist, &Builder::artist>(TagField::artist, "TPE1"),
-    text<&TagSet::album, &Reader::album, &Builder::album>(TagField::album, "TALB"),
-    text<&TagSet::albumArtist, &Reader::albumArtist, &Builder::albumArtist>(TagField::albumArtist, "TPE2"),
-    text<&TagSet::composer, &Reader::composer, &Builder::composer>(TagField::composer, "TCOM"),
-    text<&TagSet::conductor, &Reader::conductor, &Builder::conductor>(TagField::conductor, "TPE3"),
-    text<&TagSet::grouping, &Reader::contentGrouping, &Builder::contentGrouping>(TagField::grouping, "TIT1"),
-    text<&TagSet::publisher, &Reader::publisher, &Builder::publisher>(TagField::publisher, "TPUB"),
-    text<&TagSet::copyright, &Reader::copyright, &Builder::copyright>(TagField::copyright, "TCOP"),
-    text<&TagSet::lyricist, &Reader::lyricist, &Builder::lyricist>(TagField::lyricist, "TEXT"),
-    text<&TagSet::subtitle, &Reader::subtitle, &Builder::subtitle>(TagField::subtitle, "TIT3"),
-    text<&TagSet::encodedBy, &Reader::encodedBy, &Builder::encodedBy>(TagField::encodedBy, "TENC"),
-    text<&TagSet::initialKey, &Reader::initialKey, &Builder::initialKey>(TagField::initialKey, "TKEY"),
-    text<&TagSet::fileOwner, &Reader::fileOwner, &Builder::fileOwner>(TagField::fileOwner, "TOWN"),
+    text<&TagSet::title, &Reader::title, &Builder::title>(TagField::title),
+    text<&TagSet::artist, &Reader::artist, &Builder::artist>(TagField::artist),
+    text<&TagSet::album, &Reader::album, &Builder::album>(TagField::album),
+    text<&TagSet::albumArtist, &Reader::albumArtist, &Builder::albumArtist>(TagField::albumArtist),
+    text<&TagSet::composer, &Reader::composer, &Builder::composer>(TagField::composer),
+    text<&TagSet::conductor, &Reader::conductor, &Builder::conductor>(TagField::conductor),
+    text<&TagSet::grouping, &Reader::contentGrouping, &Builder::contentGrouping>(TagField::grouping),
+    text<&TagSet::publisher, &Reader::publisher, &Builder::publisher>(TagField::publisher),
+    text<&TagSet::copyright, &Reader::copyright, &Builder::copyright>(TagField::copyright),
+    text<&TagSet::lyricist, &Reader::lyricist, &Builder::lyricist>(TagField::lyricist),
+    text<&TagSet::subtitle, &Reader::subtitle, &Builder::subtitle>(TagField::subtitle),
+    text<&TagSet::encodedBy, &Reader::encodedBy, &Builder::encodedBy>(TagField::encodedBy),
+    text<&TagSet::initialKey, &Reader::initialKey, &Builder::initialKey>(TagField::initialKey),
+    text<&TagSet::fileOwner, &Reader::fileOwner, &Builder::fileOwner>(TagField::fileOwner),
     {{TagField::genre},
-     "TCON",
      [](const Reader& reader, TagSet& tags) { tags.genre = genreText(reader.genre()); },
      [](const TagSet& tags, Builder& builder) {
        if (tags.genre) builder.genre(ID3FrameGenre(std::nullopt, tags.genre));
      }},
-    localized<&TagSet::comment, &Reader::comments, &Builder::comment>(TagField::comment, "COMM"),
-    localized<&TagSet::lyrics, &Reader::unsynchronizedLyrics, &Builder::unsynchronisedLyrics>(
-        TagField::lyrics, "USLT"),
+    localized<&TagSet::comment, &Reader::comments, &Builder::comment>(TagField::comment),
+    localized<&TagSet::lyrics, &Reader::unsynchronizedLyrics, &Builder::unsynchronisedLyrics>(TagField::lyrics),
     {{TagField::year},
-     "TYER",
      readYear,
      [](const TagSet& tags, Builder& builder) {
        if (tags.year) builder.recordingYear(ID3FrameWithIntegerContent(tags.year));
      }},
     {{TagField::bpm},
-     "TBPM",
      [](const Reader& reader, TagSet& tags) { tags.bpm = reader.beatsPerMinute(); },
      [](const TagSet& tags, Builder& builder) {
        if (tags.bpm) builder.beatsPerMinute(ID3FrameWithIntegerContent(tags.bpm));
      }},
     position<&TagSet::trackNumber, &TagSet::trackTotal, &Reader::trackPosition, &Builder::trackPosition>(
-        {TagField::trackNumber, TagField::trackTotal}, "TRCK"),
+        {TagField::trackNumber, TagField::trackTotal}),
     position<&TagSet::discNumber, &TagSet::discTotal, &Reader::discPosition, &Builder::discPosition>(
-        {TagField::discNumber, TagField::discTotal}, "TPOS"),
+        {TagField::discNumber, TagField::discTotal}),
     {{TagField::artwork},
-     "APIC",
      [](const Reader& reader, TagSet& tags) { tags.artwork = artworkAmong(reader.attachedPictures()); },
      writeArtwork},
 });
 
+/// Returns whether all of the row's fields are kept in the same frame, and the engine can write it.
+constexpr bool isOfOneFrame(const Conversion& row) {
+  std::string_view identifier;
+  for (const TagField field : allTagFields) {
+    if (!row.fields.contains(field)) continue;
+    if (!identifier.empty() && identifier != FieldFrames::identifierOf(field)) return false;
+    identifier = FieldFrames::identifierOf(field);
+  }
+  return std::ranges::any_of(
+      frameKinds, [&](const FrameKind& kind) { return kind.identifierIn(Builder::version) == identifier; });
+}
+
+static_assert(std::ranges::all_of(conversions, isOfOneFrame));
 static_assert(std::ranges::all_of(allTagFields,
                                   [](TagField field) {
                                     return std::ranges::count_if(conversions, [&](const Conversion& row) {
                                              return row.fields.contains(field);
                                            }) == 1;
                                   }),
-              "each field stands in one frame");
-static_assert(std::ranges::all_of(conversions,
-                                  [](const Conversion& row) {
-                                    return std::ranges::any_of(frameKinds, [&](const FrameKind& kind) {
-                                      return kind.identifierIn(Builder::version) == row.identifier;
-                                    });
-                                  }),
-              "each of these frames is one that the engine writes");
-
-static_assert(std::ranges::all_of(conversions,
-                                  [](const Conversion& row) {
-                                    return std::ranges::all_of(allTagFields, [&](TagField field) {
-                                      return !row.fields.contains(field) ||
-                                             FieldFrames::identifierOf(field) == row.identifier;
-                                    });
-                                  }),
-              "both stores keep a field in the same frame");
-
-constexpr auto managedIdentifiers = [] {
-  std::array<std::string_view, conversions.size()> identifiers{};
-  std::ranges::transform(conversions, identifiers.begin(), &Conversion::identifier);
-  std::ranges::sort(identifiers);
-  return identifiers;
-}();
-static_assert(std::ranges::adjacent_find(managedIdentifiers) == managedIdentifiers.end(),
-              "each frame stands in one row");
+              "each field has one row");
 
 }  // namespace
-
-std::span<const std::string_view> ID3Frames::managed() {
-  return managedIdentifiers;
-}
 
 TagSet tagSetFrom(const ID3Tag& tag) {
   const Reader reader(tag);

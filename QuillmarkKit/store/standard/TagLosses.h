@@ -5,7 +5,7 @@
 
 #include "ID3v2/Tag.h"
 #include "QuillmarkKit/model/TagSet.h"
-#include "QuillmarkKit/store/FileTags.h"
+#include "QuillmarkKit/store/standard/FileTags.h"
 #include "platform/Bytes.h"
 
 /// What one tag says and another does not, in words for people. Differences of form alone do not count: 03/12

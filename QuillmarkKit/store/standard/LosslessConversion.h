@@ -18,15 +18,16 @@ TagSet fieldsOf(const ID3v2::Tag& tag);
 /// fields change, each in its place, and what is new stands behind.
 void setFields(ID3v2::Tag& tag, const TagSet& wanted, TagFields selected);
 
-/// The tag set as a tag holds it: a genre "17" is the genre Rock, and a year of five digits has no place.
-TagSet heldForm(const TagSet& tags);
+/// Returns the tag set as it is read from a tag that it was written into: a genre "17" is the genre Rock, and
+/// a year of five digits has no place.
+TagSet asRead(const TagSet& tags);
 
-/// What the tag says about a field in a way that the field's value cannot say, such as the picture of another
-/// format or the disc "A"; nothing where the field has its value or the tag says nothing.
-std::optional<std::string> uncarried(const ID3v2::Tag& tag, TagField field);
+/// Returns what the tag says about a field that no value of the field can say, such as a picture of another
+/// format or the disc "A", or nothing if the field has a value or the tag says nothing. `values` are the
+/// fields of the tag.
+std::optional<std::string> uncarried(const ID3v2::Tag& tag, const TagSet& values, TagField field);
 
-/// Whether the field shares a frame that cannot be read with one that is not among `fields`, and would go
-/// with it.
+/// Returns whether the field shares a frame that cannot be read with a field that is not among `fields`.
 bool sharesUnreadFrame(const ID3v2::Tag& tag, TagField field, TagFields fields);
 
 /// The kind of value that the field takes, as in "expected a number".

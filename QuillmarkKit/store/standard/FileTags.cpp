@@ -1,20 +1,17 @@
-#include "QuillmarkKit/store/FileTags.h"
+#include "QuillmarkKit/store/standard/FileTags.h"
 
 #include <algorithm>
 #include <utility>
 
 #include "ID3v2/TagsAtTheEnd.h"
-#include "QuillmarkKit/store/FieldFrames.h"
+#include "QuillmarkKit/store/file/FieldFrames.h"
 
 namespace QuillmarkKit {
 
 namespace {
 
-constexpr std::size_t headerSize = 10;
-
-void readTagsAtTheEnd(platform::FileHandle& file, FileTags& tags) {
-  file.seek(file.size() - std::min<std::uint64_t>(file.size(), ID3v2::endSize));
-  const platform::Bytes end = file.read(ID3v2::endSize);
+void readTagsAtTheEnd(MP3File& file, FileTags& tags) {
+  const platform::Bytes end = file.lastBytes(ID3v2::endSize);
   if (auto tag = ID3v2::readID3v1(end)) tags.tag = std::move(*tag);
   tags.hasAPETag = ID3v2::hasAPETag(end);
 }
@@ -39,25 +36,18 @@ std::string FileTags::unreadableFor(TagFields fields) const {
   return hasAPETag ? "its APE tag" : "";
 }
 
-FileTags readTags(platform::FileHandle& file) {
+FileTags readTags(MP3File& file) {
   FileTags tags;
-  const platform::ByteView header = file.start().first(std::min(headerSize, file.start().size()));
-  const auto length = ID3v2::tagLength(header);
-  if (!length) {
+  if (!ID3v2::tagLength(file.handle().start())) {
     readTagsAtTheEnd(file, tags);
     return tags;
   }
-  const auto present = static_cast<std::size_t>(std::min(*length, file.size()));
-  platform::Bytes bytes;
-  bytes.reserve(present);
-  platform::append(bytes, header);
-  file.seek(headerSize);
-  if (present > headerSize) file.readOnto(bytes, present - headerSize);
   tags.hasID3v2Tag = true;
-  tags.audioStart = present;
-  if (auto reading = ID3v2::read(platform::SharedBytes(std::move(bytes)))) {
+  const platform::SharedBytes& bytes = file.tagBytes();
+  tags.audioStart = bytes.size();
+  if (auto reading = ID3v2::read(bytes)) {
     // A tag may announce a footer that is not there; these bytes are audio.
-    tags.audioStart = std::min(reading->length, present);
+    tags.audioStart = std::min<std::uint64_t>(reading->length, bytes.size());
     tags.tag = std::move(reading->tag);
     tags.unreadable = std::move(reading->unreadable);
   }

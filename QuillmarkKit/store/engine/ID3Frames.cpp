@@ -1,13 +1,15 @@
-#include "QuillmarkKit/store/ID3Frames.h"
+#include "QuillmarkKit/store/engine/ID3Frames.h"
 
 #include <algorithm>
 #include <array>
 
 #include "ID3v2/Unsynchronisation.h"
-#include "QuillmarkKit/store/ID3FrameError.h"
-#include "platform/FileError.h"
+#include "QuillmarkKit/store/engine/ID3FrameError.h"
+#include "QuillmarkKit/store/file/FieldFrames.h"
+#include "QuillmarkKit/store/file/MP3File.h"
 #include "platform/FileHandle.h"
 #include "platform/FileReplacement.h"
+#include "platform/Formats.h"
 
 namespace QuillmarkKit {
 
@@ -15,12 +17,12 @@ using platform::Bytes;
 using platform::ByteView;
 using platform::FileHandle;
 using platform::SharedBytes;
+using platform::tagHeaderSize;
 
 namespace ID3Frames {
 
 namespace {
 
-constexpr std::size_t tagHeaderSize = 10;
 constexpr std::size_t frameHeaderSize = 10;
 constexpr std::size_t identifierSize = 4;
 constexpr std::uint8_t unsynchronisationFlag = 0x80;
@@ -30,7 +32,7 @@ std::uint32_t synchsafeAt(ByteView bytes, std::size_t offset) {
   return platform::numberFromSynchsafe(platform::bigEndian(bytes.subspan(offset, 4)));
 }
 
-/// A size as frames and extended headers tell it: synchsafe from version 4 on.
+/// Returns the size in a header of a frame or an extended header: synchsafe from version 4 on.
 std::uint32_t sizeAt(ByteView bytes, std::size_t offset, std::uint8_t version) {
   return version >= 4 ? synchsafeAt(bytes, offset) : platform::bigEndian(bytes.subspan(offset, 4));
 }
@@ -41,7 +43,7 @@ struct Header {
   std::uint64_t tagLength;
 };
 
-/// Nothing when the bytes do not start with a tag that holds something.
+/// Returns nothing if the bytes do not start with a tag that is not empty.
 std::optional<Header> parseHeader(ByteView data) {
   if (data.size() < tagHeaderSize || !platform::charactersOf(data).starts_with("ID3")) return std::nullopt;
   const std::uint32_t size = synchsafeAt(data, 6);
@@ -49,7 +51,7 @@ std::optional<Header> parseHeader(ByteView data) {
   return Header{.version = data[3], .flags = data[5], .tagLength = std::uint64_t{size} + tagHeaderSize};
 }
 
-/// The length of the extended header at the start of the body; nothing when it does not fit.
+/// Returns the length of the extended header at the start of the body, or nothing if it does not fit.
 std::optional<std::uint64_t> extendedHeaderLength(ByteView body, std::uint8_t version) {
   if (body.size() < 4) return std::nullopt;
   const std::uint64_t length = std::uint64_t{sizeAt(body, 0, version)} + (version >= 4 ? 0 : 4);
@@ -70,8 +72,8 @@ struct FrameView {
   ByteView payload;
 };
 
-/// Calls `visit` for each frame of the body from `position` on, up to the first one that does not fit or is
-/// none.
+/// Calls `visit` for each frame of the body from `position` on, up to the first bytes that are no frame or do
+/// not fit.
 template <class Visit>
 void walk(ByteView body, std::uint64_t position, std::uint8_t version, Visit visit) {
   while (position + frameHeaderSize <= body.size()) {
@@ -101,7 +103,7 @@ struct TagBody {
   }
 };
 
-/// Nothing when the bytes do not hold a whole tag.
+/// Returns nothing if the bytes do not contain a whole tag.
 std::optional<TagBody> parseBody(const SharedBytes& data) {
   const auto header = parseHeader(data);
   if (!header || data.size() < header->tagLength) return std::nullopt;
@@ -115,23 +117,22 @@ std::optional<TagBody> parseBody(const SharedBytes& data) {
   return body;
 }
 
-/// The bytes of the file's tag, or nothing when it has none; leaves the reading position unspecified.
-std::optional<SharedBytes> tagBytes(FileHandle& file) {
-  const auto header = parseHeader(file.start());
-  // A size field alone must not allocate: what the file does not have is not asked for.
-  if (!header || header->tagLength > file.size()) return std::nullopt;
-  Bytes bytes;
-  bytes.reserve(header->tagLength);
-  platform::append(bytes, file.start().first(tagHeaderSize));
-  file.seek(tagHeaderSize);
-  file.readExactlyOnto(bytes, header->tagLength - tagHeaderSize);
-  return SharedBytes(std::move(bytes));
+/// Returns the start of the file at `path`, as far as `parse` needs it.
+SharedBytes tagBytesOf(const std::filesystem::path& path) {
+  return MP3File(FileHandle::forReading(path)).tagBytes();
 }
 
-std::optional<TagBody> bodyOfTagIn(FileHandle& file) {
-  const auto bytes = tagBytes(file);
-  return bytes ? parseBody(*bytes) : std::nullopt;
-}
+/// The identifiers of all fields in ascending order, each once.
+constexpr auto managedIdentifiers = [] {
+  struct {
+    std::array<std::string_view, tagFieldCount> identifiers = FieldFrames::identifiers;
+    std::size_t count = 0;
+  } managed;
+  std::ranges::sort(managed.identifiers);
+  managed.count = static_cast<std::size_t>(std::ranges::unique(managed.identifiers).begin() -
+                                           managed.identifiers.begin());
+  return managed;
+}();
 
 void appendFrame(Bytes& bytes, std::string_view id, std::uint16_t flags, ByteView payload) {
   platform::append(bytes, platform::bytesOf(id));
@@ -141,19 +142,26 @@ void appendFrame(Bytes& bytes, std::string_view id, std::uint16_t flags, ByteVie
   platform::append(bytes, payload);
 }
 
-/// An ID3v2.3 tag header in front of what will be `bodySize` bytes, with room for them. Throws ID3FrameError,
-/// which names `file`, for more than a tag can hold; less than that always fits the size field of a frame.
+/// Returns the header of an ID3v2.3 tag with a body of `bodySize` bytes. Throws ID3FrameError, which names
+/// `file`, for more than a tag can hold; less than that always fits the size field of a frame.
+std::array<std::uint8_t, tagHeaderSize> tagHeader(std::uint64_t bodySize, const std::filesystem::path& file) {
+  if (bodySize >= platform::synchsafeLimit) throw ID3FrameError(ID3FrameError::Case::tagTooBig, file);
+  std::array<std::uint8_t, tagHeaderSize> header{'I', 'D', '3', 3, 0, 0};
+  std::ranges::copy(platform::bigEndianBytes(platform::synchsafe(static_cast<std::uint32_t>(bodySize))),
+                    header.begin() + 6);
+  return header;
+}
+
+/// Returns such a header with capacity for the body after it.
 Bytes tagStart(std::uint64_t bodySize, const std::filesystem::path& file) {
-  constexpr std::uint64_t bodyLimit = std::uint64_t{1} << 28;
-  if (bodySize >= bodyLimit) throw ID3FrameError(ID3FrameError::Case::tagTooBig, file);
+  const auto header = tagHeader(bodySize, file);
   Bytes tag;
   tag.reserve(tagHeaderSize + bodySize);
-  tag = {'I', 'D', '3', 3, 0, 0};
-  platform::append(tag, platform::bigEndianBytes(platform::synchsafe(static_cast<std::uint32_t>(bodySize))));
+  platform::append(tag, header);
   return tag;
 }
 
-/// Puts the new tag and the audio behind the old one together.
+/// Completes a file with the new tag and the audio of `source`.
 void assemble(platform::FileReplacement& replacement, const Bytes& tag, FileHandle& source,
               std::uint64_t audioStart) {
   replacement.file().write(tag);
@@ -162,6 +170,10 @@ void assemble(platform::FileReplacement& replacement, const Bytes& tag, FileHand
 }
 
 }  // namespace
+
+std::span<const std::string_view> managed() {
+  return std::span(managedIdentifiers.identifiers).first(managedIdentifiers.count);
+}
 
 bool isManaged(std::string_view id) {
   return std::ranges::binary_search(managed(), id);
@@ -181,26 +193,34 @@ std::optional<ParsedTag> parse(const SharedBytes& data) {
 
 std::vector<ID3Frame> unmanagedFrames(const std::filesystem::path& inFileAt) {
   try {
-    FileHandle file = FileHandle::forReading(inFileAt);
-    const auto bytes = tagBytes(file);
-    auto tag = bytes ? parse(*bytes) : std::nullopt;
+    auto tag = parse(tagBytesOf(inFileAt));
     if (!tag) return {};
     std::erase_if(tag->frames, [](const ID3Frame& frame) { return isManaged(frame.id); });
     return std::move(tag->frames);
-  } catch (const platform::FileError&) {
+  } catch (const std::exception&) {
     return {};
   }
 }
 
-FrameData unmanagedFrameData(FileHandle& file) {
-  FrameData unmanaged;
-  const auto body = bodyOfTagIn(file);
-  if (!body) return unmanaged;
-  unmanaged.audioStart = body->header.tagLength;
-  body->forEachFrame([&](const FrameView& frame) {
-    if (!isManaged(frame.id)) appendFrame(unmanaged.bytes, frame.id, frame.flags, frame.payload);
+template <class Visit>
+void UnmanagedFrames::forEach(Visit visit) const {
+  walk(body_, framesStart_, version_, [&](const FrameView& frame) {
+    if (!isManaged(frame.id)) visit(frame);
   });
-  return unmanaged;
+}
+
+UnmanagedFrames::UnmanagedFrames(const SharedBytes& tag) {
+  auto body = parseBody(tag);
+  if (!body) return;
+  body_ = std::move(body->bytes);
+  framesStart_ = body->framesStart;
+  audioStart_ = body->header.tagLength;
+  version_ = body->header.version;
+  forEach([&](const FrameView& frame) { size_ += frameHeaderSize + frame.payload.size(); });
+}
+
+void UnmanagedFrames::appendTo(Bytes& bytes) const {
+  forEach([&](const FrameView& frame) { appendFrame(bytes, frame.id, frame.flags, frame.payload); });
 }
 
 Bytes tagData(const std::vector<ID3Frame>& frames, std::int64_t padding, const std::filesystem::path& file) {
@@ -217,43 +237,44 @@ Bytes tagData(const std::vector<ID3Frame>& frames, std::int64_t padding, const s
   return tag;
 }
 
-Bytes appending(const FrameData& frames, const SharedBytes& tag, const std::filesystem::path& file) {
-  const auto body = parseBody(tag);
-  if (!body) throw ID3FrameError(ID3FrameError::Case::unreadableTag, file);
-  std::uint64_t bodySize = frames.bytes.size();
-  body->forEachFrame([&](const FrameView& frame) { bodySize += frameHeaderSize + frame.payload.size(); });
-  Bytes extended = tagStart(bodySize, file);
-  body->forEachFrame(
-      [&](const FrameView& frame) { appendFrame(extended, frame.id, frame.flags, frame.payload); });
-  platform::append(extended, frames.bytes);
-  return extended;
+void appendTo(Bytes& tag, const UnmanagedFrames& frames, const std::filesystem::path& file) {
+  const auto header = parseHeader(tag);
+  if (!header || header->version != 3 || header->flags != 0 || header->tagLength != tag.size()) {
+    throw ID3FrameError(ID3FrameError::Case::unreadableTag, file);
+  }
+  std::size_t framesEnd = tagHeaderSize;
+  walk(tag, tagHeaderSize, header->version,
+       [&](const FrameView& frame) { framesEnd = frame.payloadStart + frame.payload.size(); });
+  const auto newHeader = tagHeader(framesEnd - tagHeaderSize + frames.size(), file);
+  tag.resize(framesEnd);
+  frames.appendTo(tag);
+  std::ranges::copy(newHeader, tag.begin());
 }
 
-Bytes tagData(const FrameData& frames, const std::filesystem::path& file) {
-  Bytes tag = tagStart(frames.bytes.size(), file);
-  platform::append(tag, frames.bytes);
+Bytes tagData(const UnmanagedFrames& frames, const std::filesystem::path& file) {
+  Bytes tag = tagStart(frames.size(), file);
+  frames.appendTo(tag);
   return tag;
 }
 
 void append(const std::vector<ID3Frame>& frames, const std::filesystem::path& toFileAt) {
   if (frames.empty()) return;
-  FrameData data{.bytes = tagData(frames, 0, toFileAt)};
-  data.bytes.erase(data.bytes.begin(), data.bytes.begin() + tagHeaderSize);
-  FileHandle file = FileHandle::forReading(toFileAt);
-  const auto tag = tagBytes(file);
+  MP3File file(FileHandle::forReading(toFileAt));
+  auto tag = parse(file.tagBytes());
   if (!tag) throw ID3FrameError(ID3FrameError::Case::unreadableTag, toFileAt);
-  const Bytes extended = appending(data, *tag, toFileAt);
-  platform::FileReplacement replacement(file);
-  assemble(replacement, extended, file, tag->size());
+  tag->frames.insert(tag->frames.end(), frames.begin(), frames.end());
+  const Bytes extended = tagData(tag->frames, 0, toFileAt);
+  platform::FileReplacement replacement(file.handle());
+  assemble(replacement, extended, file.handle(), tag->audioOffset);
 }
 
 void write(const std::vector<ID3Frame>& frames, const std::filesystem::path& withAudioFrom,
            const std::filesystem::path& to) {
-  FileHandle source = FileHandle::forReading(withAudioFrom);
-  const auto body = bodyOfTagIn(source);
+  MP3File source(FileHandle::forReading(withAudioFrom));
+  const auto body = parseBody(source.tagBytes());
   const Bytes tag = tagData(frames, 0, to);
   platform::FileReplacement replacement(to);
-  assemble(replacement, tag, source, body ? body->header.tagLength : 0);
+  assemble(replacement, tag, source.handle(), body ? body->header.tagLength : 0);
 }
 
 }  // namespace ID3Frames

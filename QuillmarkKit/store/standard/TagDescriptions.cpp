@@ -1,10 +1,11 @@
-#include "QuillmarkKit/store/TagDescriptions.h"
+#include "QuillmarkKit/store/standard/TagDescriptions.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
 
-#include "QuillmarkKit/store/FieldFrames.h"
+#include "QuillmarkKit/store/file/FieldFrames.h"
+#include "platform/Formats.h"
 #include "platform/Text.h"
 
 namespace QuillmarkKit::TagDescriptions {
@@ -24,7 +25,11 @@ constexpr std::array<std::string_view, 21> pictureTypes{
 /// Told by the picture itself, as what is said of it may be wrong; else "image/jxl" as "JXL".
 std::string formatOf(const ID3v2::Picture& picture) {
   static constexpr std::array signatures = std::to_array<std::pair<std::string_view, std::string_view>>(
-      {{"\xFF\xD8\xFF", "JPEG"}, {"\x89PNG", "PNG"}, {"GIF8", "GIF"}, {"RIFF", "WebP"}, {"BM", "BMP"}});
+      {{platform::jpegSignature, "JPEG"},
+       {platform::pngSignature.substr(0, 4), "PNG"},
+       {"GIF8", "GIF"},
+       {"RIFF", "WebP"},
+       {"BM", "BMP"}});
   if (picture.mimeType == "-->") return "a link";
   for (const auto& [signature, name] : signatures) {
     if (platform::charactersOf(picture.data).starts_with(signature)) return std::string(name);

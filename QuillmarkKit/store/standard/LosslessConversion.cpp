@@ -1,13 +1,13 @@
-#include "QuillmarkKit/store/LosslessConversion.h"
+#include "QuillmarkKit/store/standard/LosslessConversion.h"
 
 #include <algorithm>
 #include <array>
 #include <utility>
 #include <vector>
 
-#include "QuillmarkKit/store/FieldFrames.h"
-#include "QuillmarkKit/store/TagDescriptions.h"
-#include "QuillmarkKit/store/TagTexts.h"
+#include "QuillmarkKit/store/file/FieldFrames.h"
+#include "QuillmarkKit/store/standard/TagDescriptions.h"
+#include "QuillmarkKit/store/standard/TagTexts.h"
 #include "platform/Text.h"
 
 namespace QuillmarkKit::LosslessConversion {
@@ -225,14 +225,14 @@ void setFields(Tag& tag, const TagSet& wanted, TagFields selected) {
   }
 }
 
-TagSet heldForm(const TagSet& tags) {
+TagSet asRead(const TagSet& tags) {
   Tag tag;
   setFields(tag, tags.normalized(), TagFields::all);
   return fieldsOf(tag);
 }
 
-std::optional<std::string> uncarried(const Tag& tag, TagField field) {
-  if (fieldsOf(tag).value(field)) return std::nullopt;
+std::optional<std::string> uncarried(const Tag& tag, const TagSet& values, TagField field) {
+  if (values.value(field)) return std::nullopt;
   if (field == TagField::artwork) {
     const Frame* cover = coverOf(tag);
     if (cover != nullptr) return "(" + TagDescriptions::describe(std::get<Picture>(cover->content)) + ")";

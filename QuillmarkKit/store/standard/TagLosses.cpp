@@ -1,4 +1,4 @@
-#include "QuillmarkKit/store/TagLosses.h"
+#include "QuillmarkKit/store/standard/TagLosses.h"
 
 #include <algorithm>
 #include <array>
@@ -6,10 +6,10 @@
 #include <utility>
 
 #include "ID3v2/Reading.h"
-#include "QuillmarkKit/store/FieldFrames.h"
-#include "QuillmarkKit/store/LosslessConversion.h"
-#include "QuillmarkKit/store/TagDescriptions.h"
-#include "QuillmarkKit/store/TagTexts.h"
+#include "QuillmarkKit/store/file/FieldFrames.h"
+#include "QuillmarkKit/store/standard/LosslessConversion.h"
+#include "QuillmarkKit/store/standard/TagDescriptions.h"
+#include "QuillmarkKit/store/standard/TagTexts.h"
 #include "platform/Text.h"
 
 namespace QuillmarkKit::TagLosses {
@@ -335,7 +335,7 @@ std::string ofReading(const FileTags& tags, const TagSet& read, TagFields select
              : field == TagField::artwork    ? "(" + *said + ")"
                                              : *said;
     } else {
-      said = LosslessConversion::uncarried(tag, field);
+      said = LosslessConversion::uncarried(tag, held, field);
       if (!said) continue;
       canBeCarried = false;
     }

@@ -8,7 +8,7 @@
 #include "ID3v2/Reading.h"
 #include "ID3v2/Tag.h"
 #include "QuillmarkKit/model/TagField.h"
-#include "platform/FileHandle.h"
+#include "QuillmarkKit/store/file/MP3File.h"
 
 namespace QuillmarkKit {
 
@@ -31,7 +31,7 @@ struct FileTags {
   std::string unreadableFor(TagFields fields) const;
 };
 
-/// Reads the tags; of the audio only what a tag at the end may take, and only where there is none in front.
-FileTags readTags(platform::FileHandle& file);
+/// Reads the tags. Reads the end of the file only if there is no tag at its start.
+FileTags readTags(MP3File& file);
 
 }  // namespace QuillmarkKit

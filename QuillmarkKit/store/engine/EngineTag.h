@@ -1,0 +1,38 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+
+#include "QuillmarkKit/store/file/MP3File.h"
+#include "QuillmarkKit/store/file/OpenTag.h"
+
+namespace ID3TagEditor {
+class ID3TagEditor;
+}
+
+namespace QuillmarkKit {
+
+/// A tag as the engine reads it. A new tag is ID3v2.3, with the fields' frames followed by the frames of the
+/// old tag that no field is kept in, byte for byte. The engine's errors pass through: they do not name the
+/// file.
+class EngineTag : public OpenTag {
+ public:
+  /// Throws ID3TagEditor::ID3TagEditorError and what MP3File throws. The editor must outlive this object.
+  EngineTag(const ID3TagEditor::ID3TagEditor& editor, MP3File& file);
+
+  const TagSet& tags() const override { return tags_; }
+  bool holdsMoreThanValues(TagFields) const override { return false; }
+  void requireCarriable(TagFields) const override {}
+  bool isLossless() const override { return false; }
+  /// Also throws ID3FrameError.
+  NewTag changedBy(const TagChange& change) override;
+
+ private:
+  const ID3TagEditor::ID3TagEditor& editor_;
+  MP3File& file_;
+  /// The size of the tag that the engine has found.
+  std::optional<std::uint64_t> length_;
+  TagSet tags_;
+};
+
+}  // namespace QuillmarkKit

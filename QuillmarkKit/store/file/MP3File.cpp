@@ -1,0 +1,102 @@
+#include "QuillmarkKit/store/file/MP3File.h"
+
+#include <algorithm>
+#include <array>
+#include <string_view>
+
+#include "QuillmarkKit/store/file/TagStoreError.h"
+#include "platform/FileConflict.h"
+#include "platform/FileError.h"
+#include "platform/Formats.h"
+
+namespace QuillmarkKit {
+
+using platform::FileHandle;
+
+namespace {
+
+constexpr std::size_t leastSize = 3;
+
+FileHandle openForReading(const std::filesystem::path& url) {
+  try {
+    return FileHandle::forReading(url);
+  } catch (const platform::FileError& error) {
+    // Only a folder, pipe or device is named; the system's reasons are not.
+    if (!error.code()) throw;
+    throw TagStoreError::fileNotReadable(url);
+  }
+}
+
+bool hasAt(platform::ByteView data, std::size_t offset, std::string_view text) {
+  return data.size() >= offset + text.size() &&
+         platform::charactersOf(data.subspan(offset, text.size())) == text;
+}
+
+/// Returns the size of the tag that starts with these bytes, header and footer included, or the number of
+/// these bytes if none does.
+std::uint64_t claimedSize(platform::ByteView start) {
+  constexpr std::uint8_t versionWithFooter = 4;
+  constexpr std::uint8_t footerFlag = 0x10;
+  if (start.size() < platform::tagHeaderSize || !hasAt(start, 0, "ID3")) return start.size();
+  const std::uint64_t bodySize = platform::numberFromSynchsafe(platform::bigEndian(start.subspan(6, 4)));
+  const bool hasFooter = start[3] == versionWithFooter && (start[5] & footerFlag) != 0;
+  return platform::tagHeaderSize + bodySize + (hasFooter ? platform::tagHeaderSize : 0);
+}
+
+}  // namespace
+
+MP3File::MP3File(const std::filesystem::path& path) : MP3File(openForReading(path)) {
+  const platform::ByteView start = handle_.start();
+  if (start.size() < leastSize) throw TagStoreError::unsupportedFileType(path, std::nullopt);
+  if (!looksLikeMP3(start)) throw TagStoreError::unsupportedFileType(path, describeFormat(start));
+}
+
+const platform::SharedBytes& MP3File::tagBytes() {
+  if (!tagBytes_) {
+    const auto size = static_cast<std::size_t>(std::min(claimedSize(handle_.start()), handle_.size()));
+    platform::Bytes bytes = handle_.readFirst(size);
+    if (bytes.size() < size) {
+      throw platform::FileConflict(platform::FileConflict::Case::changed, handle_.path());
+    }
+    tagBytes_ = std::move(bytes);
+  }
+  return *tagBytes_;
+}
+
+platform::Bytes MP3File::lastBytes(std::size_t count) {
+  handle_.seek(handle_.size() - std::min<std::uint64_t>(handle_.size(), count));
+  return handle_.read(count);
+}
+
+void verifyMP3(const std::filesystem::path& at) {
+  MP3File file(at);
+}
+
+bool looksLikeMP3(platform::ByteView data) {
+  if (data.size() < leastSize) return false;
+  if (data[0] == 0xFF) return data[1] >= 0xE0;
+  return hasAt(data, 0, "ID3");
+}
+
+std::optional<std::string> describeFormat(platform::ByteView data) {
+  struct Signature {
+    std::size_t offset;
+    std::string_view text;
+    std::string_view format;
+  };
+  static constexpr std::array signatures = std::to_array<Signature>({
+      {4, "ftypM4A", "M4A"},
+      {4, "ftyp", "MPEG-4"},
+      {0, "fLaC", "FLAC"},
+      {0, "OggS", "Ogg"},
+      {0, "RIFF", "WAV"},
+      {0, "FORM", "AIFF"},
+      {0, "wvpk", "WavPack"},
+  });
+  for (const auto& [offset, text, format] : signatures) {
+    if (hasAt(data, offset, text)) return std::string(format);
+  }
+  return std::nullopt;
+}
+
+}  // namespace QuillmarkKit

@@ -1,0 +1,100 @@
+#include "platform/ReplacementRun.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <climits>
+#include <system_error>
+#include <utility>
+
+#include "platform/FileConflict.h"
+
+namespace platform {
+
+using std::filesystem::path;
+
+namespace {
+
+/// Returns the path of an open file without any link in it, if the system knows one. It may be out of date
+/// already.
+std::optional<path> realPath(const FileHandle& file) {
+  std::array<char, PATH_MAX> buffer;
+  const std::string own = "/proc/self/fd/" + std::to_string(file.descriptor());
+  const ssize_t length = ::readlink(own.c_str(), buffer.data(), buffer.size());
+  if (length > 0 && static_cast<std::size_t>(length) < buffer.size() && buffer[0] == '/') {
+    return path(std::string(buffer.data(), static_cast<std::size_t>(length)));
+  }
+  std::error_code failure;
+  path real = std::filesystem::canonical(file.path(), failure);
+  return failure ? std::nullopt : std::optional(std::move(real));
+}
+
+path folderOf(const path& file) {
+  return file.has_parent_path() ? file.parent_path() : path(".");
+}
+
+/// Returns the entry of that name; its attributes are zero if there is none.
+FolderEntry entryIn(ReplacementFolder& folder, const path& name) {
+  FolderEntry entry{.folder = &folder, .name = name.native()};
+  if (!folder.find(entry.name, entry.attributes)) entry.attributes = {};
+  return entry;
+}
+
+}  // namespace
+
+FolderEntry ReplacementRun::entryOf(const FileHandle& file) {
+  const path folder = folderOf(file.path());
+  const auto leadsToFile = [&](const FolderEntry& entry) {
+    return isSameFile(entry.attributes, file.attributes());
+  };
+  // To find the file under its name is not enough: hard links can give it that name in several folders.
+  if (folder_ && folder_->isAt(folder)) {
+    FolderEntry entry = entryIn(*folder_, file.path().filename());
+    if (leadsToFile(entry)) return entry;
+  }
+  auto opened = std::make_unique<ReplacementFolder>(folder, file.path());
+  FolderEntry entry{.folder = opened.get(), .name = file.path().filename().native()};
+  if (!opened->find(entry.name, entry.attributes)) {
+    if (errno != ENOENT) throw FileError(file.path(), FileError::notWritten, errno);
+    throw FileConflict(FileConflict::Case::movedOrDeleted, file.path());
+  }
+  if (leadsToFile(entry)) return takeOn(std::move(opened), std::move(entry));
+
+  // The name belongs to a link, or to another file by now.
+  const mode_t found = entry.attributes.st_mode;
+  if (const auto real = S_ISLNK(found) ? realPath(file) : std::nullopt) {
+    opened = std::make_unique<ReplacementFolder>(folderOf(*real), file.path());
+    entry = entryIn(*opened, real->filename());
+    if (leadsToFile(entry)) return takeOn(std::move(opened), std::move(entry));
+  }
+  throw FileConflict(S_ISREG(found) ? FileConflict::Case::changed : FileConflict::Case::noFile, file.path());
+}
+
+FolderEntry ReplacementRun::newEntry(const path& path) {
+  auto folder = std::make_unique<ReplacementFolder>(folderOf(path), path);
+  return takeOn(std::move(folder), {.folder = nullptr, .name = path.filename().native()});
+}
+
+FolderEntry ReplacementRun::takeOn(std::unique_ptr<ReplacementFolder> folder, FolderEntry entry) {
+  synchroniseFolder();
+  folder_ = std::move(folder);
+  entry.folder = folder_.get();
+  return entry;
+}
+
+void ReplacementRun::synchronise() {
+  synchroniseFolder();
+  if (failure_) throw FileError(*failure_);
+}
+
+void ReplacementRun::synchroniseFolder() {
+  try {
+    if (folder_) folder_->synchronise();
+  } catch (const FileError& error) {
+    // It is about files that are done, and must not be taken for a failure of the next one.
+    if (!failure_) failure_ = error;
+  }
+}
+
+}  // namespace platform
