@@ -7,14 +7,16 @@
 
 namespace platform {
 
-/// Somebody else has put a hand on a file between the first look at it and its replacement, so that what was
-/// made of it no longer fits. The file is left as that other one made it.
+/// Another program has changed a file between the first look at it and its replacement, so that the new
+/// version no longer fits. The file is left as the other program made it.
 class FileConflict : public std::exception {
  public:
   enum class Case : std::uint8_t {
     /// The file has other contents or attributes, or another file has its name.
     changed,
-    /// Something has its name that is no file, such as a link: to follow it now could lead anywhere.
+    /// Like `changed`, but found directly after waiting for the lock: the previous holder has changed the file.
+    changedWhileWaiting,
+    /// Its name belongs to something other than a file, such as a link, which could lead anywhere.
     noFile,
     /// Nothing has its name any more.
     movedOrDeleted,

@@ -3,23 +3,26 @@
 #include <sys/file.h>
 
 #include <cerrno>
-#include <ctime>
+#include <thread>
 
 #include "platform/FileError.h"
 
 namespace platform {
 
-void lockForReplacement(const FileHandle& file) {
-  constexpr timespec pause{.tv_sec = 0, .tv_nsec = 10'000'000};
-  constexpr int mostAttempts = 500;
-  for (int attempt = 1; ::flock(file.descriptor(), LOCK_EX | LOCK_NB) == -1; ++attempt) {
+bool lockForReplacement(const FileHandle& file, std::chrono::milliseconds& patience) {
+  constexpr std::chrono::milliseconds pause{10};
+  bool hasWaited = false;
+  while (::flock(file.descriptor(), LOCK_EX | LOCK_NB) == -1) {
     if (errno == EINTR) continue;
-    if (errno != EWOULDBLOCK) return;
-    if (attempt == mostAttempts) {
+    if (errno != EWOULDBLOCK) break;
+    if (patience < pause) {
       throw FileError(file.path(), FileError::notWritten, "another program holds it locked");
     }
-    ::nanosleep(&pause, nullptr);
+    std::this_thread::sleep_for(pause);
+    patience -= pause;
+    hasWaited = true;
   }
+  return hasWaited;
 }
 
 }  // namespace platform

@@ -71,8 +71,13 @@ FileReplacement::FileReplacement(const std::filesystem::path& path)
 void FileReplacement::prepareFor(ReplacementRun& run) {
   if (original_ != nullptr) {
     requireWritable(*original_);
-    entry_ = run.entryOf(*original_);
-    requireUnchanged(entry_.attributes, false);
+    try {
+      entry_ = run.entryOf(*original_);
+      requireUnchanged(entry_.attributes, false);
+    } catch (const FileConflict& conflict) {
+      if (conflict.value() != FileConflict::Case::changed || !run.hasWaited()) throw;
+      throw FileConflict(FileConflict::Case::changedWhileWaiting, path_);
+    }
   } else {
     entry_ = run.newEntry(path_);
   }

@@ -57,7 +57,8 @@ std::optional<ByteView> dataIn(std::string_view stored, std::string_view type) {
 /// The lock that keeps other writers away for as long as it is open.
 FileHandle lockOf(const PasteboardFolder& folder) {
   FileHandle file = folder.file(lockName, O_RDWR | O_CREAT);
-  lockForReplacement(file);
+  auto patience = lockPatience;
+  lockForReplacement(file, patience);
   return file;
 }
 

@@ -43,6 +43,14 @@ FolderEntry entryIn(ReplacementFolder& folder, const path& name) {
 
 }  // namespace
 
+void ReplacementRun::lock(const FileHandle& file) {
+  if (file.path() != lockedPath_) {
+    lockedPath_ = file.path();
+    patience_ = lockPatience;
+  }
+  hasWaited_ = lockForReplacement(file, patience_);
+}
+
 FolderEntry ReplacementRun::entryOf(const FileHandle& file) {
   const path folder = folderOf(file.path());
   const auto leadsToFile = [&](const FolderEntry& entry) {

@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <chrono>
 #include <filesystem>
 #include <memory>
 #include <optional>
@@ -9,6 +10,7 @@
 
 #include "platform/FileError.h"
 #include "platform/FileHandle.h"
+#include "platform/FileLock.h"
 #include "platform/ReplacementFolder.h"
 
 namespace platform {
@@ -31,6 +33,12 @@ class ReplacementRun {
   ReplacementRun(const ReplacementRun&) = delete;
   ReplacementRun& operator=(const ReplacementRun&) = delete;
 
+  /// Locks the open file as `lockForReplacement` does, but the patience is for all attempts in a row to replace
+  /// the file at one path.
+  void lock(const FileHandle& file);
+  /// Returns whether the last `lock` had to wait.
+  bool hasWaited() const { return hasWaited_; }
+
   /// Returns where the open file really is: its folder and its name there, no link in between. Throws
   /// FileConflict if the file's path no longer leads to it, and FileError.
   FolderEntry entryOf(const FileHandle& file);
@@ -47,6 +55,9 @@ class ReplacementRun {
 
   std::unique_ptr<ReplacementFolder> folder_;
   std::optional<FileError> failure_;
+  std::filesystem::path lockedPath_;
+  std::chrono::milliseconds patience_ = lockPatience;
+  bool hasWaited_ = false;
 };
 
 }  // namespace platform

@@ -8,7 +8,6 @@
 #include "QuillmarkKit/store/TagFileError.h"
 #include "QuillmarkKit/store/standard/FileTags.h"
 #include "QuillmarkKit/store/standard/TagLosses.h"
-#include "platform/FileLock.h"
 #include "platform/FileReplacement.h"
 
 namespace QuillmarkKit {
@@ -60,7 +59,7 @@ class MP3TagStore::Edit : public TagEdit {
   void commit() override {
     if (failure_) std::rethrow_exception(failure_);
     platform::FileHandle& original = file_.handle();
-    platform::lockForReplacement(original);
+    run_.lock(original);
     // The previous holder of the lock may have replaced the file; this throws FileConflict if it has.
     platform::FileReplacement replacement(original, run_);
     replacement.file().write(planned_.bytes);

@@ -28,12 +28,15 @@ TagApplier::Outcome TagApplier::outcomeFor(const TagSet& source, const std::file
                                            TagFields fields, bool dryRun,
                                            platform::ReplacementRun& run) const {
   constexpr int mostAttempts = 3;
-  for (int number = 1;; ++number) {
+  for (int number = 0;;) {
     try {
       return attempt(source, file, fields, dryRun, run);
     } catch (const platform::FileConflict& conflict) {
-      // The change starts again from what another program has made of the file, so that neither is lost.
-      if (conflict.value() != platform::FileConflict::Case::changed || number == mostAttempts) throw;
+      // The change starts again from the file as the other program left it, so that neither change is lost.
+      using enum platform::FileConflict::Case;
+      // To wait for another run is not an attempt; `run` limits the time.
+      if (conflict.value() == changedWhileWaiting) continue;
+      if (conflict.value() != changed || ++number == mostAttempts) throw;
     }
   }
 }
