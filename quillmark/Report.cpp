@@ -42,7 +42,7 @@ void Report::synchronise(platform::ReplacementRun& run) {
   try {
     run.synchronise();
   } catch (const std::exception& error) {
-    ++failed_;
+    isSynchronised_ = false;
     console_.printError(error.what());
   }
 }
@@ -50,7 +50,7 @@ void Report::synchronise(platform::ReplacementRun& run) {
 int Report::finish() {
   console_.write((options_.dryRun ? "\nwould change " : "\nchanged ") + std::to_string(changed_) +
                  ", unchanged " + std::to_string(unchanged_) + ", failed " + std::to_string(failed_) + "\n");
-  return failed_ > 0 ? 2 : 0;
+  return failed_ > 0 || !isSynchronised_ ? 2 : 0;
 }
 
 }  // namespace quillmark

@@ -16,9 +16,11 @@ class Report {
 
   /// `given` is the file's name as it was given.
   void add(const QuillmarkKit::TagApplier::Result& result, std::string_view given);
-  /// Waits until everything that was written has reached the disk. If it has not, that is a failure.
+  /// Waits until everything that was written has reached the disk. If that fails, the files still count as
+  /// changed, but the exit status is that of a failure.
   void synchronise(platform::ReplacementRun& run);
-  /// Writes the summary and gives the exit status: 2 when a file failed, else 0.
+  /// Writes the summary and returns the exit status: 2 if a file failed or may not have reached the disk,
+  /// else 0.
   int finish();
 
  private:
@@ -27,6 +29,7 @@ class Report {
   std::size_t changed_ = 0;
   std::size_t unchanged_ = 0;
   std::size_t failed_ = 0;
+  bool isSynchronised_ = true;
 };
 
 }  // namespace quillmark
