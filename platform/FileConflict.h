@@ -14,7 +14,8 @@ class FileConflict : public std::exception {
   enum class Case : std::uint8_t {
     /// The file has other contents or attributes, or another file has its name.
     changed,
-    /// Like `changed`, but found directly after waiting for the lock: the previous holder has changed the file.
+    /// Like `changed`, but found directly after waiting for the lock: the previous holder has changed the
+    /// file.
     changedWhileWaiting,
     /// Its name belongs to something other than a file, such as a link, which could lead anywhere.
     noFile,
