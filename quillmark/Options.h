@@ -85,6 +85,10 @@ inline constexpr auto commandTable = std::to_array<CommandOptions>({
 });
 
 /// The command's row; nothing for a word that names none with options.
+constexpr bool hasOptions(std::string_view word) {
+  return std::ranges::count(commandTable, word, &CommandOptions::word) == 1;
+}
+
 constexpr const CommandOptions* commandOptions(std::string_view word) {
   const auto* const row = std::ranges::find(commandTable, word, &CommandOptions::word);
   return row == commandTable.end() ? nullptr : row;

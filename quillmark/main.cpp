@@ -39,7 +39,7 @@ constexpr std::array commands = std::to_array<Command>({
     {"set", nullptr, prepareSet},
 });
 
-static_assert(std::ranges::all_of(commands, commandOptions, &Command::word),
+static_assert(std::ranges::all_of(commands, hasOptions, &Command::word),
               "each command has a row in the table of options");
 
 int printUsage(Console& console) {
