@@ -5,7 +5,6 @@
 #include <string>
 #include <utility>
 
-#include "ID3v2/OpaqueTexts.h"
 #include "ID3v2/TextFields.h"
 #include "platform/Text.h"
 
@@ -86,11 +85,6 @@ std::optional<Content> decodeLinkOfV22(ByteView content) {
   return Opaque{std::move(bytes)};
 }
 
-Content decodeOpaque(std::string_view identifier, const SharedBytes& bytes) {
-  if (auto converted = withTextsOfV23(identifier, bytes)) return Opaque{std::move(*converted)};
-  return Opaque{bytes};
-}
-
 std::optional<Content> decodeWithEncoding(ContentKind kind, const SharedBytes& bytes, std::uint8_t version) {
   if (bytes.empty()) return std::nullopt;
   const auto decoder = TextDecoder::forEncoding(bytes.view()[0]);
@@ -116,7 +110,7 @@ std::optional<Content> decodeContent(std::string_view identifier, const SharedBy
                                      std::uint8_t version) {
   const ContentKind kind = kindOf(identifier);
   if (version == 2 && identifier == "LINK") return decodeLinkOfV22(bytes);
-  if (kind == ContentKind::opaque) return decodeOpaque(identifier, bytes);
+  if (kind == ContentKind::opaque) return Opaque{bytes};
   if (kind == ContentKind::url) {
     std::string url = platform::Text::fromLatin1(bytes);
     url.erase(url.find_last_not_of('\0') + 1);

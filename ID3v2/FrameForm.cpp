@@ -89,6 +89,11 @@ std::optional<platform::SharedBytes> FrameForm::inV23() const {
   return bytes;
 }
 
+std::array<std::uint8_t, 4> sizeField(std::size_t size, std::uint8_t version) {
+  const auto number = static_cast<std::uint32_t>(size);
+  return platform::bigEndianBytes(version == 4 ? platform::synchsafe(number) : number);
+}
+
 std::optional<FrameForm> frameForm(std::uint16_t flags, const platform::SharedBytes& bytes,
                                    std::uint8_t version) {
   if (version == 4) return formOfV24(flags, bytes);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 
@@ -35,6 +37,10 @@ struct FrameForm {
 /// (ID3v2.3.0 §3.3.1, ID3v2.4.0 structure §4.1). Nothing where a part that the flags claim is missing.
 std::optional<FrameForm> frameForm(std::uint16_t flags, const platform::SharedBytes& bytes,
                                    std::uint8_t version);
+
+/// Returns the size field of a frame header of v2.3 or v2.4 (ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). The
+/// size must be less than 256 MiB.
+std::array<std::uint8_t, 4> sizeField(std::size_t size, std::uint8_t version);
 
 /// Whether the frame is unsynchronised on its own, which only v2.4 has.
 constexpr bool saysUnsynchronised(std::uint16_t flags, std::uint8_t version) {

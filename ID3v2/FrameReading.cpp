@@ -77,6 +77,7 @@ std::vector<Frame> FrameReader::read(const std::vector<RawFrame>& frames) {
   for (const RawFrame& raw : frames) {
     const auto identifier = identifierInV23(raw);
     if (!identifier) {
+      if (raw.content.empty()) continue;
       unreadable_.push_back(
           {raw.name(), "the frame " + raw.name() + ", which ID3v2.3 has no counterpart for"});
       continue;
@@ -87,13 +88,38 @@ std::vector<Frame> FrameReader::read(const std::vector<RawFrame>& frames) {
         read.push_back(std::move(frame));
         break;
       case Outcome::empty:
+        // The frame says nothing, but stays as it was.
+        frame.content = Opaque{};
+        if (!frame.original.empty()) read.push_back(std::move(frame));
         break;
       case Outcome::unreadable:
-        unreadable_.push_back({*identifier, nameOf(raw, version_)});
+        unreadable_.push_back({*identifier, nameOf(raw, version_), !frame.original.empty()});
+        frame.content = Unread{};
+        if (!frame.original.empty()) read.push_back(std::move(frame));
         break;
     }
   }
   return read;
+}
+
+/// Returns the frame as it can be written into a tag of the same version whose header does not say that it is
+/// unsynchronised. `bytes` are its content, unsynchronisation undone.
+SharedBytes FrameReader::originalOf(const RawFrame& raw, const SharedBytes& bytes) const {
+  if (version_ == 2) return {};
+  const bool isUndone = bytes.size() != raw.content.size() && !saysUnsynchronised(raw.flags, version_);
+  if (raw.hasOwnSize && !isUndone) return raw.whole;
+  // Frames in chapters are only written with these.
+  if (depth_ > 0) return {};
+  constexpr std::size_t sizeOffset = 4;
+  constexpr std::size_t flagsOffset = 8;
+  const SharedBytes& content = isUndone ? bytes : raw.content;
+  platform::Bytes rebuilt;
+  rebuilt.reserve(raw.whole.size());
+  platform::append(rebuilt, raw.whole.view().first(sizeOffset));
+  platform::append(rebuilt, sizeField(content.size(), version_));
+  platform::append(rebuilt, raw.whole.view().subspan(flagsOffset, 2));
+  platform::append(rebuilt, content);
+  return rebuilt;
 }
 
 /// Fills in what follows the frame's identifier.
@@ -103,7 +129,8 @@ FrameReader::Outcome FrameReader::readForm(const RawFrame& raw, Frame& frame) {
   const SharedBytes bytes = isUnsynchronised && ID3v2::isUnsynchronised(raw.content)
                                 ? SharedBytes(unsynchronisationUndone(raw.content))
                                 : raw.content;
-  if (version_ == 3 && raw.hasPlainSize && bytes.size() == raw.content.size()) frame.original = raw.whole;
+  frame.original = originalOf(raw, bytes);
+  if (raw.content.empty()) return Outcome::empty;
   const auto form = frameForm(raw.flags, bytes, version_);
   if (!form) {
     // A frame of v2.3 can stay as it is, whatever its flags claim.

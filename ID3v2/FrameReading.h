@@ -20,16 +20,17 @@ class FrameReader {
   /// memory for compressed frames stays in proportion.
   FrameReader(std::uint8_t version, bool areUnsynchronised, std::size_t tagSize);
 
-  /// Those that can be said in v2.3, in their order.
+  /// Returns the frames in their order, except those of v2.2 that v2.3 has no place for.
   std::vector<Frame> read(const std::vector<RawFrame>& frames);
 
-  /// The others so far.
+  /// Returns the frames so far that cannot be understood.
   const std::vector<UnreadablePart>& unreadable() const { return unreadable_; }
 
  private:
   enum class Outcome { read, empty, unreadable };
 
   Outcome readForm(const RawFrame& raw, Frame& frame);
+  platform::SharedBytes originalOf(const RawFrame& raw, const platform::SharedBytes& bytes) const;
   std::optional<Content> readContent(const std::string& identifier, const platform::SharedBytes& bytes);
   std::optional<Content> readChapter(const platform::SharedBytes& bytes);
   std::optional<Content> readTableOfContents(const platform::SharedBytes& bytes);

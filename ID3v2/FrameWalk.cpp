@@ -42,7 +42,8 @@ bool isOddIdentifier(ByteView identifier) {
 /// One reading of a size field. Below 128 both are the same.
 struct Size {
   std::size_t value;
-  bool isPlain;
+  /// Whether this is the form that the version gives it.
+  bool isOwn;
 };
 
 /// The readings of the size field of the frame there that fit, the version's own first.
@@ -55,8 +56,9 @@ std::array<std::optional<Size>, 2> sizesAt(ByteView body, std::size_t at, std::u
   const bool isSynchsafe = version > 2 && (number & 0x80808080U) == 0;
   std::optional<Size> plain;
   std::optional<Size> safe;
-  if (number <= room) plain = {.value = number, .isPlain = true};
-  if (isSynchsafe && spread <= room) safe = {.value = spread, .isPlain = spread == number};
+  const bool isEither = isSynchsafe && spread == number;
+  if (number <= room) plain = {.value = number, .isOwn = version != 4 || isEither};
+  if (isSynchsafe && spread <= room) safe = {.value = spread, .isOwn = version == 4 || isEither};
   return version == 4 ? std::array{safe, plain} : std::array{plain, safe};
 }
 
@@ -124,13 +126,12 @@ FrameWalk walkFramesBy(Sizes sizes, const platform::SharedBytes& body, std::size
     const auto size = sizeAt(sizes, bytes, at, version);
     if (!size) break;
     walk.end = at + layout.header + size->value;
-    if (size->value == 0) continue;
     RawFrame& frame = walk.frames.emplace_back();
     frame.identifier = platform::charactersOf(bytes.subspan(at, layout.identifier));
     if (version > 2) frame.flags = static_cast<std::uint16_t>(platform::bigEndian(bytes.subspan(at + 8, 2)));
     frame.whole = body.slice(at, layout.header + size->value);
     frame.content = frame.whole.slice(layout.header, size->value);
-    frame.hasPlainSize = size->isPlain;
+    frame.hasOwnSize = size->isOwn;
   }
   walk.isComplete = platform::areZero(bytes.subspan(walk.end));
   walk.mayHoldPadding = !walk.frames.empty() && hasSwallowedPadding(bytes, walk.end);

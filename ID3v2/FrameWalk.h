@@ -17,10 +17,10 @@ struct RawFrame {
   std::uint16_t flags = 0;
   /// Header and content.
   platform::SharedBytes whole;
-  /// What follows the header.
+  /// The bytes after the header. Empty for a frame without content, which no standard allows.
   platform::SharedBytes content;
-  /// The size stands in the form that v2.3 gives it.
-  bool hasPlainSize = false;
+  /// Whether the size is in the form that the version gives it.
+  bool hasOwnSize = false;
 
   /// Whether the identifier is one of v2.2, in a later tag with a zero byte behind it.
   bool isOfV22() const { return identifier.size() == 3 || identifier[3] == '\0'; }
@@ -47,7 +47,7 @@ struct FrameWalk {
 /// The frames from `start` on, which must lie in the body, as tags and chapters of the version hold them
 /// (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). Sizes are synchsafe in v2.4 and plain before;
 /// where that does not lead through all frames, but the other reading of all sizes does, or of some, that is
-/// taken. Frames without content are left out. The walk ends behind `limit` frames.
+/// taken. The walk ends after `limit` frames.
 FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version,
                      std::size_t limit = mostFrames);
 

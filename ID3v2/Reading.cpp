@@ -67,8 +67,10 @@ View viewOf(const SharedBytes& body, const TagHeader& header) {
 
 /// What follows the last frame, when it is no padding.
 std::string tailName(const FrameWalk& walk) {
-  if (walk.frames.empty()) return "what stands in its tag";
-  return "what stands behind " + walk.frames.back().name() + " in its tag";
+  const auto last = std::find_if(walk.frames.rbegin(), walk.frames.rend(),
+                                 [](const RawFrame& frame) { return !frame.content.empty(); });
+  if (last == walk.frames.rend()) return "what stands in its tag";
+  return "what stands behind " + last->name() + " in its tag";
 }
 
 bool isFooter(platform::ByteView bytes) {
@@ -80,8 +82,9 @@ bool isFooter(platform::ByteView bytes) {
 std::optional<Reading> read(const SharedBytes& bytes) {
   const auto header = tagHeader(bytes);
   if (!header) return std::nullopt;
-  Reading reading{
-      .tag = {.version = header->version, .frames = {}}, .length = header->length(), .unreadable = {}};
+  Reading reading{.tag = {.version = header->version, .isExperimental = header->isExperimental, .frames = {}},
+                  .length = header->length(),
+                  .unreadable = {}};
   const std::size_t bodySize = std::min<std::size_t>(header->bodySize, bytes.size() - tagHeaderSize);
   const SharedBytes body = bytes.slice(tagHeaderSize, bodySize);
   const bool isCutOff = bodySize < header->bodySize;

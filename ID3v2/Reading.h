@@ -9,13 +9,15 @@
 
 namespace ID3v2 {
 
-/// Something that is there but cannot be read or cannot be said in v2.3.
+/// A part of a tag that cannot be understood.
 struct UnreadablePart {
   /// Of the frame, as v2.3 has it where it does; empty for what can be any frames.
   std::string identifier;
   /// Named for people, without a full stop, such as "the encrypted frame TIT2" or "what stands behind TALB in
   /// its tag".
   std::string what;
+  /// Whether it is a frame of the tag, with content `Unread`, which can be written as it was.
+  bool isFrame = false;
 
   bool operator==(const UnreadablePart&) const = default;
 };

@@ -7,8 +7,9 @@
 
 #include "platform/Bytes.h"
 
-/// The ID3v2 standards as plain values: what a tag of any version means, and an ID3v2.3 tag that means the
-/// same. Texts are UTF-8; several values of one frame stand in one text with U+0000 between them.
+/// The ID3v2 standards as plain values: what a tag of any version means, and the bytes of each frame, so that
+/// frames that do not change can be written as they were. Texts are UTF-8; several values of one frame are
+/// one text with U+0000 between them.
 namespace ID3v2 {
 
 struct Frame;
@@ -84,7 +85,13 @@ struct Opaque {
   bool operator==(const Opaque&) const = default;
 };
 
-using Content = std::variant<Opaque, Text, UserText, LanguageText, Picture, URL, Chapter, TableOfContents>;
+/// Content that cannot be understood: the frame can only be written as it was.
+struct Unread {
+  bool operator==(const Unread&) const = default;
+};
+
+using Content =
+    std::variant<Opaque, Text, UserText, LanguageText, Picture, URL, Chapter, TableOfContents, Unread>;
 
 /// One frame. Two frames are equal when they mean the same: identifier, content and flags, in whatever form
 /// they were written.
@@ -96,8 +103,8 @@ struct Frame {
   std::uint16_t flags = 0;
   /// The byte that `flags` say names the frame's group; zero for opaque frames, whose bytes hold it.
   std::uint8_t group = 0;
-  /// The whole frame, header included, where it stood in a v2.3 tag in a form that can be written as it is;
-  /// who changes anything above makes this empty.
+  /// The whole frame, header included, as it can be written into a tag of the version that it was read from;
+  /// empty for frames of v2.2. Code that changes anything above must make this empty.
   platform::SharedBytes original = {};
 
   friend bool operator==(const Frame& a, const Frame& b) {
@@ -111,6 +118,8 @@ inline bool TableOfContents::operator==(const TableOfContents&) const = default;
 struct Tag {
   /// The major version that the tag was read from: 2, 3 or 4.
   std::uint8_t version = 3;
+  /// The flag for experimental tags in the tag's header (ID3v2.3.0 §3.1).
+  bool isExperimental = false;
   /// In file order.
   std::vector<Frame> frames;
 

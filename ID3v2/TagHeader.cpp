@@ -13,6 +13,7 @@ std::optional<TagHeader> tagHeader(platform::ByteView bytes) {
   header.isUnsynchronised = (flags & 0x80) != 0;
   header.hasExtendedHeader = header.version > 2 && (flags & 0x40) != 0;
   header.hasFooter = header.version == 4 && (flags & 0x10) != 0;
+  header.isExperimental = header.version > 2 && (flags & experimentalFlag) != 0;
   header.bodySize = platform::numberFromSynchsafe(platform::bigEndian(bytes.subspan(6, 4)));
   return header;
 }

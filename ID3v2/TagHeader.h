@@ -11,6 +11,8 @@ namespace ID3v2 {
 
 using platform::tagHeaderSize;
 
+inline constexpr std::uint8_t experimentalFlag = 0x20;
+
 /// The header of a tag (ID3v2.2.0 §3.1, ID3v2.3.0 §3.1, ID3v2.4.0 structure §3.1).
 struct TagHeader {
   /// The major version: 2, 3 or 4.
@@ -18,6 +20,7 @@ struct TagHeader {
   bool isUnsynchronised = false;
   bool hasExtendedHeader = false;
   bool hasFooter = false;
+  bool isExperimental = false;
   /// What stands between header and footer, in bytes.
   std::uint32_t bodySize = 0;
 

@@ -112,29 +112,40 @@ std::optional<std::string> TextDecoder::values(ByteView bytes) {
   return values;
 }
 
-TextEncoding encodingFor(std::initializer_list<std::string_view> texts) {
+TextEncoding encodingFor(std::initializer_list<std::string_view> texts, std::uint8_t version) {
   const bool allFit =
       std::ranges::all_of(texts, [](std::string_view text) { return Text::toLatin1(text).has_value(); });
-  return allFit ? TextEncoding::latin1 : TextEncoding::UTF16;
+  if (allFit) return TextEncoding::latin1;
+  return version == 4 ? TextEncoding::UTF8 : TextEncoding::UTF16;
 }
+
+namespace {
+
+/// Appends a text in an encoding whose terminator is one byte.
+void appendNarrow(Bytes& bytes, TextEncoding encoding, std::string_view text) {
+  if (encoding == TextEncoding::latin1) return platform::append(bytes, Text::toLatin1(text).value());
+  platform::append(bytes, platform::bytesOf(text));
+}
+
+}  // namespace
 
 void appendLastText(Bytes& bytes, TextEncoding encoding, std::string_view text) {
   if (text.empty()) {
     appendTerminated(bytes, encoding, text);
-  } else if (encoding == TextEncoding::latin1) {
-    platform::append(bytes, Text::toLatin1(text).value());
-  } else {
+  } else if (isWide(encoding)) {
     appendWideValues(bytes, text);
+  } else {
+    appendNarrow(bytes, encoding, text);
   }
 }
 
 void appendTerminated(Bytes& bytes, TextEncoding encoding, std::string_view text) {
-  if (encoding == TextEncoding::latin1) {
-    platform::append(bytes, Text::toLatin1(text).value());
-    bytes.push_back(0);
-  } else {
+  if (isWide(encoding)) {
     appendWideValues(bytes, text);
     bytes.insert(bytes.end(), {0, 0});
+  } else {
+    appendNarrow(bytes, encoding, text);
+    bytes.push_back(0);
   }
 }
 

@@ -48,14 +48,14 @@ class TextDecoder {
   bool isOrderKnown_ = false;
 };
 
-/// ISO-8859-1 where all the texts fit, else UTF-16: the encodings of v2.3.
-TextEncoding encodingFor(std::initializer_list<std::string_view> texts);
+/// Returns ISO-8859-1 if all the texts fit, else UTF-16 for v2.3 and UTF-8 for v2.4.
+TextEncoding encodingFor(std::initializer_list<std::string_view> texts, std::uint8_t version);
 
-/// The text that ends a frame, in one of the encodings of v2.3; in UTF-16 each of its values has a mark. Only
-/// an empty one has a terminator: readers drop frames that end where a text should start.
+/// Appends the text that ends a frame, not in UTF-16 without a mark; in UTF-16 each of its values has a mark.
+/// Only an empty one has a terminator: readers drop frames that end where a text should start.
 void appendLastText(platform::Bytes& bytes, TextEncoding encoding, std::string_view text);
 
-/// A text and its terminator. It must hold no U+0000.
+/// Appends a text and its terminator, likewise. It must not contain U+0000.
 void appendTerminated(platform::Bytes& bytes, TextEncoding encoding, std::string_view text);
 
 }  // namespace ID3v2

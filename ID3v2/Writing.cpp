@@ -6,7 +6,6 @@
 #include <string_view>
 #include <variant>
 
-#include "ID3v2/Dates.h"
 #include "ID3v2/FrameForm.h"
 #include "ID3v2/TagHeader.h"
 #include "ID3v2/TextFields.h"
@@ -32,6 +31,10 @@ void overwrite(Bytes& bytes, std::size_t at, platform::ByteView field) {
 
 class TagWriter {
  public:
+  explicit TagWriter(std::uint8_t version) : version_(version) {}
+
+  std::uint8_t version() const { return version_; }
+
   void appendFrames(const std::vector<Frame>& frames) {
     for (const Frame& frame : frames) appendFrame(frame);
   }
@@ -48,8 +51,10 @@ class TagWriter {
     const std::size_t start = bytes.size();
     platform::append(bytes, platform::bytesOf(frame.identifier));
     const bool isOpaque = std::holds_alternative<Opaque>(frame.content);
-    const auto flags = static_cast<std::uint16_t>(
-        isOpaque ? frame.flags : frame.flags & ~(compressionFlag | encryptionFlag));
+    const std::uint16_t flags =
+        version_ == 4 ? std::uint16_t{0}
+        : isOpaque    ? frame.flags
+                      : static_cast<std::uint16_t>(frame.flags & ~(compressionFlag | encryptionFlag));
     appendNumber(0);
     bytes.push_back(static_cast<std::uint8_t>(flags >> 8));
     bytes.push_back(static_cast<std::uint8_t>(flags & 0xFF));
@@ -63,14 +68,20 @@ class TagWriter {
       notKept.push_back("the frame " + frame.identifier);
       return;
     }
-    overwrite(bytes, start + 4, platform::bigEndianBytes(static_cast<std::uint32_t>(size)));
+    overwrite(bytes, start + 4, sizeField(size, version_));
   }
 
-  static TextEncoding encodingForLast(std::string_view text, std::string_view description) {
-    return text.empty() ? TextEncoding::UTF16 : encodingFor({description, text});
+  TextEncoding encodingOf(std::initializer_list<std::string_view> texts) const {
+    return encodingFor(texts, version_);
+  }
+  TextEncoding encodingForLast(std::string_view text, std::string_view description) const {
+    if (!text.empty()) return encodingOf({description, text});
+    return version_ == 4 ? TextEncoding::UTF8 : TextEncoding::UTF16;
   }
 
-  // Each gives whether v2.3 can hold the content.
+  // Each returns whether the version can hold the content.
+
+  bool append(const Unread&) { return false; }
 
   bool append(const Opaque& content) {
     platform::append(bytes, content.bytes);
@@ -78,7 +89,7 @@ class TagWriter {
   }
 
   bool append(const Text& content) {
-    const TextEncoding encoding = encodingFor({content.text});
+    const TextEncoding encoding = encodingOf({content.text});
     appendByte(bytes, encoding);
     appendLastText(bytes, encoding, content.text);
     return true;
@@ -104,7 +115,7 @@ class TagWriter {
   }
 
   bool append(const Picture& content) {
-    const TextEncoding encoding = encodingFor({content.description});
+    const TextEncoding encoding = encodingOf({content.description});
     appendByte(bytes, encoding);
     const bool isWritten = appendLatin1(content.mimeType);
     bytes.push_back(0);
@@ -155,6 +166,8 @@ class TagWriter {
     bytes.push_back(0);
     return isWritten;
   }
+
+  std::uint8_t version_;
 };
 
 /// Returns the size of the long parts of the frames, so that a long tag is not copied while it grows.
@@ -172,18 +185,19 @@ std::size_t expectedSize(const std::vector<Frame>& frames) {
 
 }  // namespace
 
-Written write(const Tag& tag, std::size_t padding) {
-  TagWriter writer;
-  const std::vector<Frame> frames = withDatesOfV23(tag.frames);
-  writer.bytes.reserve(tagHeaderSize + expectedSize(frames) + padding);
-  writer.bytes = {'I', 'D', '3', 3, 0, 0, 0, 0, 0, 0};
-  writer.appendFrames(frames);
+Written write(const Tag& tag, const Padding& padding) {
+  TagWriter writer(tag.version == 4 ? 4 : 3);
+  const std::uint8_t flags = tag.isExperimental ? experimentalFlag : 0;
+  constexpr std::size_t usualPadding = 0x2000;
+  writer.bytes.reserve(tagHeaderSize + expectedSize(tag.frames) + usualPadding);
+  writer.bytes = {'I', 'D', '3', writer.version(), 0, flags, 0, 0, 0, 0};
+  writer.appendFrames(tag.frames);
   const std::size_t framesSize = writer.bytes.size() - tagHeaderSize;
-  if (framesSize > greatestBodySize || padding > greatestBodySize - framesSize) {
+  if (framesSize > greatestBodySize) {
     writer.notKept.emplace_back("a tag of more than 256 MiB");
     return {.bytes = {}, .notKept = std::move(writer.notKept)};
   }
-  const std::size_t size = framesSize + padding;
+  const std::size_t size = framesSize + std::min(padding(writer.bytes.size()), greatestBodySize - framesSize);
   writer.bytes.resize(tagHeaderSize + size);
   overwrite(writer.bytes, 6, platform::bigEndianBytes(platform::synchsafe(static_cast<std::uint32_t>(size))));
   return {.bytes = std::move(writer.bytes), .notKept = std::move(writer.notKept)};

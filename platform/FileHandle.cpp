@@ -93,18 +93,26 @@ void FileHandle::write(ByteView bytes) {
     // No file system should, but one that took nothing time and again would never let us go.
     if (count == 0) throw FileError(path_, FileError::notWritten, "the system took nothing of it");
     bytes = bytes.subspan(static_cast<std::size_t>(count));
+    written_ += static_cast<std::uint64_t>(count);
   }
 }
 
 /// Moves the source's reading position behind what was copied.
 void FileHandle::copyInsideKernel(FileHandle& source) const {
+  // File systems that can share blocks do so from one block boundary to another.
+  constexpr std::uint64_t blockSize = 4096;
+  const std::uint64_t offset = source.position_ % blockSize;
+  const bool canShare = offset != 0 && offset == written_ % blockSize;
+  std::uint64_t toBoundary = canShare ? blockSize - offset : 0;
   while (source.position_ < source.size()) {
     auto from = static_cast<off_t>(source.position_);
-    const std::size_t wanted = std::min(source.size() - source.position_, kernelChunkSize);
+    const std::uint64_t most = toBoundary > 0 ? toBoundary : kernelChunkSize;
+    const auto wanted = static_cast<std::size_t>(std::min(source.size() - source.position_, most));
     const ssize_t count = retrying(
         [&] { return ::copy_file_range(source.descriptor(), &from, descriptor(), nullptr, wanted, 0); });
     if (count <= 0) return;
     source.position_ += static_cast<std::uint64_t>(count);
+    toBoundary -= std::min(toBoundary, static_cast<std::uint64_t>(count));
   }
 }
 

@@ -64,6 +64,8 @@ class FileHandle {
   Descriptor descriptor_;
   struct stat attributes_ {};
   std::uint64_t position_ = 0;
+  /// The number of bytes that `write` has written.
+  std::uint64_t written_ = 0;
   std::optional<Bytes> start_;
 };
 

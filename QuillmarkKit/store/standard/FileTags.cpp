@@ -24,6 +24,10 @@ bool isOf(TagFields fields, std::string_view identifier) {
 
 }  // namespace
 
+bool FileTags::isWritable() const {
+  return std::ranges::all_of(unreadable, &ID3v2::UnreadablePart::isFrame);
+}
+
 bool FileTags::hasUnreadable(TagFields fields) const {
   return std::ranges::any_of(
       unreadable, [&](const ID3v2::UnreadablePart& part) { return isOf(fields, part.identifier); });

@@ -19,11 +19,13 @@ struct FileTags {
   bool hasID3v2Tag = false;
   /// Where the audio starts.
   std::uint64_t audioStart = 0;
-  /// What of the ID3v2 tag could not be read.
+  /// The parts of the ID3v2 tag that could not be read.
   std::vector<ID3v2::UnreadablePart> unreadable;
   /// Looked for only where there is no ID3v2 tag.
   bool hasAPETag = false;
 
+  /// Returns whether everything in the ID3v2 tag is a frame, which can be written as it was.
+  bool isWritable() const;
   /// Whether there is a frame of one of the fields that cannot be read.
   bool hasUnreadable(TagFields fields) const;
   /// What cannot be read though it may hold one of the fields, named for people; empty where there is

@@ -22,6 +22,7 @@ using ID3v2::Tag;
 
 namespace {
 
+constexpr std::uint8_t otherPicture = 0;
 constexpr std::uint8_t frontCover = 3;
 
 Frame textFrame(std::string_view identifier, std::string text) {
@@ -90,16 +91,16 @@ auto coverOf(TagType& tag) -> decltype(tag.frames.data()) {
   return first;
 }
 
-/// The front cover, be there a picture in it or not; or nullptr.
-Frame* frontCoverOf(Tag& tag) {
-  Frame* empty = nullptr;
+/// Returns the frame whose picture a new front cover replaces, or nullptr: the front cover, with or without
+/// data, or the picture that is shown in its place if its type is unspecified.
+Frame* replacedPictureOf(Tag& tag) {
+  Frame* const shown = coverOf(tag);
+  const auto typeOf = [](const Frame& frame) { return std::get<Picture>(frame.content).type; };
+  if (shown != nullptr && typeOf(*shown) == frontCover) return shown;
   for (Frame& frame : tag.frames) {
-    const auto* picture = std::get_if<Picture>(&frame.content);
-    if (picture == nullptr || picture->type != frontCover) continue;
-    if (!picture->data.empty()) return &frame;
-    if (empty == nullptr) empty = &frame;
+    if (std::holds_alternative<Picture>(frame.content) && typeOf(frame) == frontCover) return &frame;
   }
-  return empty;
+  return shown != nullptr && typeOf(*shown) == otherPicture ? shown : nullptr;
 }
 
 /// Puts the frame in the place of the first of those that `isOld` picks, or behind all others, and removes
@@ -121,7 +122,8 @@ void replaceFrames(Tag& tag, Predicate isOld, std::optional<Frame> replacement) 
 
 void setText(Tag& tag, TagField field, const TagSet::Text& text) {
   std::optional<Frame> frame;
-  if (text && !text->empty()) frame = textFrame(identifierOf(field), *text);
+  const bool isDateOfV24 = field == TagField::year && tag.version == 4;
+  if (text && !text->empty()) frame = textFrame(isDateOfV24 ? "TDRC" : identifierOf(field), *text);
   replaceFrames(
       tag, [&](const Frame& old) { return isOf(field, old.identifier); }, std::move(frame));
 }
@@ -149,9 +151,16 @@ void setNumber(Tag& tag, TagField field, const TagSet::Number& number) {
   if (field == TagField::year) return setText(tag, field, number ? yearText(*number) : TagSet::Text());
   std::string text = number ? std::to_string(*number) : "";
   if (field != TagField::bpm) {
+    const std::string old = textOf(tag, identifierOf(field));
     Position position = positionIn(firstValue(tag, identifierOf(field)));
     position.part(isTotal(field)) = std::move(text);
     text = position.text();
+    // Other positions in the frame stay if it does.
+    bool isFirst = true;
+    forEachValue(text.empty() ? "" : old, [&](std::string_view value) {
+      if (isBlank(value)) return;
+      if (!std::exchange(isFirst, false)) addValue(text, value);
+    });
   }
   setText(tag, field, text);
 }
@@ -161,10 +170,11 @@ void setArtwork(Tag& tag, const std::optional<Artwork>& artwork) {
     const auto isOld = [](const Frame& frame) { return isOf(TagField::artwork, frame.identifier); };
     return replaceFrames(tag, isOld, std::nullopt);
   }
-  Frame* frame = frontCoverOf(tag);
+  Frame* frame = replacedPictureOf(tag);
   if (frame == nullptr) {
-    tag.frames.push_back({.identifier = "APIC", .content = Picture{"", frontCover, "", {}}});
-    frame = &tag.frames.back();
+    // Many players show the first picture.
+    const auto first = std::ranges::find(tag.frames, identifierOf(TagField::artwork), &Frame::identifier);
+    frame = &*tag.frames.insert(first, {.identifier = "APIC", .content = Picture{"", frontCover, "", {}}});
   }
   auto& picture = std::get<Picture>(frame->content);
   picture.mimeType = mimeType(artwork->format);
@@ -174,7 +184,10 @@ void setArtwork(Tag& tag, const std::optional<Artwork>& artwork) {
 
 bool hasUnreadFrame(const Tag& tag, TagField field) {
   return std::ranges::any_of(tag.frames, [&](const Frame& frame) {
-    return isOf(field, frame.identifier) && std::holds_alternative<ID3v2::Opaque>(frame.content);
+    const auto* opaque = std::get_if<ID3v2::Opaque>(&frame.content);
+    const bool isUnread =
+        opaque != nullptr ? !opaque->bytes.empty() : std::holds_alternative<ID3v2::Unread>(frame.content);
+    return isUnread && isOf(field, frame.identifier);
   });
 }
 

@@ -14,8 +14,9 @@ namespace QuillmarkKit::LosslessConversion {
 /// The fields that the tag holds, normalised. Several values of a text stand with U+0000 between them.
 TagSet fieldsOf(const ID3v2::Tag& tag);
 
-/// Gives the selected fields the values that they have in `wanted`; absent ones go. Only frames of these
-/// fields change, each in its place, and what is new stands behind.
+/// Gives the selected fields the values that they have in `wanted` and removes absent ones. Only frames of
+/// these fields change, each in its place. New frames follow the others, except a front cover, which is put
+/// in front of other pictures.
 void setFields(ID3v2::Tag& tag, const TagSet& wanted, TagFields selected);
 
 /// Returns the tag set as it is read from a tag that it was written into: a genre "17" is the genre Rock, and

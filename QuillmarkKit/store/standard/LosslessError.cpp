@@ -16,6 +16,11 @@ LosslessError LosslessError::cannotKeep(const std::filesystem::path& url, const 
   return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot keep " + what + ".");
 }
 
+LosslessError LosslessError::hidesAPETag(const std::filesystem::path& url) {
+  return LosslessError(platform::lastPathComponent(url) +
+                       ": --lossless cannot keep its APE tag in sight: a new ID3v2 tag would hide it.");
+}
+
 LosslessError LosslessError::cannotRead(const std::filesystem::path& url, const std::string& what) {
   return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot read " + what + ".");
 }
@@ -23,7 +28,7 @@ LosslessError LosslessError::cannotRead(const std::filesystem::path& url, const 
 LosslessError LosslessError::cannotCarry(const std::filesystem::path& url, const std::string& what,
                                          std::string_view expected) {
   return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot carry its " + what +
-                       expecting(expected));
+                       expecting(expected) + " Leave it out with --fields.");
 }
 
 LosslessError LosslessError::cannotWrite(const std::string& what, std::string_view expected) {

@@ -16,12 +16,22 @@ namespace QuillmarkKit {
 
 namespace {
 
-/// Returns the tag as bytes. Throws LosslessError unless they say all that the tag says, and the wanted
-/// values as its fields.
-platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, const std::filesystem::path& url) {
-  const bool hasOthers =
-      !std::ranges::all_of(tag.frames, FieldFrames::areOfAField, &ID3v2::Frame::identifier);
-  ID3v2::Written written = ID3v2::write(tag, hasOthers ? 0 : platform::usualPadding);
+/// Returns the padding after header and frames of that size, in bytes. If the audio need not move, or moves
+/// by whole blocks, file systems that can share blocks do not have to copy it.
+std::size_t paddingFor(std::size_t size, std::uint64_t oldSize) {
+  constexpr std::size_t mostRoom = 0x10000;
+  constexpr std::size_t leastRoom = 0x400;
+  constexpr std::size_t blockSize = 0x1000;
+  if (size <= oldSize && oldSize - size <= mostRoom) return static_cast<std::size_t>(oldSize - size);
+  const std::size_t tooFar = (size + leastRoom + blockSize - oldSize % blockSize) % blockSize;
+  return leastRoom + (blockSize - tooFar) % blockSize;
+}
+
+/// Returns the tag as bytes, in the place of a tag of `oldSize` bytes. Throws LosslessError unless they
+/// contain everything in the tag, with the wanted values as its fields.
+platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, std::uint64_t oldSize,
+                              const std::filesystem::path& url) {
+  ID3v2::Written written = ID3v2::write(tag, [&](std::size_t size) { return paddingFor(size, oldSize); });
   if (!written.notKept.empty()) throw LosslessError::cannotKeep(url, written.notKept.front());
   platform::SharedBytes bytes(std::move(written.bytes));
   const auto reading = ID3v2::read(bytes);
@@ -59,7 +69,6 @@ TagFields StandardTag::uncarriedFields(TagFields fields) const {
 }
 
 bool StandardTag::holdsMoreThanValues(TagFields fields) const {
-  // A frame that cannot be read keeps the file from being written, which has to be reported.
   return file_.hasUnreadable(fields) || !uncarriedFields(fields).isEmpty();
 }
 
@@ -75,9 +84,9 @@ void StandardTag::requireCarriable(TagFields fields) const {
   }
 }
 
-/// Returns what goes with a write: values of the fields that no listing shows, and tags that are hidden.
+/// Returns a sentence about values of these fields that no listing shows and that a write removes.
 std::string StandardTag::losses(TagFields uncarried) const {
-  std::string sentence = file_.hasAPETag ? "hides its APE tag" : "";
+  std::string sentence;
   for (const TagField field : allTagFields) {
     if (!uncarried.contains(field)) continue;
     sentence += sentence.empty() ? "drops its " : "; drops its ";
@@ -88,7 +97,9 @@ std::string StandardTag::losses(TagFields uncarried) const {
 }
 
 NewTag StandardTag::changedBy(const TagChange& change) {
-  if (!file_.unreadable.empty()) throw LosslessError::cannotKeep(path_, file_.unreadable.front().what);
+  if (file_.hasAPETag) throw LosslessError::hidesAPETag(path_);
+  const auto lost = std::ranges::find(file_.unreadable, false, &ID3v2::UnreadablePart::isFrame);
+  if (lost != file_.unreadable.end()) throw LosslessError::cannotKeep(path_, lost->what);
   const TagFields uncarried = uncarriedFields(change.cleared());
   TagFields changed = tags_.differing(change.tags);
   changed.insert(uncarried);
@@ -97,8 +108,10 @@ NewTag StandardTag::changedBy(const TagChange& change) {
       throw LosslessError::cannotKeep(path_, "the frame " + std::string(FieldFrames::identifierOf(field)));
   }
   NewTag made{.bytes = {}, .audioStart = file_.audioStart, .losses = losses(uncarried)};
+  // v2.2 is not written.
+  if (file_.tag.version == 2) file_.tag.version = 3;
   LosslessConversion::setFields(file_.tag, change.tags, changed);
-  if (!file_.tag.frames.empty()) made.bytes = bytesOf(file_.tag, change.tags, path_);
+  if (!file_.tag.frames.empty()) made.bytes = bytesOf(file_.tag, change.tags, file_.audioStart, path_);
   return made;
 }
 

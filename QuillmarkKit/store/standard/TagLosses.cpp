@@ -173,6 +173,15 @@ class Comparison {
     return nullptr;
   }
 
+  /// Such a frame is written as it was, or listed with the parts that cannot be read.
+  void compare(const Frame&, const ID3v2::Unread&) {}
+
+  /// A frame without content says nothing.
+  void compare(const Frame& frame, const ID3v2::Opaque& opaque) {
+    const auto isSame = [&](const ID3v2::Opaque& other) { return other == opaque; };
+    if (!opaque.bytes.empty() && findContent<ID3v2::Opaque>(frame, isSame) == nullptr) dropFrame(frame);
+  }
+
   /// Text frames of one identifier count together: several of them are several values.
   void compare(const Frame& frame, const ID3v2::Text&) {
     const std::string& identifier = frame.identifier;
@@ -240,11 +249,9 @@ class Comparison {
   void compare(const Frame& frame, const ID3v2::Chapter& chapter) { compareParent(frame, chapter); }
   void compare(const Frame& frame, const ID3v2::TableOfContents& table) { compareParent(frame, table); }
 
-  /// Whatever else there is: links, what only its own program understands.
-  template <class Content>
-  void compare(const Frame& frame, const Content& content) {
-    const auto isSame = [&](const Content& other) { return other == content; };
-    if (findContent<Content>(frame, isSame) == nullptr) dropFrame(frame);
+  void compare(const Frame& frame, const ID3v2::URL& url) {
+    const auto isSame = [&](const ID3v2::URL& other) { return other == url; };
+    if (findContent<ID3v2::URL>(frame, isSame) == nullptr) dropFrame(frame);
   }
   void dropFrame(const Frame& frame) {
     drop("a " + frame.identifier + " frame", frame.identifier + " frames", "");
@@ -314,7 +321,7 @@ std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
   }
   for (const std::string& clause : losses.changed) add(clause);
   if (sentence.empty()) return sentence;
-  const bool canBeKept = old.unreadable.empty() && !old.hasAPETag;
+  const bool canBeKept = old.isWritable() && !old.hasAPETag;
   return sentence + (canBeKept ? ". --lossless keeps them." : ".");
 }
 
