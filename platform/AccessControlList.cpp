@@ -91,6 +91,8 @@ mode_t AccessControlList::mode() const {
   for (const Entry& entry : entries_) {
     if (entry.tag != Tag::owner && entry.tag != Tag::other) mask |= entry.permissions;
   }
+  constexpr std::uint16_t execute = 1;
+  if (!isMode() && mask == 0) mask = execute;
   return static_cast<mode_t>(permissions(Tag::owner) << 6 | mask << 3 | permissions(Tag::other));
 }
 

@@ -28,7 +28,8 @@ class AccessControlList {
 
   /// Whether permission bits can tell it.
   bool isMode() const;
-  /// The nine permission bits; those of the group are the mask where there is one.
+  /// Returns the nine permission bits; those of the group are the mask if there is one. A mask is never
+  /// empty, because Linux ignores a list whose mask is: if no entry grants anything, it is "execute".
   mode_t mode() const;
   std::string toAttribute() const;
 

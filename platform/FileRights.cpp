@@ -6,7 +6,11 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdint>
+#include <fstream>
+#include <iterator>
 #include <optional>
+#include <sstream>
 #include <string>
 #include <string_view>
 
@@ -17,6 +21,7 @@ namespace platform {
 
 namespace {
 
+constexpr std::uint32_t defaultOverflowID = 65534;
 constexpr std::string_view accessControlList = AccessControlList::attribute;
 
 [[noreturn]] void fail(const FileHandle& original) {
@@ -37,11 +42,53 @@ struct Kept {
   bool group;
 };
 
+std::string contentsOf(const char* file) {
+  std::ifstream stream(file);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Returns the ID in that file of the system which stands for all IDs that have no counterpart in the user
+/// namespace, or nothing in the initial namespace, where all IDs have one.
+std::optional<std::uint32_t> overflowID(const char* map, const char* file) {
+  std::istringstream mapped(contentsOf(map));
+  std::uint64_t inside = 0;
+  std::uint64_t outside = 0;
+  std::uint64_t count = 0;
+  constexpr std::uint64_t all = 0xFFFFFFFF;
+  if (!(mapped >> inside >> outside >> count) || (inside == 0 && outside == 0 && count == all)) return {};
+  std::istringstream overflow(contentsOf(file));
+  std::uint32_t id = 0;
+  return overflow >> id ? std::optional(id) : std::nullopt;
+}
+
+/// Returns which of the file's IDs are known. Those of the user are, and need no look at the system.
+Kept knownIDs(const struct stat& file) {
+  Kept known{.owner = file.st_uid == ::geteuid() && file.st_uid != defaultOverflowID,
+             .group = file.st_gid == ::getegid() && file.st_gid != defaultOverflowID};
+  if (!known.owner) {
+    static const auto overflow = overflowID("/proc/self/uid_map", "/proc/sys/kernel/overflowuid");
+    known.owner = file.st_uid != overflow;
+  }
+  if (!known.group) {
+    static const auto overflow = overflowID("/proc/self/gid_map", "/proc/sys/kernel/overflowgid");
+    known.group = file.st_gid != overflow;
+  }
+  return known;
+}
+
+[[noreturn]] void failToKeep(const FileHandle& original, bool keepsOwner) {
+  throw FileError(original.path(), FileError::notWritten,
+                  keepsOwner ? "its group cannot be kept, nor its group's access"
+                             : "its owner cannot be kept, nor its owner's access");
+}
+
 /// Gives the replacement the original's owner and group as far as the user may.
 Kept keepOwner(const FileHandle& original, const FileHandle& replacement) {
   constexpr auto same = static_cast<uid_t>(-1);
   const struct stat& wanted = original.attributes();
   const struct stat& own = replacement.attributes();
+  const Kept known = knownIDs(wanted);
+  if (!known.owner || !known.group) failToKeep(original, known.owner);
   const Kept kept{.owner = own.st_uid == wanted.st_uid, .group = own.st_gid == wanted.st_gid};
   if (kept.owner && kept.group) return kept;
   if (::fchown(replacement.descriptor(), wanted.st_uid, wanted.st_gid) == 0) return {true, true};
@@ -145,14 +192,10 @@ void keepRights(const FileHandle& original, const FileHandle& replacement) {
   mode_t mode = original.attributes().st_mode & 07777U;
   if (!kept.owner || !kept.group) {
     const AccessControlList instead = listInstead(original, replacement, kept, list);
-    // Bits that lend the owner's rights must not lend another one's.
+    // Drop set-user-ID and set-group-ID: they would grant another owner's rights.
     mode = (mode & 01000U) | instead.mode();
     list = instead.isMode() ? std::nullopt : std::optional(instead.toAttribute());
-    if (list && !setList(replacement, *list)) {
-      throw FileError(original.path(), FileError::notWritten,
-                      kept.owner ? "its group cannot be kept, nor its group's access"
-                                 : "its owner cannot be kept, nor its owner's access");
-    }
+    if (list && !setList(replacement, *list)) failToKeep(original, kept.owner);
   } else if (list && !setList(replacement, *list)) {
     fail(original);
   }
@@ -164,7 +207,8 @@ void keepRights(const FileHandle& original, const FileHandle& replacement) {
 }
 
 void keepModificationDate(const FileHandle& original, const FileHandle& replacement) {
-  const std::array<timespec, 2> times{{{.tv_sec = 0, .tv_nsec = UTIME_OMIT}, original.attributes().st_mtim}};
+  // Some file systems ignore UTIME_OMIT, and with it the other time.
+  const std::array<timespec, 2> times{original.attributes().st_atim, original.attributes().st_mtim};
   ::futimens(replacement.descriptor(), times.data());
 }
 
