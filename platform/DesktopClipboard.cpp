@@ -116,6 +116,8 @@ bool takes(const Program& program, std::string_view text) {
 }  // namespace
 
 void putOnDesktopClipboard(std::string_view text) {
+  // If the parent process has made this one ignore it, the end of a program would not be reported.
+  std::signal(SIGCHLD, SIG_DFL);
   for (const Program& program : programs) {
     if (isSet(program.display) && takes(program, text)) return;
   }

@@ -16,9 +16,10 @@ namespace {
 
 constexpr const char* copyName = "old";
 
-/// What a system says that gives no file, or not this one, a second name.
+/// Returns whether `linkat` failed because this file, or no file, can have a second name here.
 bool mayNotLink(int code) {
-  return code == EPERM || code == EMLINK || code == EOPNOTSUPP || code == ENOSYS;
+  return code == EPERM || code == EMLINK || code == EOPNOTSUPP || code == ENOSYS || code == EXDEV ||
+         code == EACCES || code == EINVAL;
 }
 
 }  // namespace
@@ -28,38 +29,58 @@ FileBackup::FileBackup(FileHandle& original, FolderEntry entry)
 }
 
 FileBackup::~FileBackup() {
+  remove();
+}
+
+void FileBackup::remove() {
   struct stat found {};
-  if (isMade_ && entry_.folder->find(name_, found) && isSameFile(found, made_)) {
+  if (std::exchange(isMade_, false) && entry_.folder->find(name_, found) && isSameFile(found, made_)) {
     ::unlinkat(entry_.folder->descriptor(), name_.c_str(), 0);
   }
 }
 
 void FileBackup::make(PrivateFolder& temporary) {
-  struct stat found {};
-  if (entry_.folder->find(name_, found)) return;
-  if (errno != ENOENT) fail();
+  if (findEarlier()) return;
+  if (!entry_.folder->canRemove(original_.attributes())) {
+    throw FileError(original_.path(), FileError::notWritten, EPERM);
+  }
   if (!makeSecondName()) makeCopy(temporary);
+}
+
+/// Returns whether an earlier backup is there. Throws if something else has its name.
+bool FileBackup::findEarlier() {
+  struct stat found {};
+  if (!entry_.folder->find(name_, found)) {
+    if (errno != ENOENT) fail();
+    return false;
+  }
+  if (!S_ISREG(found.st_mode) || found.st_size == 0) {
+    throw FileError(original_.path(), "could not be backed up",
+                    "something else has the name " + lastPathComponent(original_.path()) + ".orig");
+  }
+  return isEarlier_ = true;
 }
 
 void FileBackup::fail() const {
   throw FileError(original_.path(), "could not be backed up", errno);
 }
 
-/// False where there are no second names.
+/// Returns false if the file system does not support second names, or shows them as other files.
 bool FileBackup::makeSecondName() {
   const int folder = entry_.folder->descriptor();
   if (::linkat(folder, entry_.name.c_str(), folder, name_.c_str(), 0) == -1) {
-    if (errno == EEXIST) return true;
+    if (errno == EEXIST) return findEarlier();
     if (mayNotLink(errno)) return false;
     fail();
   }
   if (!entry_.folder->find(name_, made_)) fail();
   isMade_ = true;
-  if (!isSameFile(made_, original_.attributes())) {
-    throw FileConflict(S_ISREG(made_.st_mode) ? FileConflict::Case::changed : FileConflict::Case::noFile,
-                       original_.path());
-  }
-  return true;
+  if (!S_ISREG(made_.st_mode)) throw FileConflict(FileConflict::Case::noFile, original_.path());
+  if (isSameFile(made_, original_.attributes())) return true;
+  // Either the name leads to another file by now, which is detected before the rename, or the file system
+  // numbers each name of a file by itself.
+  remove();
+  return false;
 }
 
 void FileBackup::makeCopy(PrivateFolder& temporary) {
@@ -74,8 +95,7 @@ void FileBackup::makeCopy(PrivateFolder& temporary) {
     temporary.moveUp(copyName, name_, true);
     isMade_ = true;
   } catch (const FileError& error) {
-    // Somebody else's is there now.
-    if (error.code() != EEXIST) throw;
+    if (error.code() != EEXIST || !findEarlier()) throw;
   }
 }
 

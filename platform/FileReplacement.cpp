@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -18,9 +19,20 @@ namespace {
 
 constexpr const char* fileName = "new";
 
-/// A user who may write to the folder could replace any file in it; who may not write to the file should not.
-void requireWritable(const FileHandle& original) {
+/// Throws FileError unless the user may write to the file: a user who may write to the folder could replace
+/// any file in it.
+void requireWritable(const FileHandle& original, const FolderEntry& entry) {
   if (::faccessat(original.descriptor(), "", W_OK, AT_EACCESS | AT_EMPTY_PATH) == 0) return;
+  if (errno == ENOSYS || errno == EPERM || errno == EINVAL) {
+    // Kernels before Linux 5.8, and sandboxes, do not have the call that takes flags.
+    // The C library uses it for the plain question, too.
+    const int folder = entry.folder->descriptor();
+    const char* name = entry.name.c_str();
+    const bool isOneUser = ::geteuid() == ::getuid() && ::getegid() == ::getgid();
+    const bool mayWrite = isOneUser ? ::syscall(SYS_faccessat, folder, name, W_OK) == 0
+                                    : ::faccessat(folder, name, W_OK, AT_EACCESS) == 0;
+    if (mayWrite) return;
+  }
   if (errno == EACCES) throw FileError(original.path(), FileError::notWritten, "it is write-protected");
   throw FileError(original.path(), FileError::notWritten, errno);
 }
@@ -70,7 +82,6 @@ FileReplacement::FileReplacement(const std::filesystem::path& path)
 
 void FileReplacement::prepareFor(ReplacementRun& run) {
   if (original_ != nullptr) {
-    requireWritable(*original_);
     try {
       entry_ = run.entryOf(*original_);
       requireUnchanged(entry_.attributes, false);
@@ -78,6 +89,7 @@ void FileReplacement::prepareFor(ReplacementRun& run) {
       if (conflict.value() != FileConflict::Case::changed || !run.hasWaited()) throw;
       throw FileConflict(FileConflict::Case::changedWhileWaiting, path_);
     }
+    requireWritable(*original_, entry_);
   } else {
     entry_ = run.newEntry(path_);
   }
@@ -125,6 +137,7 @@ void FileReplacement::takePlace() {
   if (original_ != nullptr && keepsBackup_) {
     backup.emplace(*original_, entry_);
     backup->make(*temporary_);
+    hasEarlierBackup_ = backup->isEarlier();
     requireUnchanged(backup->isSecondName());
   }
   temporary_->moveUp(fileName, entry_.name, original_ == nullptr);

@@ -43,6 +43,8 @@ class FileReplacement {
   /// in its place. Throws FileConflict when somebody has changed, replaced, moved or deleted the original
   /// since it was opened, and FileError.
   void commit();
+  /// Returns whether `commit` has kept an earlier backup instead of making one.
+  bool hasEarlierBackup() const { return hasEarlierBackup_; }
 
  private:
   void prepareFor(ReplacementRun& run);
@@ -58,6 +60,7 @@ class FileReplacement {
   PrivateFolder* temporary_ = nullptr;
   std::optional<FileHandle> file_;
   bool keepsBackup_ = false;
+  bool hasEarlierBackup_ = false;
 };
 
 }  // namespace platform

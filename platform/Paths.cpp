@@ -4,6 +4,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <optional>
 #include <system_error>
@@ -56,8 +57,9 @@ std::filesystem::path absoluteLocation(std::string_view name) {
   if (location.empty()) return location;
   std::error_code failure;
   const std::filesystem::path absolute = std::filesystem::absolute(location, failure);
-  // In a folder that is gone, the name alone will tell what cannot be read.
-  return failure ? location : tidied(absolute.native());
+  // In a folder that is gone, the name alone says what cannot be read. A path that is too long for the system
+  // can still be a short name in the current folder.
+  return failure || absolute.native().size() >= PATH_MAX ? location : tidied(absolute.native());
 }
 
 std::filesystem::path fileLocation(std::string_view word) {

@@ -118,8 +118,8 @@ void PrivateFolder::moveUp(const char* name, const std::string& as, bool asNew) 
     return ::renameat2(descriptor_.get(), name, parent_.descriptor(), as.c_str(), flags) == 0;
   };
   bool isDone = moved(asNew ? RENAME_NOREPLACE : 0);
-  if (!isDone && asNew && errno == EINVAL) {
-    // Not every file system can refuse by itself what has come to be there meanwhile.
+  if (!isDone && asNew && (errno == EINVAL || errno == EPERM || errno == ENOSYS)) {
+    // Not every file system, kernel or sandbox can do the check and the rename in one step.
     struct stat found {};
     if (parent_.find(as, found)) {
       errno = EEXIST;

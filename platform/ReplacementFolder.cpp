@@ -39,8 +39,21 @@ ReplacementFolder::~ReplacementFolder() {
 bool ReplacementFolder::isAt(const path& path) {
   struct stat named {};
   if (::stat(path.c_str(), &named) == -1) return false;
+  const struct stat* own = attributes();
+  return own != nullptr && isSameFile(named, *own);
+}
+
+bool ReplacementFolder::canRemove(const struct stat& file) {
+  const uid_t user = ::geteuid();
+  const struct stat* own = attributes();
+  return own == nullptr || (own->st_mode & S_ISVTX) == 0 || user == 0 || own->st_uid == user ||
+         file.st_uid == user;
+}
+
+/// Returns the folder's attributes, or nullptr if they cannot be read.
+const struct stat* ReplacementFolder::attributes() {
   if (!attributes_ && ::fstat(descriptor(), &attributes_.emplace()) == -1) attributes_.reset();
-  return attributes_ && isSameFile(named, *attributes_);
+  return attributes_ ? &*attributes_ : nullptr;
 }
 
 bool ReplacementFolder::find(const std::string& name, struct stat& attributes) const {

@@ -30,6 +30,9 @@ class ReplacementFolder {
   /// The attributes of what has that name here, no link followed; false, for the reason in errno, where there
   /// is nothing.
   bool find(const std::string& name, struct stat& attributes) const;
+  /// Returns whether the user may remove or replace a file with these attributes in here, as far as the
+  /// sticky bit is concerned.
+  bool canRemove(const struct stat& file);
   /// A private folder in here, made when it is first asked for; for one replacement at a time. Throws
   /// FileError, which names `file`.
   PrivateFolder& privateFolder(const std::filesystem::path& file);
@@ -46,8 +49,10 @@ class ReplacementFolder {
   void synchronise();
 
  private:
+  const struct stat* attributes();
+
   Descriptor descriptor_;
-  /// Read when `isAt` needs them first; they identify the folder.
+  /// Read when they are needed first; they identify the folder.
   std::optional<struct stat> attributes_;
   bool isReadable_ = true;
   bool isSynchronised_ = true;

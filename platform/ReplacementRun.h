@@ -33,8 +33,8 @@ class ReplacementRun {
   ReplacementRun(const ReplacementRun&) = delete;
   ReplacementRun& operator=(const ReplacementRun&) = delete;
 
-  /// Locks the open file as `lockForReplacement` does, but the patience is for all attempts in a row to replace
-  /// the file at one path.
+  /// Locks the open file as `lockForReplacement` does, but the patience is for all attempts in a row to
+  /// replace the file at one path.
   void lock(const FileHandle& file);
   /// Returns whether the last `lock` had to wait.
   bool hasWaited() const { return hasWaited_; }

@@ -26,8 +26,10 @@ void Report::add(const TagApplier::Result& result, std::string_view given) {
   }
   const bool isUnchanged = std::holds_alternative<TagApplier::Unchanged>(result.outcome);
   const TagApplier::Change* change = changeIn(result.outcome);
-  if (change != nullptr && !change->losses.empty()) {
-    console_.printNote(platform::lastPathComponent(result.url) + ": " + change->losses);
+  if (change != nullptr) {
+    for (const std::string& note : {change->losses, change->note}) {
+      if (!note.empty()) console_.printNote(platform::lastPathComponent(result.url) + ": " + note);
+    }
   }
   ++(isUnchanged ? unchanged_ : changed_);
   console_.write((isUnchanged       ? "unchanged "

@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "QuillmarkKit/transfer/TagClipboard.h"
 #include "platform/DesktopClipboard.h"
 #include "platform/FileError.h"
@@ -37,6 +39,19 @@ std::string visibleSummary(const TagSet& tags, const Console& console) {
   return text.empty() ? indentedSummary(tags) : text;
 }
 
+/// Returns the text with everything but its line feeds and tabs made visible, because a terminal may be where
+/// it is pasted.
+std::string harmless(std::string_view text) {
+  std::string shown;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find_first_of("\n\t"), text.size());
+    shown += platform::Text::visible(text.substr(0, end));
+    shown += text.substr(end, 1);
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return shown;
+}
+
 }  // namespace
 
 int commandCopy(const Arguments& arguments, Console& console) {
@@ -48,7 +63,7 @@ int commandCopy(const Arguments& arguments, Console& console) {
   console.write(console.outputIsTerminal() ? visibleSummary(tags, console) : indentedSummary(tags));
   console.flush();
   // Last, so that nobody waits for a desktop that does not answer to see that the tags are stored.
-  if (!arguments.has(options::noDesktop)) platform::putOnDesktopClipboard(tags.summary());
+  if (!arguments.has(options::noDesktop)) platform::putOnDesktopClipboard(harmless(tags.summary()));
   return 0;
 }
 

@@ -8,6 +8,7 @@
 #include "QuillmarkKit/store/TagFileError.h"
 #include "QuillmarkKit/store/standard/FileTags.h"
 #include "QuillmarkKit/store/standard/TagLosses.h"
+#include "platform/FileError.h"
 #include "platform/FileReplacement.h"
 
 namespace QuillmarkKit {
@@ -56,7 +57,7 @@ class MP3TagStore::Edit : public TagEdit {
     return reportsLosses ? std::move(planned_.losses) : "";
   }
 
-  void commit() override {
+  std::string commit() override {
     if (failure_) std::rethrow_exception(failure_);
     platform::FileHandle& original = file_.handle();
     run_.lock(original);
@@ -67,6 +68,8 @@ class MP3TagStore::Edit : public TagEdit {
     if (store_.keepsBackup) replacement.keepBackup();
     if (store_.preservesModificationDate) replacement.keepModificationDate();
     replacement.commit();
+    if (!replacement.hasEarlierBackup()) return {};
+    return platform::lastPathComponent(file_.path()) + ".orig is there already and stays the backup.";
   }
 
  private:

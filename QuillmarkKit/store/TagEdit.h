@@ -22,9 +22,10 @@ class TagEdit {
   /// subject, if `reportsLosses`; empty if nothing. Throws what `commit` would throw about the tags, unless
   /// the store leaves that to `commit`: a dry run then reports the change.
   virtual std::string plan(const TagChange& change, bool reportsLosses) = 0;
-  /// Writes what was planned. Throws platform::FileConflict if the file has changed since it was opened, and
+  /// Writes what was planned. Returns a note about it, as a sentence without its subject; empty if there is
+  /// nothing to note. Throws platform::FileConflict if the file has changed since it was opened, and
   /// whatever else keeps it from being written; the file is then as it was.
-  virtual void commit() = 0;
+  virtual std::string commit() = 0;
 };
 
 }  // namespace QuillmarkKit

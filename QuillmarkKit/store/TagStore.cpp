@@ -18,7 +18,10 @@ class PlainEdit : public TagEdit {
     planned_ = change.tags;
     return {};
   }
-  void commit() override { store_.write(planned_, file_); }
+  std::string commit() override {
+    store_.write(planned_, file_);
+    return {};
+  }
 
  private:
   const TagStore& store_;

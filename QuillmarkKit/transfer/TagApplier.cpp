@@ -18,7 +18,7 @@ TagApplier::Outcome TagApplier::attempt(const TagSet& source, const std::filesys
   Change outcome;
   if (details_.before) outcome.before = current;
   outcome.losses = edit->plan(change, details_.losses);
-  if (!dryRun) edit->commit();
+  if (!dryRun) outcome.note = edit->commit();
   outcome.tags = std::move(change.tags);
   if (dryRun) return WouldUpdate{std::move(outcome)};
   return Updated{std::move(outcome)};

@@ -27,6 +27,8 @@ class TagApplier {
     /// What the file loses although it was not asked for, as a sentence without its subject; empty if
     /// nothing.
     std::string losses;
+    /// The store's note about the write, likewise.
+    std::string note;
   };
   /// The file was rewritten with these tags.
   struct Updated : Change {};
