@@ -10,11 +10,11 @@
 // `path` names the place.
 namespace QuillmarkKit {
 
-const platform::JSON::Object& requireObject(const platform::JSON::Value& value, const std::string& path);
-const platform::JSON::Value& requireMember(const platform::JSON::Object& object, const std::string& path,
+const platform::JSON::Object& requireObject(const platform::JSON::Value& value, std::string_view path);
+const platform::JSON::Value& requireMember(const platform::JSON::Object& object, std::string_view path,
                                            std::string_view name);
-const std::string& decodeText(const platform::JSON::Value& value, const std::string& path);
+const std::string& decodeText(const platform::JSON::Value& value, std::string_view path);
 /// A whole number that fits in 64 bits, however it is written.
-std::int64_t decodeNumber(const platform::JSON::Value& value, const std::string& path);
+std::int64_t decodeNumber(const platform::JSON::Value& value, std::string_view path);
 
 }  // namespace QuillmarkKit

@@ -61,12 +61,12 @@ TagSet TagSet::normalized() const {
 }
 
 void TagSet::normalize() {
-  namespace Text = platform::Text;
+  namespace Strings = platform::Text;
   for (const TagField field : allTagFields) {
     const TextMember member = stringKeyPath(field);
     if (member == nullptr || !(this->*member)) continue;
-    TagSet::Text& text = this->*member;
-    Text::trim(*text, Text::trimmingNulls(Text::trimmingWhiteSpace(*text)));
+    Text& text = this->*member;
+    Strings::trim(*text, Strings::trimmingNulls(Strings::trimmingWhiteSpace(*text)));
     if (text->empty()) text.reset();
   }
 }
