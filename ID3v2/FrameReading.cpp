@@ -68,7 +68,7 @@ std::string latin1(ByteView bytes) {
 FrameReader::FrameReader(std::uint8_t version, bool areUnsynchronised, std::size_t tagSize)
     : version_(version),
       areUnsynchronised_(areUnsynchronised),
-      inflationBudget_(inflationFloor + tagSize * inflationLimit) {
+      inflationBudget_(inflationBudget(tagSize)) {
 }
 
 std::vector<Frame> FrameReader::read(const std::vector<RawFrame>& frames) {
@@ -206,7 +206,8 @@ std::optional<Content> FrameReader::readTableOfContents(const SharedBytes& bytes
 template <class Parent>
 std::optional<Content> FrameReader::withFramesInside(Parent parent, const SharedBytes& bytes,
                                                      std::size_t size) {
-  std::optional<Content> asItIs = version_ == 3 ? std::optional<Content>(Opaque{bytes}) : std::nullopt;
+  std::optional<Content> asItIs;
+  if (version_ == 3) asItIs = Opaque{bytes};
   if (depth_ == deepestChapters) return asItIs;
   const FrameWalk walk = walkFrames(bytes, bytes.size() - size, version_, frameBudget_);
   if (!walk.isComplete) return asItIs;

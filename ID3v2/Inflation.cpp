@@ -40,12 +40,12 @@ std::optional<platform::Bytes> inflate(platform::ByteView bytes, std::size_t& bu
     stream.next_out = inflated.data() + before;
     stream.avail_out = static_cast<uInt>(inflated.size() - before);
     const int result = ::inflate(&stream, Z_NO_FLUSH);
+    budget -= inflated.size() - before - stream.avail_out;
     if (result == Z_STREAM_END) break;
     if (result != Z_OK || stream.avail_out > 0 || inflated.size() == limit) return std::nullopt;
   }
   if (stream.avail_in > 0) return std::nullopt;
   inflated.resize(inflated.size() - stream.avail_out);
-  budget -= inflated.size();
   return inflated;
 }
 

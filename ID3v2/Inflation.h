@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 #include <optional>
 
@@ -12,8 +13,16 @@ namespace ID3v2 {
 inline constexpr std::size_t inflationLimit = 32;
 inline constexpr std::size_t inflationFloor = 0x10000;
 
-/// What the zlib stream, which must take up all of the bytes, holds. Nothing for anything else, and where
-/// that is more than these limits or than `budget` bytes, from which it is taken.
+/// Returns how many bytes the compressed frames of a tag of that size may inflate to altogether.
+constexpr std::size_t inflationBudget(std::size_t tagSize) {
+  constexpr std::size_t most = 0x10000000;
+  constexpr std::size_t least = 16 * inflationFloor;
+  return std::min(most, least + 2 * std::min(tagSize, most));
+}
+
+/// Returns the contents of a zlib stream, which must fill all of the bytes; nothing for anything else, and
+/// for more than these limits or `budget` bytes. The budget is reduced by what was inflated, with or without
+/// success.
 std::optional<platform::Bytes> inflate(platform::ByteView bytes, std::size_t& budget);
 
 }  // namespace ID3v2

@@ -17,8 +17,10 @@ import sys
 import tempfile
 import termios
 import time
+import zlib
 
 import proof
+from lossless import AUDIO, f3, f4, size4, tag
 from proof import DATE, ENVIRONMENT, SOURCE, Album, attributes, check, run
 
 AS_NOBODY = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"] if os.geteuid() == 0 else ["env"]
@@ -202,6 +204,24 @@ def check_outputs(program, folder, album):
         finish(f"descriptors {closed} closed", process, 1, expected)
 
 
+def check_hostile_tags(program, folder):
+    """Tags made to take quadratic time or endless inflation are done with in seconds, far below the limits here."""
+    count, path = 16000, folder / "hostile.mp3"
+    texts = [f3("TXXX", b"\0k\0%d" % number) for number in range(2 * count)]
+    broken = zlib.compress(bytes(60000))[:-4] + b"?sum"
+    for what, frames, make in (
+            ("texts of one description", texts[:count] + [f3("TPE1", b"")] + texts[count:], 3),
+            ("owners with one beginning", [f3("TPE1", b""), *(f3("PRIV", b"a" * 100 + b"%d" % number) for number in range(2 * count))], 3),
+            ("chapters", [f4("CHAP", b"c\0" + bytes(16) + f4("TIT2", b"\0%d" % number)) for number in range(count // 2)], 4),
+            ("identifiers", [f3("TPE1", b""), *(f3("X%03X" % number, b"\0v") for number in range(4096))], 3),
+            ("damaged streams", [f4("TXXX", size4(60000) + broken, 9) for _ in range(count)], 4)):
+        for option in ("--lossless", "--notes"):
+            path.write_bytes(tag(make, *frames) + AUDIO)
+            status = run(program, ["set", option, "--notes", "--album", "A", path.name], folder, preexec_fn=lambda: (
+                resource.setrlimit(resource.RLIMIT_CPU, (20, 20))))[0]
+            check(f"{what} {option}", status in (0, 2), True)
+
+
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).resolve()
     with tempfile.TemporaryDirectory() as folder:
@@ -217,6 +237,7 @@ def main():
         check_names(program, folder / "names", album)
         check_signals(program, folder / "run", album)
         check_outputs(program, folder / "run", album)
+        check_hostile_tags(program, folder)
     proof.finish("Size limits, missing rights, closed outputs and signals cost no file a byte.")
 
 

@@ -2,7 +2,10 @@
 
 #include <algorithm>
 #include <array>
+#include <functional>
 #include <set>
+#include <unordered_map>
+#include <unordered_set>
 #include <utility>
 
 #include "ID3v2/Reading.h"
@@ -67,6 +70,153 @@ std::vector<std::string> valuesOf(std::string_view identifier, std::string_view 
   return values;
 }
 
+/// The same as one text.
+std::string plainText(std::string_view identifier, std::string_view text) {
+  std::string plain;
+  for (const std::string& value : valuesOf(identifier, text)) TagTexts::addValue(plain, value);
+  return plain;
+}
+
+/// A hash of what makes frames equal.
+std::size_t hashOf(const Frame& frame);
+
+/// Adds values to a hash.
+class Hash {
+ public:
+  Hash& add(std::string_view text) { return mix(std::hash<std::string_view>()(text)); }
+  Hash& add(std::size_t number) { return mix(number); }
+  Hash& add(const std::vector<Frame>& frames) {
+    for (const Frame& frame : frames) mix(hashOf(frame));
+    return *this;
+  }
+  std::size_t value() const { return value_; }
+
+ private:
+  Hash& mix(std::size_t hash) {
+    value_ = (value_ ^ hash) * 0x9E3779B97F4A7C15U;
+    value_ ^= value_ >> 29U;
+    return *this;
+  }
+
+  std::size_t value_ = 0;
+};
+
+// Each adds the content to the hash.
+
+void addTo(Hash& hash, const ID3v2::Opaque& opaque) {
+  hash.add(platform::charactersOf(opaque.bytes));
+}
+void addTo(Hash& hash, const ID3v2::Text& text) {
+  hash.add(text.text);
+}
+void addTo(Hash& hash, const UserText& text) {
+  hash.add(text.description).add(text.text);
+}
+void addTo(Hash& hash, const LanguageText& text) {
+  hash.add(text.description).add(text.text);
+}
+void addTo(Hash& hash, const Picture& picture) {
+  hash.add(picture.description).add(platform::charactersOf(picture.data));
+}
+void addTo(Hash& hash, const ID3v2::URL& url) {
+  hash.add(url.url);
+}
+void addTo(Hash& hash, const ID3v2::Chapter& chapter) {
+  hash.add(chapter.elementID).add(chapter.startTime).add(chapter.endTime).add(chapter.frames);
+}
+void addTo(Hash& hash, const ID3v2::TableOfContents& table) {
+  hash.add(table.elementID).add(table.frames);
+}
+void addTo(Hash&, const ID3v2::Unread&) {
+}
+
+std::size_t hashOf(const Frame& frame) {
+  Hash hash;
+  hash.add(frame.identifier);
+  std::visit([&](const auto& content) { addTo(hash, content); }, frame.content);
+  return hash.value();
+}
+
+/// The frames of a tag by what they are looked for by, so that to look for many takes no longer than to read
+/// them.
+class FrameIndex {
+ public:
+  explicit FrameIndex(const Tag& tag) {
+    for (const Frame& frame : tag.frames) {
+      frames_.emplace(hashOf(frame), &frame);
+      std::visit([&](const auto& content) { note(frame, content); }, frame.content);
+    }
+  }
+
+  /// Returns the first frame with that hash for which the predicate holds, or nullptr.
+  template <class Predicate>
+  const Frame* find(std::size_t hash, Predicate isSame) const {
+    const auto [first, last] = frames_.equal_range(hash);
+    const auto found = std::find_if(first, last, [&](const auto& entry) { return isSame(*entry.second); });
+    return found != last ? found->second : nullptr;
+  }
+  /// Returns whether there is a text like that, `key` as below.
+  bool hasText(std::size_t key) const { return texts_.contains(key); }
+  /// Returns the first picture with the data, or nullptr.
+  const Picture* pictureOf(const platform::SharedBytes& data) const {
+    const auto found = pictures_.find(Hash().add(platform::charactersOf(data)).value());
+    return found != pictures_.end() && found->second->data == data ? found->second : nullptr;
+  }
+  bool hasPicture(const Picture& picture) const {
+    const auto [first, last] = picturesInAll_.equal_range(hashInAll(picture));
+    return std::any_of(first, last, [&](const auto& entry) {
+      const Picture& other = *entry.second;
+      return other.type == picture.type && other.description == picture.description &&
+             other.data == picture.data;
+    });
+  }
+  /// Returns the values of all text frames of that identifier.
+  std::string textOf(const std::string& identifier) const {
+    const auto found = textFrames_.find(identifier);
+    return found != textFrames_.end() ? TagTexts::joined(found->second) : "";
+  }
+
+  // The keys are hashes, which take less memory than the texts.
+
+  static std::size_t key(const UserText& text) {
+    return Hash().add("user text").add(text.description).add(plainText("TXXX", text.text)).value();
+  }
+  static std::size_t key(const Frame& frame, const LanguageText& text) {
+    return Hash().add(frame.identifier).add(plainText("", text.text)).value();
+  }
+  static std::size_t keyWithDescription(const Frame& frame, const LanguageText& text) {
+    return Hash().add(text.description).add(key(frame, text)).value();
+  }
+
+ private:
+  void note(const Frame& frame, const ID3v2::Text& text) { textFrames_[frame.identifier].push_back(&text); }
+  void note(const Frame&, const UserText& text) { texts_.insert(key(text)); }
+  void note(const Frame& frame, const LanguageText& text) {
+    texts_.insert(key(frame, text));
+    texts_.insert(keyWithDescription(frame, text));
+  }
+  void note(const Frame&, const Picture& picture) {
+    pictures_.emplace(Hash().add(platform::charactersOf(picture.data)).value(), &picture);
+    picturesInAll_.emplace(hashInAll(picture), &picture);
+  }
+  template <class Content>
+  void note(const Frame&, const Content&) {}
+
+  static std::size_t hashInAll(const Picture& picture) {
+    return Hash()
+        .add(platform::charactersOf(picture.data))
+        .add(picture.type)
+        .add(picture.description)
+        .value();
+  }
+
+  std::unordered_multimap<std::size_t, const Frame*> frames_;
+  std::unordered_map<std::size_t, const Picture*> pictures_;
+  std::unordered_multimap<std::size_t, const Picture*> picturesInAll_;
+  std::unordered_set<std::size_t> texts_;
+  std::unordered_map<std::string, std::vector<const ID3v2::Text*>> textFrames_;
+};
+
 bool saySame(std::string_view identifier, std::string_view before, std::string_view after) {
   return before == after || valuesOf(identifier, before) == valuesOf(identifier, after);
 }
@@ -91,7 +241,8 @@ std::string_view withoutZerosInFront(std::string_view date) {
 
 class Comparison {
  public:
-  Comparison(const Tag& expected, const Tag& found) : expected_(expected), found_(found) {
+  Comparison(const Tag& expected, const Tag& found)
+      : expected_(expected), found_(found), expectedIndex_(expected), foundIndex_(found) {
     for (const Frame& frame : expected.frames) {
       if (isWholeByItself(frame) && isThere(frame)) continue;
       std::visit([&](const auto& content) { compare(frame, content); }, frame.content);
@@ -133,9 +284,9 @@ class Comparison {
   }
 
   void drop(const std::string& one, const std::string& many, std::string name) {
-    auto group = std::ranges::find(groups_, one, &Group::one);
-    if (group == groups_.end()) group = groups_.insert(group, {one, many, {}});
-    group->names.push_back(std::move(name));
+    const auto [place, isNew] = groupsByName_.try_emplace(one, groups_.size());
+    if (isNew) groups_.push_back({one, many, {}});
+    groups_[place->second].names.push_back(std::move(name));
   }
 
   void tellText(std::string_view what, std::string_view before, std::string_view after) {
@@ -156,21 +307,21 @@ class Comparison {
   /// Whether the frame is there as it is, as most are, and mostly behind the one that was there before.
   bool isThere(const Frame& frame) {
     const std::vector<Frame>& frames = found_.frames;
-    auto at = frames.begin() + static_cast<std::ptrdiff_t>(behindLast_);
-    if (at == frames.end() || *at != frame) at = std::ranges::find(frames, frame);
-    if (at == frames.end()) return false;
-    behindLast_ = static_cast<std::size_t>(at - frames.begin()) + 1;
+    const bool isNext = next_ < frames.size() && frames[next_] == frame;
+    const Frame* found =
+        isNext ? &frames[next_]
+               : foundIndex_.find(hashOf(frame), [&](const Frame& other) { return other == frame; });
+    if (found == nullptr) return false;
+    next_ = static_cast<std::size_t>(found - frames.data()) + 1;
     return true;
   }
 
-  template <class Content, class Predicate>
-  const Content* findContent(const Frame& like, Predicate isSame) const {
-    for (const Frame& frame : found_.frames) {
-      const auto* content =
-          frame.identifier == like.identifier ? std::get_if<Content>(&frame.content) : nullptr;
-      if (content != nullptr && isSame(*content)) return content;
-    }
-    return nullptr;
+  /// Returns whether the other tag has a frame with the same identifier and content, whatever its flags.
+  bool hasContent(const Frame& frame) const {
+    const auto isSame = [&](const Frame& other) {
+      return other.identifier == frame.identifier && other.content == frame.content;
+    };
+    return foundIndex_.find(hashOf(frame), isSame) != nullptr;
   }
 
   /// Such a frame is written as it was, or listed with the parts that cannot be read.
@@ -178,38 +329,30 @@ class Comparison {
 
   /// A frame without content says nothing.
   void compare(const Frame& frame, const ID3v2::Opaque& opaque) {
-    const auto isSame = [&](const ID3v2::Opaque& other) { return other == opaque; };
-    if (!opaque.bytes.empty() && findContent<ID3v2::Opaque>(frame, isSame) == nullptr) dropFrame(frame);
+    if (!opaque.bytes.empty() && !hasContent(frame)) dropFrame(frame);
   }
 
   /// Text frames of one identifier count together: several of them are several values.
   void compare(const Frame& frame, const ID3v2::Text&) {
     const std::string& identifier = frame.identifier;
     if (FieldFrames::isOfTheDate(identifier) || !comparedTexts_.insert(identifier).second) return;
-    const std::string before = TagTexts::textOf(expected_, identifier);
-    const std::string after = TagTexts::textOf(found_, identifier);
+    const std::string before = expectedIndex_.textOf(identifier);
+    const std::string after = foundIndex_.textOf(identifier);
     if (!saySame(identifier, before, after) && !TagTexts::isBlank(before))
       tellText(TagDescriptions::nameOf(identifier), before, after);
   }
 
-  void compare(const Frame& frame, const UserText& text) {
-    const auto isSame = [&](const UserText& other) {
-      return other.description == text.description && saySame("TXXX", text.text, other.text);
-    };
-    if (findContent<UserText>(frame, isSame) == nullptr)
+  void compare(const Frame&, const UserText& text) {
+    if (!foundIndex_.hasText(FrameIndex::key(text)))
       drop("a user text", "user texts", inQuotes(text.description));
   }
 
   void compare(const Frame& frame, const LanguageText& text) {
     if (TagTexts::isBlank(text.text)) return;
     const bool isComment = frame.identifier == "COMM";
-    const auto isSame = [&](const LanguageText& other) { return saySame("", text.text, other.text); };
-    const auto isSameWithDescription = [&](const LanguageText& other) {
-      return isSame(other) && other.description == text.description;
-    };
-    if (findContent<LanguageText>(frame, isSameWithDescription) != nullptr) return;
+    if (foundIndex_.hasText(FrameIndex::keyWithDescription(frame, text))) return;
     const std::string description = inQuotes(text.description);
-    if (findContent<LanguageText>(frame, isSame) != nullptr) {
+    if (foundIndex_.hasText(FrameIndex::key(frame, text))) {
       if (!TagTexts::isBlank(text.description))
         drop("the description " + description + (isComment ? " of a comment" : " of the lyrics"), "", "");
     } else {
@@ -218,14 +361,10 @@ class Comparison {
     }
   }
 
-  void compare(const Frame& frame, const Picture& picture) {
+  void compare(const Frame&, const Picture& picture) {
     const std::string described = TagDescriptions::describe(picture);
-    const auto isSame = [&](const Picture& other) { return other.data == picture.data; };
-    const auto isSameInAll = [&](const Picture& other) {
-      return isSame(other) && other.type == picture.type && other.description == picture.description;
-    };
-    if (findContent<Picture>(frame, isSameInAll) != nullptr) return;
-    const auto* same = findContent<Picture>(frame, isSame);
+    if (foundIndex_.hasPicture(picture)) return;
+    const Picture* same = foundIndex_.pictureOf(picture.data);
     if (same == nullptr) return drop("a picture", "pictures", described);
     if (same->type != picture.type) {
       changed_.push_back("a picture (" + described + ") becomes the " +
@@ -240,18 +379,19 @@ class Comparison {
   /// to the other, they are lost to most readers.
   template <class Parent>
   void compareParent(const Frame& frame, const Parent& parent) {
-    const auto isSame = [&](const Parent& other) {
+    const auto isSame = [&](const Frame& other) {
       const auto isInForm = [](const Frame& inner) { return !inner.original.empty(); };
-      return other == parent && (expected_.version == 3 || std::ranges::all_of(other.frames, isInForm));
+      const auto* same = other.identifier == frame.identifier ? std::get_if<Parent>(&other.content) : nullptr;
+      return same != nullptr && *same == parent &&
+             (expected_.version == 3 || std::ranges::all_of(same->frames, isInForm));
     };
-    if (findContent<Parent>(frame, isSame) == nullptr) dropFrame(frame);
+    if (foundIndex_.find(hashOf(frame), isSame) == nullptr) dropFrame(frame);
   }
   void compare(const Frame& frame, const ID3v2::Chapter& chapter) { compareParent(frame, chapter); }
   void compare(const Frame& frame, const ID3v2::TableOfContents& table) { compareParent(frame, table); }
 
-  void compare(const Frame& frame, const ID3v2::URL& url) {
-    const auto isSame = [&](const ID3v2::URL& other) { return other == url; };
-    if (findContent<ID3v2::URL>(frame, isSame) == nullptr) dropFrame(frame);
+  void compare(const Frame& frame, const ID3v2::URL&) {
+    if (!hasContent(frame)) dropFrame(frame);
   }
   void dropFrame(const Frame& frame) {
     drop("a " + frame.identifier + " frame", frame.identifier + " frames", "");
@@ -259,9 +399,13 @@ class Comparison {
 
   const Tag& expected_;
   const Tag& found_;
-  std::size_t behindLast_ = 0;
+  FrameIndex expectedIndex_;
+  FrameIndex foundIndex_;
+  /// The place after the frame that was found last.
+  std::size_t next_ = 0;
   std::set<std::string> comparedTexts_;
   std::vector<Group> groups_;
+  std::unordered_map<std::string, std::size_t> groupsByName_;
   std::vector<std::string> changed_;
 };
 
@@ -314,8 +458,10 @@ std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
     if (!losses.dropped.empty()) add("hides its ID3v1 tag (" + joined(losses.dropped) + ")");
     if (old.hasAPETag) add("hides its APE tag");
   } else {
+    std::unordered_set<std::string_view> unreadable;
+    for (const ID3v2::UnreadablePart& part : found.unreadable) unreadable.insert(part.what);
     for (const ID3v2::UnreadablePart& part : old.unreadable) {
-      if (std::ranges::count(found.unreadable, part) == 0) losses.dropped.push_back(part.what);
+      if (!unreadable.contains(part.what)) losses.dropped.push_back(part.what);
     }
     if (!losses.dropped.empty()) add("drops " + joined(losses.dropped));
   }

@@ -69,12 +69,19 @@ void addValue(std::string& text, std::string_view value) {
 }
 
 std::string textOf(const ID3v2::Tag& tag, std::string_view identifier) {
+  std::vector<const ID3v2::Text*> frames;
+  for (const ID3v2::Frame& frame : tag.frames) {
+    const auto* content = frame.identifier == identifier ? std::get_if<ID3v2::Text>(&frame.content) : nullptr;
+    if (content != nullptr) frames.push_back(content);
+  }
+  return joined(frames);
+}
+
+std::string joined(const std::vector<const ID3v2::Text*>& frames) {
   std::string values;
   std::string_view first;
   KnownValues known;
-  for (const ID3v2::Frame& frame : tag.frames) {
-    const auto* content = frame.identifier == identifier ? std::get_if<ID3v2::Text>(&frame.content) : nullptr;
-    if (content == nullptr) continue;
+  for (const ID3v2::Text* content : frames) {
     if (first.empty()) {
       first = content->text;
       values = first;

@@ -4,6 +4,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "ID3v2/Tag.h"
 #include "QuillmarkKit/model/TagSet.h"
@@ -18,6 +19,8 @@ bool isBlank(std::string_view text);
 void forEachValue(std::string_view text, const std::function<void(std::string_view)>& operation);
 void addValue(std::string& text, std::string_view value);
 
+/// Returns the text of these text frames, whose values count together.
+std::string joined(const std::vector<const ID3v2::Text*>& frames);
 /// The text of the tag's text frames of that identifier. There should be one; what others add stands behind
 /// it.
 std::string textOf(const ID3v2::Tag& tag, std::string_view identifier);
