@@ -24,4 +24,9 @@ CLIError CLIError::sameMember(const std::filesystem::path& file) {
                   "place there. Read each in a run of its own, or rename one.");
 }
 
+CLIError CLIError::cannotCarry(QuillmarkKit::TagField field, const std::string& value) {
+  return CLIError("The clipboard cannot carry the " + std::string(cliName(field)) + " " + value +
+                  " of the copied file. Leave it out with --fields.");
+}
+
 }  // namespace quillmark

@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "QuillmarkKit/model/TagField.h"
+
 namespace quillmark {
 
 /// What is wrong with a command line.
@@ -15,6 +17,8 @@ class CLIError : public std::exception {
   static CLIError noFiles();
   /// For a file that would take another one's place in a JSON document.
   static CLIError sameMember(const std::filesystem::path& file);
+  /// For a field that is to be pasted although no field could hold its value.
+  static CLIError cannotCarry(QuillmarkKit::TagField field, const std::string& value);
   /// A message that only one command has.
   explicit CLIError(std::string description) : description_(std::move(description)) {}
 

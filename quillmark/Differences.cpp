@@ -84,7 +84,7 @@ Sides pictureSides(const TagSet& before, const TagSet& after) {
 
 }  // namespace
 
-std::string differences(const TagSet& before, const TagSet& after) {
+std::string differences(const TagSet& before, const TagSet& after, bool keepsArtwork) {
   static const std::size_t width =
       displayName(std::ranges::max(QuillmarkKit::allTagFields, {}, [](TagField field) {
         return displayName(field).size();
@@ -105,6 +105,11 @@ std::string differences(const TagSet& before, const TagSet& after) {
       label.resize(width, ' ');
       lines.append("    ").append(sign).append(" ").append(label).append("  ").append(*value).append("\n");
     };
+    if (field == TagField::artwork && keepsArtwork) {
+      add("+", sides.after);
+      add("=", sides.before ? std::optional(*sides.before + " (stays, after the new one)") : std::nullopt);
+      continue;
+    }
     add("-", sides.before);
     add("+", sides.after);
   }

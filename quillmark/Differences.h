@@ -6,9 +6,10 @@
 
 namespace quillmark {
 
-/// What a change of tags comes to, for people: for each field that differs a line with what it held, a line
-/// with what it holds then, or one of the two. Long texts are shortened, and nothing in them commands a
-/// terminal.
-std::string differences(const QuillmarkKit::TagSet& before, const QuillmarkKit::TagSet& after);
+/// Returns a change of tags for people: for each field that differs a line with its old value, a line with
+/// its new value, or both. An artwork that stays beside the new one is marked. Long texts are shortened, and
+/// control characters are made visible.
+std::string differences(const QuillmarkKit::TagSet& before, const QuillmarkKit::TagSet& after,
+                        bool keepsArtwork);
 
 }  // namespace quillmark

@@ -36,7 +36,8 @@ void Report::add(const TagApplier::Result& result, std::string_view given) {
                   : options_.dryRun ? "would     "
                                     : "updated   ") +
                  console_.shown(name) + "\n");
-  if (change != nullptr && change->before) console_.write(differences(*change->before, change->tags));
+  if (change != nullptr && change->before)
+    console_.write(differences(*change->before, change->tags, change->keepsArtwork));
   console_.flush();
 }
 

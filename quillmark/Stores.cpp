@@ -18,11 +18,12 @@ std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& argument
   return store;
 }
 
-QuillmarkKit::TagSet readSource(const QuillmarkKit::TagStore& store, const std::filesystem::path& from,
-                                QuillmarkKit::TagFields fields, Console& console) {
-  auto source = store.source(from, fields, console.wantsNotes());
+QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
+                                          const std::filesystem::path& from, QuillmarkKit::TagFields fields,
+                                          Console& console, SourceOptions options) {
+  auto source = store.source(from, fields, console.wantsNotes(), options.acceptsUncarried);
   if (!source.losses.empty()) console.printNote(platform::lastPathComponent(from) + ": " + source.losses);
-  return std::move(source.tags);
+  return source;
 }
 
 }  // namespace quillmark

@@ -12,9 +12,15 @@ namespace quillmark {
 /// Returns the store that the options choose.
 std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& arguments);
 
+struct SourceOptions {
+  /// Whether values that no field can hold are part of the result instead of an error.
+  bool acceptsUncarried = false;
+};
+
 /// Reads the tags of `from` to write `fields` of them into other files, and prints a note about what is read
 /// otherwise than it was meant. Throws as the store does.
-QuillmarkKit::TagSet readSource(const QuillmarkKit::TagStore& store, const std::filesystem::path& from,
-                                QuillmarkKit::TagFields fields, Console& console);
+QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
+                                          const std::filesystem::path& from, QuillmarkKit::TagFields fields,
+                                          Console& console, SourceOptions options = {});
 
 }  // namespace quillmark

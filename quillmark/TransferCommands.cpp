@@ -56,9 +56,11 @@ std::string harmless(std::string_view text) {
 
 int commandCopy(const Arguments& arguments, Console& console) {
   const std::filesystem::path file = FileList(arguments).location(0);
-  const TagSet tags = readSource(*storeFor(arguments), file, QuillmarkKit::TagFields::all, console);
+  const auto source = readSource(*storeFor(arguments), file, QuillmarkKit::TagFields::all, console,
+                                 {.acceptsUncarried = true});
+  const TagSet& tags = source.tags;
   auto pasteboard = platform::Pasteboard::general();
-  QuillmarkKit::TagClipboard::copy(tags, pasteboard);
+  QuillmarkKit::TagClipboard::copy(tags, pasteboard, source.uncarried);
   console.write("Copied tags from " + console.shown(platform::lastPathComponent(file)) + ".\n");
   console.write(console.outputIsTerminal() ? visibleSummary(tags, console) : indentedSummary(tags));
   console.flush();
@@ -69,13 +71,17 @@ int commandCopy(const Arguments& arguments, Console& console) {
 
 WriteRun preparePaste(const Arguments& arguments, Console&) {
   FileList files(arguments);
-  auto tags = QuillmarkKit::TagClipboard::paste(platform::Pasteboard::general());
+  const auto pasteboard = platform::Pasteboard::general();
+  auto tags = QuillmarkKit::TagClipboard::paste(pasteboard);
   if (!tags) {
     throw CLIError("No Quillmark tags on the clipboard. Run '" + std::string(toolName) +
                    " copy <file>' first.");
   }
   auto store = storeFor(arguments);
   const QuillmarkKit::TagFields selection = fieldMask(arguments);
+  for (const auto& [field, value] : QuillmarkKit::TagClipboard::uncarried(pasteboard)) {
+    if (selection.contains(field)) throw CLIError::cannotCarry(field, value);
+  }
   *tags = store->accepted(*tags, selection);
   return {.files = std::move(files),
           .store = std::move(store),
@@ -91,7 +97,7 @@ WriteRun prepareApply(const Arguments& arguments, Console& console) {
   FileList files(arguments);
   auto store = storeFor(arguments);
   const QuillmarkKit::TagFields selection = fieldMask(arguments);
-  TagSet tags = readSource(*store, source, selection, console);
+  TagSet tags = readSource(*store, source, selection, console).tags;
   return {.files = std::move(files),
           .store = std::move(store),
           .tags = std::move(tags),

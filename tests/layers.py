@@ -16,7 +16,7 @@ ALLOWED = {
                                   "ID3TagEditor/parse", "ID3v2"],
     "QuillmarkKit/store/standard": ["platform", "QuillmarkKit/model", "QuillmarkKit/store/file", "ID3v2"],
     "QuillmarkKit/store": ["platform", "QuillmarkKit/model", "QuillmarkKit/store/file", "QuillmarkKit/store/engine",
-                           "QuillmarkKit/store/standard", "ID3TagEditor", "ID3TagEditor/model"],
+                           "QuillmarkKit/store/standard", "ID3TagEditor", "ID3TagEditor/model", "ID3v2"],
     "QuillmarkKit/transfer": ["platform", "QuillmarkKit/model", "QuillmarkKit/store"],
     "quillmark": ["platform", "QuillmarkKit/model", "QuillmarkKit/store", "QuillmarkKit/transfer"],
 }

@@ -374,6 +374,36 @@ def check_blank_frames(program, folder, audio):
     check("blank frames: number", [path.read_bytes().count(name) for name in (b"COMM", b"APIC")], [1, 1])
 
 
+def check_artwork(program, folder):
+    """A new front cover takes the place of an unspecified picture, and goes in front of any other."""
+    path = folder / "track.mp3"
+    (folder / "new.png").write_bytes(PNG + b"new")
+    for kind, version, make in ((0, 3, f3), (4, 3, f3), (4, 4, f4)):
+        path.write_bytes(tag(version, make("TIT2", text("K")), make("APIC", b"\0image/png\0" + bytes([kind]) + b"d\0" + PNG)) + AUDIO)
+        output = run(program, ["set", "--lossless", "--diff", "--artwork", "new.png", path.name], folder)[1]
+        pictures = [frame for frame in split(path.read_bytes())[1] if frame[:4] == b"APIC"]
+        check(f"a picture of type {kind}", ([frame.endswith(b"new") for frame in pictures], "(stays, after the new one)" in output),
+              ([True], False) if kind == 0 else ([True, False], True))
+
+
+def check_values_that_fit_no_field(program, folder):
+    """They are copied by name, and pasted only by mistake."""
+    path, target = folder / "track.mp3", folder / "target.mp3"
+    path.write_bytes(tag(4, f4("TBPM", text("127.98")), f4("TALB", text("A")), f4("TRCK", text("1\0" + "2/9"))) + AUDIO)
+    target.write_bytes(AUDIO)
+    copied = run(program, ["copy", "--lossless", "--no-desktop", path.name], folder)
+    check("copied", (copied[0], copied[2]), (0, ""))
+    told = 'quillmark: The clipboard cannot carry the bpm "127.98" of the copied file. Leave it out with --fields.\n'
+    check("pasted", run(program, ["paste", "--all", target.name], folder)[::2], (1, told))
+    check("pasted without it", run(program, ["paste", "--fields", "album", target.name], folder)[0], 0)
+    run(program, ["set", "--lossless", "--track-total", "5", path.name], folder)
+    check("several positions", view(path)["TRCK"], ("1/5", "2/9"))
+    path.write_bytes(b"junk" + tag(3, f3("TIT2", text("K"))) + AUDIO)
+    for words in (["read"], ["set", "--title", "T"]):
+        errors = run(program, [*words, "--lossless", path.name], folder)[2]
+        check("junk in front", "track.mp3: --lossless cannot keep what is in front of its ID3v2 tag." in errors, True)
+
+
 def check_unread_frames(program, folder):
     """What cannot be read goes with its own field, is told then, and never with another field."""
     path = folder / "track.mp3"
@@ -406,6 +436,8 @@ def main():
         check_every_field(program, folder, audio)
         check_blank_frames(program, folder, audio)
         check_unread_frames(program, folder)
+        check_artwork(program, folder)
+        check_values_that_fit_no_field(program, folder)
         for name, data in HAND_MADE.items():
             end = (APE if "APE" in name else b"") + (ID3V1 if "ID3v1" in name else b"")
             Proof(program, folder, name, data + audio + end, refused="refused" in name).all()

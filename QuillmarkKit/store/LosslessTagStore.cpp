@@ -1,6 +1,11 @@
 #include "QuillmarkKit/store/LosslessTagStore.h"
 
+#include <string_view>
+
+#include "ID3v2/Reading.h"
+#include "QuillmarkKit/store/standard/LosslessError.h"
 #include "QuillmarkKit/store/standard/StandardTag.h"
+#include "platform/FileHandle.h"
 
 namespace QuillmarkKit {
 
@@ -10,6 +15,16 @@ LosslessTagStore::LosslessTagStore(bool preservesDate)
 
 TagSet LosslessTagStore::accepted(const TagSet& tags, TagFields fields) const {
   return acceptedTags(tags, fields);
+}
+
+void LosslessTagStore::explainUnsupported(const std::filesystem::path& path) const {
+  constexpr std::size_t searchedSize = 0x10000;
+  const platform::Bytes start = platform::FileHandle::forReading(path).readFirst(searchedSize);
+  const platform::ByteView bytes = start;
+  for (std::size_t at = 0; (at = platform::charactersOf(bytes).find("ID3", at)) != std::string_view::npos;
+       ++at) {
+    if (ID3v2::tagLength(bytes.subspan(at))) throw LosslessError::tagIsNotInFront(path);
+  }
 }
 
 }  // namespace QuillmarkKit

@@ -6,6 +6,7 @@
 
 #include "ID3TagEditor/model/Mp3Extension.h"
 #include "QuillmarkKit/store/TagFileError.h"
+#include "QuillmarkKit/store/file/TagStoreError.h"
 #include "QuillmarkKit/store/standard/FileTags.h"
 #include "QuillmarkKit/store/standard/TagLosses.h"
 #include "platform/FileError.h"
@@ -47,14 +48,14 @@ class MP3TagStore::Edit : public TagEdit {
     return change.tags != current() || tag_->holdsMoreThanValues(change.cleared());
   }
 
-  std::string plan(const TagChange& change, bool reportsLosses) override {
+  Plan plan(const TagChange& change, bool reportsLosses) override {
     try {
       planned_ = naming(file_, [&] { return newTag(change, reportsLosses); });
     } catch (const std::exception&) {
       if (tag_->isLossless()) throw;
       failure_ = std::current_exception();
     }
-    return reportsLosses ? std::move(planned_.losses) : "";
+    return {.losses = reportsLosses ? std::move(planned_.losses) : "", .keepsArtwork = planned_.keepsArtwork};
   }
 
   std::string commit() override {
@@ -91,15 +92,25 @@ class MP3TagStore::Edit : public TagEdit {
   std::exception_ptr failure_;
 };
 
+MP3File MP3TagStore::open(const std::filesystem::path& path) const {
+  try {
+    return MP3File(path);
+  } catch (const TagStoreError& error) {
+    const bool isUnknown = error.value() == TagStoreError::Case::unsupportedFileType && !error.detected();
+    if (isUnknown) explainUnsupported(path);
+    throw;
+  }
+}
+
 TagSet MP3TagStore::read(const std::filesystem::path& from) const {
-  MP3File file(from);
+  MP3File file = open(from);
   requireMP3Name(file);
   return naming(file, [&] { return openTag_(file)->tags(); });
 }
 
 void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) const {
   platform::ReplacementRun run;
-  MP3File file(to);
+  MP3File file = open(to);
   // Frames that no field is kept in can be written without the engine, which would check the name.
   if (!tags.isEmpty()) requireMP3Name(file);
   Edit edit(*this, std::move(file), run);
@@ -110,18 +121,19 @@ void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) con
 
 std::unique_ptr<TagEdit> MP3TagStore::edit(const std::filesystem::path& file,
                                            platform::ReplacementRun& run) const {
-  MP3File opened(file);
+  MP3File opened = open(file);
   requireMP3Name(opened);
   return std::make_unique<Edit>(*this, std::move(opened), run);
 }
 
-TagStore::Source MP3TagStore::source(const std::filesystem::path& from, TagFields fields,
-                                     bool reportsLosses) const {
-  MP3File file(from);
+TagStore::Source MP3TagStore::source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
+                                     bool acceptsUncarried) const {
+  MP3File file = open(from);
   requireMP3Name(file);
   const auto tag = naming(file, [&] { return openTag_(file); });
-  tag->requireCarriable(fields);
-  Source source{.tags = accepted(tag->tags(), fields)};
+  tag->requireCarriable(acceptsUncarried ? TagFields() : fields);
+  Source source{.tags = accepted(tag->tags(), acceptsUncarried ? TagFields() : fields),
+                .uncarried = tag->uncarried()};
   if (reportsLosses && !tag->isLossless()) {
     source.losses = TagLosses::ofReading(readTags(file), source.tags, fields);
   }

@@ -26,7 +26,8 @@ class MP3TagStore : public TagStore {
   /// change has reached the disk.
   void write(const TagSet& tags, const std::filesystem::path& to) const final;
   std::unique_ptr<TagEdit> edit(const std::filesystem::path& file, platform::ReplacementRun& run) const final;
-  Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses) const final;
+  Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
+                bool acceptsUncarried) const final;
 
   /// Whether a write gives the file its earlier modification date back.
   bool preservesModificationDate;
@@ -38,8 +39,13 @@ class MP3TagStore : public TagStore {
   MP3TagStore(TagOpener openTag, bool preservesDate)
       : preservesModificationDate(preservesDate), openTag_(std::move(openTag)) {}
 
+  /// Called for a file that is not an MP3 nor of another known format, to throw an error that says more.
+  virtual void explainUnsupported(const std::filesystem::path&) const {}
+
  private:
   class Edit;
+
+  MP3File open(const std::filesystem::path& path) const;
 
   TagOpener openTag_;
 };

@@ -14,7 +14,7 @@ class PlainEdit : public TagEdit {
 
   const TagSet& current() const override { return current_; }
   bool isNeeded(const TagChange& change) const override { return change.tags != current_; }
-  std::string plan(const TagChange& change, bool) override {
+  Plan plan(const TagChange& change, bool) override {
     planned_ = change.tags;
     return {};
   }
@@ -36,7 +36,7 @@ std::unique_ptr<TagEdit> TagStore::edit(const std::filesystem::path& file, platf
   return std::make_unique<PlainEdit>(*this, file);
 }
 
-TagStore::Source TagStore::source(const std::filesystem::path& from, TagFields, bool) const {
+TagStore::Source TagStore::source(const std::filesystem::path& from, TagFields, bool, bool) const {
   return {.tags = read(from)};
 }
 

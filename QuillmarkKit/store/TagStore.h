@@ -33,10 +33,13 @@ class TagStore {
     /// How the store reads some of the fields otherwise than they were meant, as a sentence without its
     /// subject; empty if it does not.
     std::string losses = {};
+    /// The values of fields that the store cannot write into other files.
+    UncarriedValues uncarried = {};
   };
   /// Reads a source for `fields`; its losses only if `reportsLosses`. Throws if one of the fields holds
-  /// something that the store cannot write into other files.
-  virtual Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses) const;
+  /// something that the store cannot write into other files, unless `acceptsUncarried`.
+  virtual Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
+                        bool acceptsUncarried = false) const;
   /// Returns the tags in the form in which the store returns them after they are written. Throws if it cannot
   /// hold one of the fields.
   virtual TagSet accepted(const TagSet& tags, TagFields fields) const;

@@ -15,9 +15,11 @@ TagApplier::Outcome TagApplier::attempt(const TagSet& source, const std::filesys
   TagChange change{.tags = current.merging(source, fields), .selected = fields};
   change.tags.normalize();
   if (!edit->isNeeded(change)) return Unchanged{};
-  Change outcome;
+  Change outcome{};
   if (details_.before) outcome.before = current;
-  outcome.losses = edit->plan(change, details_.losses);
+  TagEdit::Plan plan = edit->plan(change, details_.losses);
+  outcome.losses = std::move(plan.losses);
+  outcome.keepsArtwork = plan.keepsArtwork;
   if (!dryRun) outcome.note = edit->commit();
   outcome.tags = std::move(change.tags);
   if (dryRun) return WouldUpdate{std::move(outcome)};

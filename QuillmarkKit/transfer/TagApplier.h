@@ -27,6 +27,8 @@ class TagApplier {
     /// What the file loses although it was not asked for, as a sentence without its subject; empty if
     /// nothing.
     std::string losses;
+    /// Whether the artwork in `before` stays in the file, although it got another.
+    bool keepsArtwork;
     /// The store's note about the write, likewise.
     std::string note;
   };

@@ -34,28 +34,47 @@ JSON::Value encode(const Payload& payload) {
   JSON::Object document;
   document.emplace("version", payload.version);
   document.emplace("tags", encodeTagSet(payload.tags));
+  JSON::Object uncarried;
+  for (const auto& [field, value] : payload.uncarried) uncarried.emplace(rawValue(field), value);
+  if (!uncarried.empty()) document.emplace("uncarried", std::move(uncarried));
   return document;
+}
+
+/// Returns the values for people; a member of another kind is another program's.
+UncarriedValues decodeUncarried(const JSON::Object& members) {
+  UncarriedValues values;
+  const auto member = members.find("uncarried");
+  const JSON::Object* object = member != members.end() ? member->second.object() : nullptr;
+  if (object == nullptr) return values;
+  for (const auto& [name, value] : *object) {
+    const auto field = fieldFromRawValue(name);
+    if (field && value.string() != nullptr) values.emplace(*field, *value.string());
+  }
+  return values;
 }
 
 Payload decode(const JSON::Value& document) {
   const JSON::Object& members = requireObject(document, "document");
   return {.version = decodeNumber(requireMember(members, "document", "version"), "version"),
-          .tags = decodeTagSet(requireMember(members, "document", "tags"), "tags")};
+          .tags = decodeTagSet(requireMember(members, "document", "tags"), "tags"),
+          .uncarried = decodeUncarried(members)};
 }
 
 }  // namespace
 
-void copy(const TagSet& tags, Pasteboard& to) {
+void copy(const TagSet& tags, Pasteboard& to, const UncarriedValues& uncarried) {
   requireUTF8(tags);
-  const std::string document =
-      JSON::print(encode({.version = currentVersion, .tags = tags}), JSON::Layout::compact);
+  const std::string document = JSON::print(
+      encode({.version = currentVersion, .tags = tags, .uncarried = uncarried}), JSON::Layout::compact);
   // Not cleared first: until the new content is complete, `paste` returns the old.
   to.declareTypes({std::string(pasteboardType), std::string(Pasteboard::stringType)});
   to.setData(platform::bytesOf(document), pasteboardType);
   to.setString(tags.summary(), Pasteboard::stringType);
 }
 
-std::optional<TagSet> paste(const Pasteboard& from) {
+namespace {
+
+std::optional<Payload> payloadOn(const Pasteboard& from) {
   const auto document = from.data(pasteboardType);
   if (!document) return std::nullopt;
   Payload payload = [&] {
@@ -67,7 +86,20 @@ std::optional<TagSet> paste(const Pasteboard& from) {
     }
   }();
   if (payload.version > currentVersion) throw ClipboardError::unsupportedPayloadVersion(payload.version);
-  return std::move(payload.tags);
+  return payload;
+}
+
+}  // namespace
+
+std::optional<TagSet> paste(const Pasteboard& from) {
+  auto payload = payloadOn(from);
+  if (!payload) return std::nullopt;
+  return std::move(payload->tags);
+}
+
+UncarriedValues uncarried(const Pasteboard& from) {
+  auto payload = payloadOn(from);
+  return payload ? std::move(payload->uncarried) : UncarriedValues();
 }
 
 bool hasTags(const Pasteboard& on) {

@@ -7,10 +7,12 @@
 #include <string_view>
 
 #include "QuillmarkKit/model/TagSet.h"
+#include "QuillmarkKit/model/UncarriedValues.h"
 #include "platform/Pasteboard.h"
 
-/// Carries one tag set across the pasteboard, as a JSON document with the members "version" and "tags", with
-/// a plain-text summary beside it.
+/// Carries one tag set across the pasteboard, as a JSON document with the members "version" and "tags", and a
+/// plain-text summary. If there are values that no field can hold, a member "uncarried" names them; programs
+/// that do not know it ignore it.
 namespace QuillmarkKit::TagClipboard {
 
 /// The type of the document.
@@ -22,6 +24,7 @@ inline constexpr std::int64_t currentVersion = 1;
 struct Payload {
   std::int64_t version;
   TagSet tags;
+  UncarriedValues uncarried = {};
 };
 
 /// A document of a newer format than this program understands.
@@ -59,12 +62,16 @@ class EncodingError : public std::exception {
 /// Replaces the pasteboard's content with the tag set. Throws EncodingError, before the pasteboard is
 /// touched, if a text is not UTF-8. Throws platform::FileError if the tag set could not be stored; the
 /// pasteboard is empty then, or the error adds that its old content is still there.
-void copy(const TagSet& tags, platform::Pasteboard& to);
+void copy(const TagSet& tags, platform::Pasteboard& to, const UncarriedValues& uncarried = {});
 
 /// The tag set on the pasteboard; nothing when there is no document of the type. Throws
 /// platform::JSON::DecodingError for a malformed document, ClipboardError for one of a newer format, and
 /// platform::FileError for a pasteboard that is there but cannot be used.
 std::optional<TagSet> paste(const platform::Pasteboard& from);
+
+/// Returns the values of the copied file that are not in the tag set, because no field can hold them. Throws
+/// as `paste` does.
+UncarriedValues uncarried(const platform::Pasteboard& from);
 
 /// Whether there is something of the document's type, whatever it holds. Throws platform::FileError likewise.
 bool hasTags(const platform::Pasteboard& on);

@@ -4,6 +4,7 @@
 #include <string>
 
 #include "QuillmarkKit/model/TagSet.h"
+#include "QuillmarkKit/model/UncarriedValues.h"
 #include "platform/Bytes.h"
 
 namespace QuillmarkKit {
@@ -25,6 +26,8 @@ struct NewTag {
   std::uint64_t audioStart = 0;
   /// What the file loses by the new tag, as a sentence without its subject; empty if nothing.
   std::string losses = {};
+  /// Whether the artwork that the file had stays in it, although it got another.
+  bool keepsArtwork = false;
 };
 
 /// The tag of an open file, as one way to read and write tags understands it. The file must outlive it.
@@ -38,6 +41,8 @@ class OpenTag {
   virtual bool holdsMoreThanValues(TagFields fields) const = 0;
   /// Throws if the tag contains something about one of the fields that cannot be written into other files.
   virtual void requireCarriable(TagFields fields) const = 0;
+  /// Returns the values of fields that no tag set can hold, in words.
+  virtual UncarriedValues uncarried() const { return {}; }
   /// Returns whether a new tag keeps everything that no change asks for, and names the exceptions in its
   /// `losses`. Otherwise the caller has to compare the old tag with the new one to know what is lost.
   virtual bool isLossless() const = 0;

@@ -93,11 +93,12 @@ auto coverOf(TagType& tag) -> decltype(tag.frames.data()) {
 
 /// Returns the frame whose picture a new front cover replaces, or nullptr: the front cover, with or without
 /// data, or the picture that is shown in its place if its type is unspecified.
-Frame* replacedPictureOf(Tag& tag) {
-  Frame* const shown = coverOf(tag);
+template <class TagType>
+auto replacedPictureOf(TagType& tag) -> decltype(tag.frames.data()) {
+  const auto shown = coverOf(tag);
   const auto typeOf = [](const Frame& frame) { return std::get<Picture>(frame.content).type; };
   if (shown != nullptr && typeOf(*shown) == frontCover) return shown;
-  for (Frame& frame : tag.frames) {
+  for (auto& frame : tag.frames) {
     if (std::holds_alternative<Picture>(frame.content) && typeOf(frame) == frontCover) return &frame;
   }
   return shown != nullptr && typeOf(*shown) == otherPicture ? shown : nullptr;
@@ -236,6 +237,10 @@ void setFields(Tag& tag, const TagSet& wanted, TagFields selected) {
         [&](NumberMember member) { setNumber(tag, field, wanted.*member); },
         [&] { setArtwork(tag, wanted.artwork); });
   }
+}
+
+bool keepsShownPicture(const Tag& tag) {
+  return coverOf(tag) != nullptr && replacedPictureOf(tag) != coverOf(tag);
 }
 
 TagSet asRead(const TagSet& tags) {

@@ -19,6 +19,9 @@ TagSet fieldsOf(const ID3v2::Tag& tag);
 /// in front of other pictures.
 void setFields(ID3v2::Tag& tag, const TagSet& wanted, TagFields selected);
 
+/// Returns whether the picture that the artwork is read from stays when another artwork is set.
+bool keepsShownPicture(const ID3v2::Tag& tag);
+
 /// Returns the tag set as it is read from a tag that it was written into: a genre "17" is the genre Rock, and
 /// a year of five digits has no place.
 TagSet asRead(const TagSet& tags);

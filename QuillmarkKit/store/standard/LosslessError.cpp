@@ -21,6 +21,11 @@ LosslessError LosslessError::hidesAPETag(const std::filesystem::path& url) {
                        ": --lossless cannot keep its APE tag in sight: a new ID3v2 tag would hide it.");
 }
 
+LosslessError LosslessError::tagIsNotInFront(const std::filesystem::path& url) {
+  return LosslessError(platform::lastPathComponent(url) +
+                       ": --lossless cannot keep what is in front of its ID3v2 tag.");
+}
+
 LosslessError LosslessError::cannotRead(const std::filesystem::path& url, const std::string& what) {
   return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot read " + what + ".");
 }

@@ -13,6 +13,8 @@ class LosslessError : public std::exception {
   static LosslessError cannotKeep(const std::filesystem::path& url, const std::string& what);
   /// A file whose APE tag players would no longer show.
   static LosslessError hidesAPETag(const std::filesystem::path& url);
+  /// A file with an ID3v2 tag that is not at its start.
+  static LosslessError tagIsNotInFront(const std::filesystem::path& url);
   /// A part of a source that may hold what is to be carried.
   static LosslessError cannotRead(const std::filesystem::path& url, const std::string& what);
   /// A value of a source that no field of another file can hold, and what the field takes.

@@ -84,6 +84,14 @@ void StandardTag::requireCarriable(TagFields fields) const {
   }
 }
 
+UncarriedValues StandardTag::uncarried() const {
+  UncarriedValues values;
+  for (const TagField field : allTagFields) {
+    if (auto value = LosslessConversion::uncarried(file_.tag, tags_, field)) values.emplace(field, *value);
+  }
+  return values;
+}
+
 /// Returns a sentence about values of these fields that no listing shows and that a write removes.
 std::string StandardTag::losses(TagFields uncarried) const {
   std::string sentence;
@@ -108,6 +116,8 @@ NewTag StandardTag::changedBy(const TagChange& change) {
       throw LosslessError::cannotKeep(path_, "the frame " + std::string(FieldFrames::identifierOf(field)));
   }
   NewTag made{.bytes = {}, .audioStart = file_.audioStart, .losses = losses(uncarried)};
+  made.keepsArtwork = changed.contains(TagField::artwork) && change.tags.artwork &&
+                      LosslessConversion::keepsShownPicture(file_.tag);
   // v2.2 is not written.
   if (file_.tag.version == 2) file_.tag.version = 3;
   LosslessConversion::setFields(file_.tag, change.tags, changed);

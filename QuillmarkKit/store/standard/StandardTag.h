@@ -17,6 +17,7 @@ class StandardTag : public OpenTag {
   const TagSet& tags() const override { return tags_; }
   bool holdsMoreThanValues(TagFields fields) const override;
   void requireCarriable(TagFields fields) const override;
+  UncarriedValues uncarried() const override;
   bool isLossless() const override { return true; }
   /// Returns an empty tag if no frame would be left.
   NewTag changedBy(const TagChange& change) override;
