@@ -209,7 +209,7 @@ def others(seen):
 
 
 def split(data):
-    """Returns the version of the tag and its frames as bytes."""
+    """Returns the version of the tag and its frames as bytes, their sizes in the form of the version."""
     def number(field):
         return int.from_bytes(field, "big")
     def spread(field):
@@ -220,7 +220,7 @@ def split(data):
     frames = []
     while at + 10 <= end and data[at]:
         size = (spread if version == 4 else number)(data[at + 4:at + 8])
-        frames.append(data[at:at + 10 + size])
+        frames.append(data[at:at + 4] + (size4(size) if version == 4 else data[at + 4:at + 8]) + data[at + 8:at + 10 + size])
         at += 10 + size
     return version, frames
 
