@@ -82,7 +82,11 @@ WriteRun preparePaste(const Arguments& arguments, Console&) {
   for (const auto& [field, value] : QuillmarkKit::TagClipboard::uncarried(pasteboard)) {
     if (selection.contains(field)) throw CLIError::cannotCarry(field, value);
   }
-  *tags = store->accepted(*tags, selection);
+  try {
+    *tags = store->accepted(*tags, selection);
+  } catch (const std::exception& error) {
+    throw CLIError(std::string(error.what()) + " Leave it out with --fields.");
+  }
   return {.files = std::move(files),
           .store = std::move(store),
           .tags = std::move(*tags),

@@ -272,6 +272,9 @@ class Proof:
                 if isinstance(found, list):
                     found, expected = ([frame for frame in frames if frame[:4] != b"TPUB"] for frames in (found, expected))
                 check(f"{self.name}: version and frames", found, expected)
+            if "TPUB" not in self.before:
+                self.run("set", "--lossless", "--clear", "publisher")
+                check(f"{self.name}: the opposite edit", split(self.path.read_bytes()), split(self.original))
         check(f"{self.name}: an unrelated field", after, {**self.before, "TPUB": ("P",)})
         (self.folder / "new.png").write_bytes(PNG + b"new")
         after = self.settled("set", "--lossless", "--artwork", "new.png", *(
