@@ -425,6 +425,13 @@ def check_unread_frames(program, folder):
         check(f"unread: {what}", (result[0], outcome in result[1].split("\n")[0], told in result[2]), (status, True, True))
         again = run(program, ["set", "--lossless", *words, path.name], folder)
         check(f"unread: {what}, again", again[1].startswith("unchanged"), status == 0)
+    for what, data, words, told in (
+            ("a line feed at the end", tag(3, f3("USLT", b"\0eng\0la la\n"), f3("TIT2", text("T\n"))), ["--album", "A"], ""),
+            ("a date beside a year", tag(4, f4("TDRC", text("1966")), f4("TIT2", text("T"))), ["--year", "1999"],
+             "the old date 1966 (TDRC) stays beside the new year 1999; --lossless replaces it.\n")):
+        path.write_bytes(data + AUDIO)
+        result = run(program, ["set", "--notes", *words, path.name], folder)[2]
+        check(f"notes: {what}", result, told and f"quillmark: note: {path.name}: {told}")
     path.write_bytes(tag(3, f3("COMM", b"\0engd\0x"), f3("COMM", b"\0engkeep\0new")) + AUDIO)
     told = run(program, ["set", "--notes", "--comment", "new", path.name], folder)[2]
     check("the description of another comment", 'drops the description "keep"' in told, True)

@@ -47,7 +47,7 @@ std::string squashed(std::string_view genre) {
 
 /// A value of a text frame in one form for all ways to write it.
 std::string plainValue(std::string_view identifier, std::string_view value) {
-  value = platform::Text::trimmingBlanks(value);
+  value = platform::Text::trimmingWhiteSpace(value);
   if (identifier == "TCON") return squashed(value);
   if (identifier == "TBPM") return plainNumber(value);
   if (identifier != "TRCK" && identifier != "TPOS") return std::string(value);
@@ -291,7 +291,8 @@ class Comparison {
 
   void tellText(std::string_view what, std::string_view before, std::string_view after) {
     const std::string told = std::string(what) + " " + inQuotes(before);
-    if (TagTexts::isBlank(after)) {
+    // A text that only looks the same has become something that other readers do not understand.
+    if (TagTexts::isBlank(after) || inQuotes(before) == inQuotes(after)) {
       drop("the " + told, "", "");
     } else {
       changed_.push_back(told + " becomes " + inQuotes(after));
@@ -440,6 +441,14 @@ void forgetOldDescriptions(Tag& tag, const TagSet& wanted, TagFields asked) {
   }
 }
 
+/// Returns a clause about a date of v2.4 that stays in the tag although it got another year, or nothing.
+std::string oldDateBeside(const Tag& tag, const TagSet::Number& year, TagFields asked) {
+  const std::string date = TagTexts::firstValue(tag, "TDRC");
+  if (!year || !asked.contains(TagField::year) || date.empty() || TagTexts::yearIn(date) == year) return "";
+  return "the old date " + date + " (TDRC) stays beside the new year " + std::to_string(*year) +
+         "; --lossless replaces it";
+}
+
 }  // namespace
 
 Losses between(const Tag& expected, const Tag& found) {
@@ -450,9 +459,13 @@ std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
                       const platform::SharedBytes& newTag) {
   LosslessConversion::setFields(old.tag, wanted, asked);
   forgetOldDescriptions(old.tag, wanted, asked);
-  const auto found = ID3v2::read(newTag).value_or(ID3v2::Reading());
+  auto found = ID3v2::read(newTag).value_or(ID3v2::Reading());
+  std::string sentence = oldDateBeside(found.tag, wanted.year, asked);
+  if (!sentence.empty()) {
+    std::erase_if(found.tag.frames, [](const Frame& frame) { return frame.identifier == "TDRC"; });
+  }
+  const bool isOnlyDate = !sentence.empty();
   Losses losses = between(old.tag, found.tag);
-  std::string sentence;
   const auto add = [&](const std::string& clause) { addTo(sentence, "; ", clause); };
   if (!old.hasID3v2Tag) {
     if (!losses.dropped.empty()) add("hides its ID3v1 tag (" + joined(losses.dropped) + ")");
@@ -467,6 +480,8 @@ std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
   }
   for (const std::string& clause : losses.changed) add(clause);
   if (sentence.empty()) return sentence;
+  if (isOnlyDate && losses.dropped.empty() && losses.changed.empty() && old.hasID3v2Tag)
+    return sentence + ".";
   const bool canBeKept = old.isWritable() && !old.hasAPETag;
   return sentence + (canBeKept ? ". --lossless keeps them." : ".");
 }
