@@ -129,8 +129,8 @@ constexpr auto managedIdentifiers = [] {
     std::size_t count = 0;
   } managed;
   std::ranges::sort(managed.identifiers);
-  managed.count = static_cast<std::size_t>(std::ranges::unique(managed.identifiers).begin() -
-                                           managed.identifiers.begin());
+  const auto end = std::unique(managed.identifiers.begin(), managed.identifiers.end());
+  managed.count = static_cast<std::size_t>(end - managed.identifiers.begin());
   return managed;
 }();
 

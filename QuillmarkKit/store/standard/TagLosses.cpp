@@ -47,7 +47,10 @@ std::string squashed(std::string_view genre) {
 
 /// A value of a text frame in one form for all ways to write it.
 std::string plainValue(std::string_view identifier, std::string_view value) {
-  value = platform::Text::trimmingWhiteSpace(value);
+  value = platform::Text::trimmingBlanks(value);
+  // A line break counts in front of the text only, where it may be a part of something else.
+  const std::string_view trimmed = platform::Text::trimmingWhiteSpace(value);
+  value = value.substr(0, static_cast<std::size_t>(trimmed.data() + trimmed.size() - value.data()));
   if (identifier == "TCON") return squashed(value);
   if (identifier == "TBPM") return plainNumber(value);
   if (identifier != "TRCK" && identifier != "TPOS") return std::string(value);
