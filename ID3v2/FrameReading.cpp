@@ -66,9 +66,7 @@ std::string latin1(ByteView bytes) {
 }  // namespace
 
 FrameReader::FrameReader(std::uint8_t version, bool areUnsynchronised, std::size_t tagSize)
-    : version_(version),
-      areUnsynchronised_(areUnsynchronised),
-      inflationBudget_(inflationBudget(tagSize)) {
+    : version_(version), areUnsynchronised_(areUnsynchronised), inflationBudget_(inflationBudget(tagSize)) {
 }
 
 std::vector<Frame> FrameReader::read(const std::vector<RawFrame>& frames) {

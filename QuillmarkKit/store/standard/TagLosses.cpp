@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <array>
-#include <functional>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
@@ -10,7 +9,9 @@
 
 #include "ID3v2/Reading.h"
 #include "QuillmarkKit/store/file/FieldFrames.h"
+#include "QuillmarkKit/store/standard/FrameIndex.h"
 #include "QuillmarkKit/store/standard/LosslessConversion.h"
+#include "QuillmarkKit/store/standard/PlainValues.h"
 #include "QuillmarkKit/store/standard/TagDescriptions.h"
 #include "QuillmarkKit/store/standard/TagTexts.h"
 #include "platform/Text.h"
@@ -22,207 +23,10 @@ using ID3v2::LanguageText;
 using ID3v2::Picture;
 using ID3v2::Tag;
 using ID3v2::UserText;
+using PlainValues::saySame;
 using TagDescriptions::inQuotes;
 
 namespace {
-
-/// The number without zeros in front; a text that is none as it is.
-std::string plainNumber(std::string_view text) {
-  const auto number = platform::Text::decimalInteger(text);
-  return number ? std::to_string(*number) : std::string(text);
-}
-
-/// What "R&B" and "R And B", "Hip-Hop" and "Hip Hop" have in common.
-std::string squashed(std::string_view genre) {
-  std::string letters;
-  for (const char c : genre) {
-    if (c == '&') {
-      letters += "and";
-    } else if (c != ' ' && c != '-') {
-      letters += platform::Text::toASCIILower(c);
-    }
-  }
-  return letters;
-}
-
-/// A value of a text frame in one form for all ways to write it.
-std::string plainValue(std::string_view identifier, std::string_view value) {
-  value = platform::Text::trimmingBlanks(value);
-  // A line break counts in front of the text only, where it may be a part of something else.
-  const std::string_view trimmed = platform::Text::trimmingWhiteSpace(value);
-  value = value.substr(0, static_cast<std::size_t>(trimmed.data() + trimmed.size() - value.data()));
-  if (identifier == "TCON") return squashed(value);
-  if (identifier == "TBPM") return plainNumber(value);
-  if (identifier != "TRCK" && identifier != "TPOS") return std::string(value);
-  TagTexts::Position position = TagTexts::positionIn(value);
-  position.number = plainNumber(position.number);
-  position.total = plainNumber(position.total);
-  if (position.total == "0") position.total.clear();
-  return position.text();
-}
-
-/// In their order, each once.
-std::vector<std::string> valuesOf(std::string_view identifier, std::string_view text) {
-  std::vector<std::string> values;
-  std::set<std::string> known{""};
-  TagTexts::forEachValue(identifier == "TCON" ? TagTexts::genresIn(text) : std::string(text),
-                         [&](std::string_view value) {
-                           std::string plain = plainValue(identifier, value);
-                           if (known.insert(plain).second) values.push_back(std::move(plain));
-                         });
-  return values;
-}
-
-/// The same as one text.
-std::string plainText(std::string_view identifier, std::string_view text) {
-  std::string plain;
-  for (const std::string& value : valuesOf(identifier, text)) TagTexts::addValue(plain, value);
-  return plain;
-}
-
-/// A hash of what makes frames equal.
-std::size_t hashOf(const Frame& frame);
-
-/// Adds values to a hash.
-class Hash {
- public:
-  Hash& add(std::string_view text) { return mix(std::hash<std::string_view>()(text)); }
-  Hash& add(std::size_t number) { return mix(number); }
-  Hash& add(const std::vector<Frame>& frames) {
-    for (const Frame& frame : frames) mix(hashOf(frame));
-    return *this;
-  }
-  std::size_t value() const { return value_; }
-
- private:
-  Hash& mix(std::size_t hash) {
-    value_ = (value_ ^ hash) * 0x9E3779B97F4A7C15U;
-    value_ ^= value_ >> 29U;
-    return *this;
-  }
-
-  std::size_t value_ = 0;
-};
-
-// Each adds the content to the hash.
-
-void addTo(Hash& hash, const ID3v2::Opaque& opaque) {
-  hash.add(platform::charactersOf(opaque.bytes));
-}
-void addTo(Hash& hash, const ID3v2::Text& text) {
-  hash.add(text.text);
-}
-void addTo(Hash& hash, const UserText& text) {
-  hash.add(text.description).add(text.text);
-}
-void addTo(Hash& hash, const LanguageText& text) {
-  hash.add(text.description).add(text.text);
-}
-void addTo(Hash& hash, const Picture& picture) {
-  hash.add(picture.description).add(platform::charactersOf(picture.data));
-}
-void addTo(Hash& hash, const ID3v2::URL& url) {
-  hash.add(url.url);
-}
-void addTo(Hash& hash, const ID3v2::Chapter& chapter) {
-  hash.add(chapter.elementID).add(chapter.startTime).add(chapter.endTime).add(chapter.frames);
-}
-void addTo(Hash& hash, const ID3v2::TableOfContents& table) {
-  hash.add(table.elementID).add(table.frames);
-}
-void addTo(Hash&, const ID3v2::Unread&) {
-}
-
-std::size_t hashOf(const Frame& frame) {
-  Hash hash;
-  hash.add(frame.identifier);
-  std::visit([&](const auto& content) { addTo(hash, content); }, frame.content);
-  return hash.value();
-}
-
-/// The frames of a tag by what they are looked for by, so that to look for many takes no longer than to read
-/// them.
-class FrameIndex {
- public:
-  explicit FrameIndex(const Tag& tag) {
-    for (const Frame& frame : tag.frames) {
-      frames_.emplace(hashOf(frame), &frame);
-      std::visit([&](const auto& content) { note(frame, content); }, frame.content);
-    }
-  }
-
-  /// Returns the first frame with that hash for which the predicate holds, or nullptr.
-  template <class Predicate>
-  const Frame* find(std::size_t hash, Predicate isSame) const {
-    const auto [first, last] = frames_.equal_range(hash);
-    const auto found = std::find_if(first, last, [&](const auto& entry) { return isSame(*entry.second); });
-    return found != last ? found->second : nullptr;
-  }
-  /// Returns whether there is a text like that, `key` as below.
-  bool hasText(std::size_t key) const { return texts_.contains(key); }
-  /// Returns the first picture with the data, or nullptr.
-  const Picture* pictureOf(const platform::SharedBytes& data) const {
-    const auto found = pictures_.find(Hash().add(platform::charactersOf(data)).value());
-    return found != pictures_.end() && found->second->data == data ? found->second : nullptr;
-  }
-  bool hasPicture(const Picture& picture) const {
-    const auto [first, last] = picturesInAll_.equal_range(hashInAll(picture));
-    return std::any_of(first, last, [&](const auto& entry) {
-      const Picture& other = *entry.second;
-      return other.type == picture.type && other.description == picture.description &&
-             other.data == picture.data;
-    });
-  }
-  /// Returns the values of all text frames of that identifier.
-  std::string textOf(const std::string& identifier) const {
-    const auto found = textFrames_.find(identifier);
-    return found != textFrames_.end() ? TagTexts::joined(found->second) : "";
-  }
-
-  // The keys are hashes, which take less memory than the texts.
-
-  static std::size_t key(const UserText& text) {
-    return Hash().add("user text").add(text.description).add(plainText("TXXX", text.text)).value();
-  }
-  static std::size_t key(const Frame& frame, const LanguageText& text) {
-    return Hash().add(frame.identifier).add(plainText("", text.text)).value();
-  }
-  static std::size_t keyWithDescription(const Frame& frame, const LanguageText& text) {
-    return Hash().add(text.description).add(key(frame, text)).value();
-  }
-
- private:
-  void note(const Frame& frame, const ID3v2::Text& text) { textFrames_[frame.identifier].push_back(&text); }
-  void note(const Frame&, const UserText& text) { texts_.insert(key(text)); }
-  void note(const Frame& frame, const LanguageText& text) {
-    texts_.insert(key(frame, text));
-    texts_.insert(keyWithDescription(frame, text));
-  }
-  void note(const Frame&, const Picture& picture) {
-    pictures_.emplace(Hash().add(platform::charactersOf(picture.data)).value(), &picture);
-    picturesInAll_.emplace(hashInAll(picture), &picture);
-  }
-  template <class Content>
-  void note(const Frame&, const Content&) {}
-
-  static std::size_t hashInAll(const Picture& picture) {
-    return Hash()
-        .add(platform::charactersOf(picture.data))
-        .add(picture.type)
-        .add(picture.description)
-        .value();
-  }
-
-  std::unordered_multimap<std::size_t, const Frame*> frames_;
-  std::unordered_map<std::size_t, const Picture*> pictures_;
-  std::unordered_multimap<std::size_t, const Picture*> picturesInAll_;
-  std::unordered_set<std::size_t> texts_;
-  std::unordered_map<std::string, std::vector<const ID3v2::Text*>> textFrames_;
-};
-
-bool saySame(std::string_view identifier, std::string_view before, std::string_view after) {
-  return before == after || valuesOf(identifier, before) == valuesOf(identifier, after);
-}
 
 /// The date that the tag tells, from the year to the second, as far as it goes.
 std::string dateOf(const Tag& tag) {
@@ -313,8 +117,7 @@ class Comparison {
     const std::vector<Frame>& frames = found_.frames;
     const bool isNext = next_ < frames.size() && frames[next_] == frame;
     const Frame* found =
-        isNext ? &frames[next_]
-               : foundIndex_.find(hashOf(frame), [&](const Frame& other) { return other == frame; });
+        isNext ? &frames[next_] : foundIndex_.find(frame, [&](const Frame& other) { return other == frame; });
     if (found == nullptr) return false;
     next_ = static_cast<std::size_t>(found - frames.data()) + 1;
     return true;
@@ -325,7 +128,7 @@ class Comparison {
     const auto isSame = [&](const Frame& other) {
       return other.identifier == frame.identifier && other.content == frame.content;
     };
-    return foundIndex_.find(hashOf(frame), isSame) != nullptr;
+    return foundIndex_.find(frame, isSame) != nullptr;
   }
 
   /// Such a frame is written as it was, or listed with the parts that cannot be read.
@@ -347,16 +150,15 @@ class Comparison {
   }
 
   void compare(const Frame&, const UserText& text) {
-    if (!foundIndex_.hasText(FrameIndex::key(text)))
-      drop("a user text", "user texts", inQuotes(text.description));
+    if (!foundIndex_.hasUserText(text)) drop("a user text", "user texts", inQuotes(text.description));
   }
 
   void compare(const Frame& frame, const LanguageText& text) {
     if (TagTexts::isBlank(text.text)) return;
     const bool isComment = frame.identifier == "COMM";
-    if (foundIndex_.hasText(FrameIndex::keyWithDescription(frame, text))) return;
+    if (foundIndex_.hasTextWithDescription(frame, text)) return;
     const std::string description = inQuotes(text.description);
-    if (foundIndex_.hasText(FrameIndex::key(frame, text))) {
+    if (foundIndex_.hasText(frame, text)) {
       if (!TagTexts::isBlank(text.description))
         drop("the description " + description + (isComment ? " of a comment" : " of the lyrics"), "", "");
     } else {
@@ -389,7 +191,7 @@ class Comparison {
       return same != nullptr && *same == parent &&
              (expected_.version == 3 || std::ranges::all_of(same->frames, isInForm));
     };
-    if (foundIndex_.find(hashOf(frame), isSame) == nullptr) dropFrame(frame);
+    if (foundIndex_.find(frame, isSame) == nullptr) dropFrame(frame);
   }
   void compare(const Frame& frame, const ID3v2::Chapter& chapter) { compareParent(frame, chapter); }
   void compare(const Frame& frame, const ID3v2::TableOfContents& table) { compareParent(frame, table); }

@@ -1,0 +1,73 @@
+#include "QuillmarkKit/store/standard/PlainValues.h"
+
+#include <set>
+#include <utility>
+#include <vector>
+
+#include "QuillmarkKit/store/standard/TagTexts.h"
+#include "platform/Text.h"
+
+namespace QuillmarkKit::PlainValues {
+
+namespace {
+
+/// Returns the number without leading zeros, or a text that is not a number as it is.
+std::string plainNumber(std::string_view text) {
+  const auto number = platform::Text::decimalInteger(text);
+  return number ? std::to_string(*number) : std::string(text);
+}
+
+/// Returns what "R&B" and "R And B", "Hip-Hop" and "Hip Hop" have in common.
+std::string squashed(std::string_view genre) {
+  std::string letters;
+  for (const char c : genre) {
+    if (c == '&') {
+      letters += "and";
+    } else if (c != ' ' && c != '-') {
+      letters += platform::Text::toASCIILower(c);
+    }
+  }
+  return letters;
+}
+
+/// Returns a value of a text frame in the same form for all ways to write it.
+std::string plainValue(std::string_view identifier, std::string_view value) {
+  value = platform::Text::trimmingBlanks(value);
+  // A line break counts in front of the text only, where it may be a part of something else.
+  const std::string_view trimmed = platform::Text::trimmingWhiteSpace(value);
+  value = value.substr(0, static_cast<std::size_t>(trimmed.data() + trimmed.size() - value.data()));
+  if (identifier == "TCON") return squashed(value);
+  if (identifier == "TBPM") return plainNumber(value);
+  if (identifier != "TRCK" && identifier != "TPOS") return std::string(value);
+  TagTexts::Position position = TagTexts::positionIn(value);
+  position.number = plainNumber(position.number);
+  position.total = plainNumber(position.total);
+  if (position.total == "0") position.total.clear();
+  return position.text();
+}
+
+/// Returns the values in their order, each once.
+std::vector<std::string> valuesOf(std::string_view identifier, std::string_view text) {
+  std::vector<std::string> values;
+  std::set<std::string> known{""};
+  TagTexts::forEachValue(identifier == "TCON" ? TagTexts::genresIn(text) : std::string(text),
+                         [&](std::string_view value) {
+                           std::string plain = plainValue(identifier, value);
+                           if (known.insert(plain).second) values.push_back(std::move(plain));
+                         });
+  return values;
+}
+
+}  // namespace
+
+std::string plainText(std::string_view identifier, std::string_view text) {
+  std::string plain;
+  for (const std::string& value : valuesOf(identifier, text)) TagTexts::addValue(plain, value);
+  return plain;
+}
+
+bool saySame(std::string_view identifier, std::string_view before, std::string_view after) {
+  return before == after || valuesOf(identifier, before) == valuesOf(identifier, after);
+}
+
+}  // namespace QuillmarkKit::PlainValues
