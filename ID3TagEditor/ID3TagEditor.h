@@ -9,8 +9,8 @@
 #include "ID3TagEditor/model/ID3TagEditorError.h"
 #include "ID3TagEditor/model/TagBuilders.h"
 #include "ID3TagEditor/parse/ID3TagContentReader.h"
-#include "platform/Bytes.h"
 #include "platform/FileHandle.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3TagEditor {
 

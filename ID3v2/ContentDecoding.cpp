@@ -6,7 +6,7 @@
 #include <utility>
 
 #include "ID3v2/TextFields.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace ID3v2 {
 
@@ -44,9 +44,9 @@ std::optional<Content> decodeLanguageText(TextDecoder decoder, ByteView content)
 /// The MIME type for a format of v2.2 (ID3v2.2.0 §4.15), and for any other three letters the one that they
 /// suggest; "-->" says in both that a link stands in the picture's place.
 std::string mimeTypeFor(ByteView format) {
-  std::string letters = platform::Text::fromLatin1(cutAtZero(format).text);
+  std::string letters = platform::Strings::fromLatin1(cutAtZero(format).text);
   if (letters == "-->") return letters;
-  std::ranges::transform(letters, letters.begin(), platform::Text::toASCIILower);
+  std::ranges::transform(letters, letters.begin(), platform::Strings::toASCIILower);
   return "image/" + (letters == "jpg" ? "jpeg" : letters);
 }
 
@@ -61,7 +61,7 @@ std::optional<Content> decodePicture(TextDecoder decoder, const SharedBytes& byt
     rest = content.subspan(formatSize);
   } else {
     const Cut mimeType = cutAtZero(content);
-    picture.mimeType = platform::Text::fromLatin1(mimeType.text);
+    picture.mimeType = platform::Strings::fromLatin1(mimeType.text);
     rest = mimeType.rest;
   }
   if (rest.empty()) return std::nullopt;
@@ -112,7 +112,7 @@ std::optional<Content> decodeContent(std::string_view identifier, const SharedBy
   if (version == 2 && identifier == "LINK") return decodeLinkOfV22(bytes);
   if (kind == ContentKind::opaque) return Opaque{bytes};
   if (kind == ContentKind::url) {
-    std::string url = platform::Text::fromLatin1(bytes);
+    std::string url = platform::Strings::fromLatin1(bytes);
     url.erase(url.find_last_not_of('\0') + 1);
     return URL{std::move(url)};
   }

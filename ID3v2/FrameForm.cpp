@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "platform/Formats.h"
+#include "platform/base/Formats.h"
 
 namespace ID3v2 {
 

@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3v2 {
 

@@ -7,7 +7,7 @@
 #include "ID3v2/Inflation.h"
 #include "ID3v2/TextFields.h"
 #include "ID3v2/Unsynchronisation.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace ID3v2 {
 
@@ -60,7 +60,7 @@ std::string nameOf(const RawFrame& raw, std::uint8_t version) {
 }
 
 std::string latin1(ByteView bytes) {
-  return platform::Text::fromLatin1(bytes);
+  return platform::Strings::fromLatin1(bytes);
 }
 
 }  // namespace

@@ -4,7 +4,7 @@
 #include <array>
 #include <optional>
 
-#include "platform/Formats.h"
+#include "platform/base/Formats.h"
 
 namespace ID3v2 {
 

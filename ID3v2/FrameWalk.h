@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3v2 {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3v2 {
 

@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 /// The ID3v2 standards as plain values: what a tag of any version means, and the bytes of each frame, so that
 /// frames that do not change can be written as they were. Texts are UTF-8; several values of one frame are

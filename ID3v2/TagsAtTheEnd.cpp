@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "ID3v2/Genres.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace ID3v2 {
 
@@ -28,7 +28,7 @@ std::string textOf(platform::ByteView field) {
   std::string_view characters = platform::charactersOf(field);
   characters = characters.substr(0, characters.find('\0'));
   characters = characters.substr(0, characters.find_last_not_of(' ') + 1);
-  return platform::Text::fromLatin1(platform::bytesOf(characters));
+  return platform::Strings::fromLatin1(platform::bytesOf(characters));
 }
 
 struct Field {

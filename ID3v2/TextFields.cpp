@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace ID3v2 {
 
 namespace {
 
-namespace Text = platform::Text;
+namespace Strings = platform::Strings;
 using platform::Bytes;
 using platform::ByteView;
 
@@ -29,13 +29,13 @@ std::optional<std::string> fromUTF16(ByteView bytes, bool isBigEndian) {
   marked.push_back(isBigEndian ? 0xFF : 0xFE);
   platform::append(marked, bytes);
   if (marked.size() % 2 != 0) marked.push_back(0);
-  return Text::fromUTF16(marked);
+  return Strings::fromUTF16(marked);
 }
 
 void appendWideValues(Bytes& bytes, std::string_view text) {
   for (;;) {
     const std::size_t end = std::min(text.find('\0'), text.size());
-    platform::append(bytes, Text::toUTF16WithMark(text.substr(0, end)).value_or(Bytes()));
+    platform::append(bytes, Strings::toUTF16WithMark(text.substr(0, end)).value_or(Bytes()));
     if (end == text.size()) return;
     bytes.insert(bytes.end(), {0, 0});
     text.remove_prefix(end + 1);
@@ -68,9 +68,9 @@ Cut TextDecoder::cut(ByteView bytes) const {
 std::optional<std::string> TextDecoder::text(ByteView bytes) {
   switch (encoding_) {
     case TextEncoding::latin1:
-      return Text::fromLatin1(bytes);
+      return Strings::fromLatin1(bytes);
     case TextEncoding::UTF8:
-      return Text::fromUTF8(bytes);
+      return Strings::fromUTF8(bytes);
     case TextEncoding::UTF16BigEndian:
       return fromUTF16(bytes, true);
     case TextEncoding::UTF16:
@@ -80,7 +80,7 @@ std::optional<std::string> TextDecoder::text(ByteView bytes) {
   if (hasBigEndianMark || startsWith(bytes, 0xFF, 0xFE)) {
     isBigEndian_ = hasBigEndianMark;
     isOrderKnown_ = true;
-    if (bytes.size() % 2 == 0) return Text::fromUTF16(bytes);
+    if (bytes.size() % 2 == 0) return Strings::fromUTF16(bytes);
     bytes = bytes.subspan(2);
   } else if (!isOrderKnown_ && bytes.size() >= 2) {
     isBigEndian_ = bytes[0] == 0 && bytes[1] != 0;
@@ -114,7 +114,7 @@ std::optional<std::string> TextDecoder::values(ByteView bytes) {
 
 TextEncoding encodingFor(std::initializer_list<std::string_view> texts, std::uint8_t version) {
   const bool allFit =
-      std::ranges::all_of(texts, [](std::string_view text) { return Text::toLatin1(text).has_value(); });
+      std::ranges::all_of(texts, [](std::string_view text) { return Strings::toLatin1(text).has_value(); });
   if (allFit) return TextEncoding::latin1;
   return version == 4 ? TextEncoding::UTF8 : TextEncoding::UTF16;
 }
@@ -123,7 +123,7 @@ namespace {
 
 /// Appends a text in an encoding whose terminator is one byte.
 void appendNarrow(Bytes& bytes, TextEncoding encoding, std::string_view text) {
-  if (encoding == TextEncoding::latin1) return platform::append(bytes, Text::toLatin1(text).value());
+  if (encoding == TextEncoding::latin1) return platform::append(bytes, Strings::toLatin1(text).value());
   platform::append(bytes, platform::bytesOf(text));
 }
 

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 /// The texts in frames (ID3v2.4.0 structure §4, ID3v2.3.0 §3.3).
 namespace ID3v2 {

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 /// The scheme that keeps players from taking a tag for audio (ID3v2.4.0 structure §6.1).
 namespace ID3v2 {

@@ -9,8 +9,8 @@
 #include "ID3v2/FrameForm.h"
 #include "ID3v2/TagHeader.h"
 #include "ID3v2/TextFields.h"
-#include "platform/Formats.h"
-#include "platform/Text.h"
+#include "platform/base/Formats.h"
+#include "platform/base/Strings.h"
 
 namespace ID3v2 {
 
@@ -156,7 +156,7 @@ class TagWriter {
   void appendNumber(std::uint32_t number) { platform::append(bytes, platform::bigEndianBytes(number)); }
 
   bool appendLatin1(std::string_view text) {
-    const auto encoded = platform::Text::toLatin1(text);
+    const auto encoded = platform::Strings::toLatin1(text);
     if (encoded) platform::append(bytes, *encoded);
     return encoded.has_value();
   }

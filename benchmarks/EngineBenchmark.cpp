@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "ID3TagEditor/ID3TagEditor.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 /// What a fuzz target does with one input, whatever its bytes are: return. Each target is one file with this.
 void fuzzTarget(const platform::SharedBytes& input);

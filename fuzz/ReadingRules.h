@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "ID3TagEditor/model/ID3Frames.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 // The few values that the rules of reading take apart or take for something else, so that they do not come
 // back from a written tag as they were. Everything else does, and is checked to.
@@ -21,7 +21,7 @@ inline bool isGenreReadInParts(std::string_view text) {
 /// The last terminator with a mark behind it parts the description from the content.
 inline bool isContentReadInParts(std::string_view text) {
   using namespace std::string_view_literals;
-  const platform::Bytes content = platform::Text::toUTF16WithMark(text).value();
+  const platform::Bytes content = platform::Strings::toUTF16WithMark(text).value();
   return platform::charactersOf(content).find("\0\0\xFF\xFE"sv) != std::string_view::npos;
 }
 

@@ -2,7 +2,7 @@
 #include "ID3TagEditor/model/ID3TagConfiguration.h"
 #include "fuzz/FuzzTarget.h"
 #include "fuzz/ReadingRules.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 using namespace ID3TagEditor;
 using platform::SharedBytes;
@@ -58,7 +58,7 @@ void fuzzTarget(const SharedBytes& input) {
   }
   if (!tag) return;
   require(tag->properties.size + ID3TagConfiguration::headerSize() <= input.size(), "the tag lies inside");
-  require(platform::Text::isValidUTF8(tag->debugDescription()), "the texts of a tag are UTF-8");
+  require(platform::Strings::isValidUTF8(tag->debugDescription()), "the texts of a tag are UTF-8");
   const auto audio = input.view().subspan(tag->properties.size + ID3TagConfiguration::headerSize());
 
   keepLasting(*tag);

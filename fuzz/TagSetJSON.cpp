@@ -5,7 +5,7 @@
 #include <string>
 
 #include "fuzz/FuzzTarget.h"
-#include "platform/JSON.h"
+#include "platform/base/JSON.h"
 
 using namespace QuillmarkKit;
 namespace JSON = platform::JSON;

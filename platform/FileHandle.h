@@ -8,8 +8,8 @@
 #include <span>
 #include <string_view>
 
-#include "platform/Bytes.h"
 #include "platform/Descriptor.h"
+#include "platform/base/Bytes.h"
 
 namespace platform {
 

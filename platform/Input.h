@@ -3,7 +3,7 @@
 #include <cstdint>
 #include <filesystem>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 /// What is read from its beginning to its end, whether it is a file or comes through a pipe.
 namespace platform::Input {

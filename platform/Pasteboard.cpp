@@ -9,7 +9,7 @@
 #include "platform/FileLock.h"
 #include "platform/PasteboardFolder.h"
 #include "platform/Paths.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace platform {
 
@@ -45,7 +45,7 @@ std::optional<ByteView> dataIn(std::string_view stored, std::string_view type) {
   while (!stored.empty()) {
     const auto name = takeLine(stored);
     const auto lengthLine = name ? takeLine(stored) : std::nullopt;
-    const auto length = lengthLine ? Text::decimalInteger(*lengthLine) : std::nullopt;
+    const auto length = lengthLine ? Strings::decimalInteger(*lengthLine) : std::nullopt;
     if (!length || *length < 0 || static_cast<std::uint64_t>(*length) > stored.size()) failForDamage();
     const std::string_view data = stored.substr(0, static_cast<std::size_t>(*length));
     if (*name == type) found = bytesOf(data);

@@ -9,7 +9,7 @@
 #include <optional>
 #include <system_error>
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace platform {
 
@@ -26,7 +26,7 @@ std::optional<std::string> homeOf(const std::string& user) {
 std::filesystem::path tidied(std::string_view path) {
   std::string tidy;
   tidy.reserve(path.size());
-  for (const std::string_view component : Text::split(path, '/')) {
+  for (const std::string_view component : Strings::split(path, '/')) {
     if (component != ".") tidy.append("/").append(component);
   }
   if (path.ends_with('/') || path.ends_with("/.")) tidy += '/';

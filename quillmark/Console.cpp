@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 #include "quillmark/ToolName.h"
 
 namespace quillmark {
@@ -50,7 +50,7 @@ void Console::flush() {
 }
 
 std::string Console::shown(std::string_view name) const {
-  return outputIsTerminal() ? platform::Text::visible(name) : std::string(name);
+  return outputIsTerminal() ? platform::Strings::visible(name) : std::string(name);
 }
 
 std::string Console::shown(std::string_view text, std::size_t indentation) const {
@@ -62,7 +62,7 @@ void Console::printError(std::string_view message, std::string_view ending) {
   eraseStatus();
   std::string line(toolName);
   line += ": ";
-  line += errorIsTerminal() ? platform::Text::visible(message) : std::string(message);
+  line += errorIsTerminal() ? platform::Strings::visible(message) : std::string(message);
   line += ending;
   platform::writeToStandardError(line);
 }
@@ -76,8 +76,8 @@ void Console::showStatus(std::string_view line) {
   flush();
   // A terminal may start a new line behind its last column.
   const std::size_t columns = platform::columnsOf(Stream::error) - 1;
-  const std::string text = platform::Text::visible(line);
-  platform::writeToStandardError(std::string(platform::Text::fitting(text, columns)));
+  const std::string text = platform::Strings::visible(line);
+  platform::writeToStandardError(std::string(platform::Strings::fitting(text, columns)));
   statusIsShown_ = true;
 }
 
@@ -88,7 +88,7 @@ void Console::eraseStatus() {
 }
 
 std::string visibleLine(std::string_view text) {
-  return rejoined(text, '\0', " / ", platform::Text::visible);
+  return rejoined(text, '\0', " / ", platform::Strings::visible);
 }
 
 }  // namespace quillmark

@@ -7,14 +7,14 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 #include "quillmark/Console.h"
 
 namespace quillmark {
 
 using QuillmarkKit::TagField;
 using QuillmarkKit::TagSet;
-namespace Text = platform::Text;
+namespace Strings = platform::Strings;
 
 namespace {
 
@@ -30,7 +30,7 @@ struct Sides {
 /// The text's first characters, at most so many.
 std::string_view front(std::string_view text, std::size_t count) {
   std::size_t length = 0;
-  while (count-- > 0 && length < text.size()) length += Text::firstCharacter(text.substr(length)).length;
+  while (count-- > 0 && length < text.size()) length += Strings::firstCharacter(text.substr(length)).length;
   return text.substr(0, length);
 }
 
@@ -39,7 +39,7 @@ template <class Show>
 std::string excerpt(std::string_view text, std::size_t start, Show show) {
   const std::string_view rest = text.substr(start);
   std::string_view part = rest.substr(0, rest.find('\n'));
-  if (Text::characterCount(part) > mostCharacters) part = front(part, mostCharacters - 1);
+  if (Strings::characterCount(part) > mostCharacters) part = front(part, mostCharacters - 1);
   std::string line(start > 0 ? ellipsis : "");
   return line.append(show(part)).append(part.size() < rest.size() ? ellipsis : "");
 }
@@ -62,7 +62,7 @@ Sides textSides(const TagSet::Text& before, const TagSet::Text& after) {
   Sides sides{shown(before, 0, visibleLine), shown(after, 0, visibleLine)};
   if (sides.before != sides.after) return sides;
   const std::size_t start = startOfDifference(*before, *after);
-  return {shown(before, start, Text::visible), shown(after, start, Text::visible)};
+  return {shown(before, start, Strings::visible), shown(after, start, Strings::visible)};
 }
 
 /// Returns the CRC-32 of the bytes, as in ZIP and PNG files, in eight hexadecimal digits.

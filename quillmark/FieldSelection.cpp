@@ -1,6 +1,6 @@
 #include "quillmark/FieldSelection.h"
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 #include "quillmark/CLIError.h"
 
 namespace quillmark {
@@ -9,8 +9,8 @@ using QuillmarkKit::TagFields;
 
 TagFields fieldsNamed(std::string_view list) {
   TagFields fields;
-  for (const std::string_view piece : platform::Text::split(list, ',')) {
-    const std::string_view name = platform::Text::trimmingBlanks(piece);
+  for (const std::string_view piece : platform::Strings::split(list, ',')) {
+    const std::string_view name = platform::Strings::trimmingBlanks(piece);
     const auto field = QuillmarkKit::fieldFromCliName(name);
     if (!field) throw CLIError::unknownField(name);
     fields.insert(*field);

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 #include "quillmark/Arguments.h"
 
 namespace quillmark {

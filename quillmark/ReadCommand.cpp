@@ -6,8 +6,8 @@
 
 #include "QuillmarkKit/model/TagSetJSON.h"
 #include "platform/FileError.h"
-#include "platform/JSON.h"
-#include "platform/Text.h"
+#include "platform/base/JSON.h"
+#include "platform/base/Strings.h"
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FileList.h"
@@ -111,7 +111,7 @@ void readAsJSON(const FileList& files, QuillmarkKit::ArtworkForm form, Reader& r
     auto tags = reader.tagsOf(file);
     if (!tags) continue;
     if (tags->artwork) tags->artwork->data = tags->artwork->data.compacted();
-    const std::string name = platform::Text::fromUTF8Lossily(file.native());
+    const std::string name = platform::Strings::fromUTF8Lossily(file.native());
     Member member{print(QuillmarkKit::encodeTagSet(*tags, form), 1),
                   name == file.native() ? "" : file.native()};
     const auto [place, isNew] = members.try_emplace(name, member);

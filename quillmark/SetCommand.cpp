@@ -2,10 +2,10 @@
 
 #include "QuillmarkKit/model/Artwork.h"
 #include "platform/FileError.h"
-#include "platform/Formats.h"
 #include "platform/Input.h"
 #include "platform/Paths.h"
-#include "platform/Text.h"
+#include "platform/base/Formats.h"
+#include "platform/base/Strings.h"
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FieldSelection.h"
@@ -21,14 +21,14 @@ using QuillmarkKit::TagSet;
 namespace {
 
 std::string textFrom(std::string_view option, std::string_view value) {
-  if (!platform::Text::isValidUTF8(value)) {
+  if (!platform::Strings::isValidUTF8(value)) {
     throw CLIError("--" + std::string(option) + " expects text in UTF-8.");
   }
   return std::string(value);
 }
 
 std::int64_t numberFrom(std::string_view option, std::string_view value) {
-  const auto number = platform::Text::decimalInteger(value);
+  const auto number = platform::Strings::decimalInteger(value);
   if (!number) {
     throw CLIError("--" + std::string(option) + " expects a number, got '" + std::string(value) + "'.");
   }

@@ -5,7 +5,7 @@
 #include "platform/FileError.h"
 #include "platform/Pasteboard.h"
 #include "platform/Paths.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FieldSelection.h"
@@ -22,7 +22,7 @@ namespace {
 std::string indentedSummary(const TagSet& tags) {
   const std::string summary = tags.summary();
   std::string text;
-  for (const std::string_view line : platform::Text::split(summary, '\n'))
+  for (const std::string_view line : platform::Strings::split(summary, '\n'))
     text.append("  ").append(line).append("\n");
   return text;
 }
@@ -45,7 +45,7 @@ std::string harmless(std::string_view text) {
   std::string shown;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find_first_of("\n\t"), text.size());
-    shown += platform::Text::visible(text.substr(0, end));
+    shown += platform::Strings::visible(text.substr(0, end));
     shown += text.substr(end, 1);
     text.remove_prefix(std::min(end + 1, text.size()));
   }

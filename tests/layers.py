@@ -4,21 +4,22 @@ import re
 import sys
 
 ALLOWED = {
-    "platform": [],
-    "ID3TagEditor/model": ["platform"],
-    "ID3TagEditor/parse": ["platform", "ID3TagEditor/model"],
-    "ID3TagEditor/create": ["platform", "ID3TagEditor/model"],
-    "ID3TagEditor": ["platform", "ID3TagEditor/model", "ID3TagEditor/parse", "ID3TagEditor/create"],
-    "ID3v2": ["platform"],
-    "QuillmarkKit/model": ["platform"],
-    "QuillmarkKit/store/file": ["platform", "QuillmarkKit/model"],
-    "QuillmarkKit/store/engine": ["platform", "QuillmarkKit/model", "QuillmarkKit/store/file", "ID3TagEditor", "ID3TagEditor/model",
+    "platform/base": [],
+    "platform": ["platform/base"],
+    "ID3TagEditor/model": ["platform", "platform/base"],
+    "ID3TagEditor/parse": ["platform", "platform/base", "ID3TagEditor/model"],
+    "ID3TagEditor/create": ["platform", "platform/base", "ID3TagEditor/model"],
+    "ID3TagEditor": ["platform", "platform/base", "ID3TagEditor/model", "ID3TagEditor/parse", "ID3TagEditor/create"],
+    "ID3v2": ["platform", "platform/base"],
+    "QuillmarkKit/model": ["platform", "platform/base"],
+    "QuillmarkKit/store/file": ["platform", "platform/base", "QuillmarkKit/model"],
+    "QuillmarkKit/store/engine": ["platform", "platform/base", "QuillmarkKit/model", "QuillmarkKit/store/file", "ID3TagEditor", "ID3TagEditor/model",
                                   "ID3TagEditor/parse", "ID3v2"],
-    "QuillmarkKit/store/standard": ["platform", "QuillmarkKit/model", "QuillmarkKit/store/file", "ID3v2"],
-    "QuillmarkKit/store": ["platform", "QuillmarkKit/model", "QuillmarkKit/store/file", "QuillmarkKit/store/engine",
+    "QuillmarkKit/store/standard": ["platform", "platform/base", "QuillmarkKit/model", "QuillmarkKit/store/file", "ID3v2"],
+    "QuillmarkKit/store": ["platform", "platform/base", "QuillmarkKit/model", "QuillmarkKit/store/file", "QuillmarkKit/store/engine",
                            "QuillmarkKit/store/standard", "ID3TagEditor", "ID3TagEditor/model", "ID3v2"],
-    "QuillmarkKit/transfer": ["platform", "QuillmarkKit/model", "QuillmarkKit/store"],
-    "quillmark": ["platform", "QuillmarkKit/model", "QuillmarkKit/store", "QuillmarkKit/transfer"],
+    "QuillmarkKit/transfer": ["platform", "platform/base", "QuillmarkKit/model", "QuillmarkKit/store"],
+    "quillmark": ["platform", "platform/base", "QuillmarkKit/model", "QuillmarkKit/store", "QuillmarkKit/transfer"],
 }
 
 root = pathlib.Path(sys.argv[1])

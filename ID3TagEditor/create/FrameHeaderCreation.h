@@ -4,7 +4,7 @@
 
 #include "ID3TagEditor/create/IntegerEncoders.h"
 #include "ID3TagEditor/model/ID3FrameConfiguration.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 // The header in front of a frame's body (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). Every
 // operation here appends to `output`, so that a body that is long already lies where it stays.

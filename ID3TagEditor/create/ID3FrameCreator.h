@@ -1,7 +1,7 @@
 #pragma once
 
 #include "ID3TagEditor/model/ID3Tag.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3TagEditor {
 

@@ -9,7 +9,7 @@
 #include "ID3TagEditor/create/ID3FrameContentCreator.h"
 #include "ID3TagEditor/create/ID3FramesWithLocalizedContentCreator.h"
 #include "ID3TagEditor/create/StructuredFrameCreators.h"
-#include "platform/EnumerationTable.h"
+#include "platform/base/EnumerationTable.h"
 
 namespace ID3TagEditor {
 

@@ -2,7 +2,7 @@
 
 #include "ID3TagEditor/model/FramesInTag.h"
 #include "ID3TagEditor/model/ID3TagEditorError.h"
-#include "platform/Formats.h"
+#include "platform/base/Formats.h"
 
 namespace ID3TagEditor {
 

@@ -3,8 +3,8 @@
 #include <array>
 #include <cstdint>
 
-#include "platform/Bytes.h"
-#include "platform/Formats.h"
+#include "platform/base/Bytes.h"
+#include "platform/base/Formats.h"
 
 // The two forms in which a size is written.
 namespace ID3TagEditor {

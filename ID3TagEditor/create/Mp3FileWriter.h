@@ -4,8 +4,8 @@
 #include <filesystem>
 #include <optional>
 
-#include "platform/Bytes.h"
 #include "platform/FileHandle.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3TagEditor {
 

@@ -2,14 +2,14 @@
 
 #include <optional>
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace ID3TagEditor {
 
 using platform::Bytes;
 
 Bytes utf16(std::string_view text) {
-  return platform::Text::toUTF16WithMark(text).value_or(Bytes());
+  return platform::Strings::toUTF16WithMark(text).value_or(Bytes());
 }
 
 Bytes ID3UTF16StringToByteAdapter::adapt(std::string_view string, ID3Version version) const {
@@ -20,7 +20,7 @@ Bytes ID3UTF16StringToByteAdapter::adapt(std::string_view string, ID3Version ver
 }
 
 Bytes ID3ISO88591StringToByteAdapter::adapt(std::string_view string, ID3Version version) const {
-  const std::optional<Bytes> text = platform::Text::toLatin1(string);
+  const std::optional<Bytes> text = platform::Strings::toLatin1(string);
   if (!text) {
     return ID3UTF16StringToByteAdapter(std::make_unique<PaddingAdderToEndOfContentUsingNullChar>())
         .adapt(string, version);

@@ -4,7 +4,7 @@
 #include <string_view>
 
 #include "ID3TagEditor/model/ID3FrameConfiguration.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 // The bodies of text frames (ID3v2.3.0 §3.3, §4.2): encoding byte, text, terminator.
 namespace ID3TagEditor {

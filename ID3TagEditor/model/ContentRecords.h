@@ -8,7 +8,7 @@
 #include "ID3TagEditor/model/ID3PictureFormat.h"
 #include "ID3TagEditor/model/ID3PictureType.h"
 #include "ID3TagEditor/model/RecordingDateTime.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 // What a tag's frames hold, as plain values.
 namespace ID3TagEditor {

@@ -5,7 +5,7 @@
 
 #include "ID3TagEditor/model/ID3PictureFormat.h"
 #include "ID3TagEditor/model/ID3Version.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3TagEditor {
 

@@ -7,7 +7,7 @@
 #include "ID3TagEditor/model/FrameType.h"
 #include "ID3TagEditor/model/ID3StringEncoding.h"
 #include "ID3TagEditor/model/ID3Version.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3TagEditor {
 

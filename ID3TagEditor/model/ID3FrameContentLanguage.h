@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "platform/EnumerationTable.h"
+#include "platform/base/EnumerationTable.h"
 
 namespace ID3TagEditor {
 

@@ -11,7 +11,7 @@
 #include "ID3TagEditor/model/ID3PictureFormat.h"
 #include "ID3TagEditor/model/ID3PictureType.h"
 #include "ID3TagEditor/model/RecordingDateTime.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3TagEditor {
 

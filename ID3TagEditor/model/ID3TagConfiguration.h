@@ -4,8 +4,8 @@
 #include <cstdint>
 
 #include "ID3TagEditor/model/ID3Version.h"
-#include "platform/Bytes.h"
-#include "platform/Formats.h"
+#include "platform/base/Bytes.h"
+#include "platform/base/Formats.h"
 
 namespace ID3TagEditor {
 

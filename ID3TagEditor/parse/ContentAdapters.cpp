@@ -1,10 +1,10 @@
 #include "ID3TagEditor/parse/ContentAdapters.h"
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace ID3TagEditor {
 
-namespace Text = platform::Text;
+namespace Strings = platform::Strings;
 
 namespace {
 
@@ -14,8 +14,8 @@ std::string_view firstParenthesisedWord(std::string_view text) {
   while (open != std::string_view::npos) {
     std::size_t at = open + 1;
     while (at < text.size()) {
-      const Text::Character next = Text::firstCharacter(text.substr(at));
-      if (!Text::isWordCharacter(next.value)) break;
+      const Strings::Character next = Strings::firstCharacter(text.substr(at));
+      if (!Strings::isWordCharacter(next.value)) break;
       at += next.length;
     }
     if (at < text.size() && text[at] == ')') return text.substr(open, at + 1 - open);
@@ -25,7 +25,7 @@ std::string_view firstParenthesisedWord(std::string_view text) {
 }
 
 std::optional<ID3Genre> genreNamed(std::string_view word) {
-  if (const OptionalInteger number = Text::decimalInteger(word)) {
+  if (const OptionalInteger number = Strings::decimalInteger(word)) {
     if (const auto genre = genreFromRawValue(*number)) return genre;
   }
   if (word == "RX") return ID3Genre::remix;
@@ -48,21 +48,21 @@ ID3FrameGenre ID3GenreStringAdapter::adapt(std::string_view genre) const {
 
 ID3FramePartOfTotal ID3PartOfTotalStringAdapter::adapt(std::string_view partOfTotal) const {
   const std::size_t slash = partOfTotal.find('/');
-  const OptionalInteger part = Text::decimalInteger(partOfTotal.substr(0, slash));
+  const OptionalInteger part = Strings::decimalInteger(partOfTotal.substr(0, slash));
   OptionalInteger total;
   if (slash != std::string_view::npos) {
     const std::string_view rest = partOfTotal.substr(slash + 1);
-    total = Text::decimalInteger(rest.substr(0, rest.find('/')));
+    total = Strings::decimalInteger(rest.substr(0, rest.find('/')));
   }
   return {part.value_or(0), total};
 }
 
 std::pair<OptionalInteger, OptionalInteger> ID3CoupleOfNumbersAdapter::adapt(
     std::string_view coupleOfNumbers) const {
-  const std::size_t half = Text::characterCount(coupleOfNumbers) / 2;
+  const std::size_t half = Strings::characterCount(coupleOfNumbers) / 2;
   // Counting bytes from here on is enough: a half with a longer character in it is no number either way.
-  return {Text::decimalInteger(coupleOfNumbers.substr(0, half)),
-          Text::decimalInteger(coupleOfNumbers.substr(coupleOfNumbers.size() - half))};
+  return {Strings::decimalInteger(coupleOfNumbers.substr(0, half)),
+          Strings::decimalInteger(coupleOfNumbers.substr(coupleOfNumbers.size() - half))};
 }
 
 std::optional<ID3PictureType> ID3PictureTypeAdapter::adapt(platform::ByteView frame, ID3PictureFormat format,

@@ -7,7 +7,7 @@
 #include "ID3TagEditor/model/ID3AttachedPictureFrameConfiguration.h"
 #include "ID3TagEditor/model/ID3FrameConfiguration.h"
 #include "ID3TagEditor/model/ID3Frames.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 // How structured values are read out of a frame's text or bytes.
 namespace ID3TagEditor {

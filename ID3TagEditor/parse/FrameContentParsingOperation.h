@@ -6,7 +6,7 @@
 #include "ID3TagEditor/model/FrameName.h"
 #include "ID3TagEditor/model/ID3Frame.h"
 #include "ID3TagEditor/model/ID3Version.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3TagEditor {
 

@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "platform/EnumerationTable.h"
-#include "platform/Text.h"
+#include "platform/base/EnumerationTable.h"
+#include "platform/base/Strings.h"
 
 namespace ID3TagEditor {
 
@@ -78,7 +78,7 @@ OperationPointer ID3ParsingOperationForID3FrameWithStringFactory::make(FrameName
 
 OperationPointer ID3ParsingOperationForID3FrameWithIntegerFactory::make(FrameName frameName) {
   return textOperation(frameName, [](const std::string& text) {
-    return ID3FrameWithIntegerContent(platform::Text::decimalInteger(text));
+    return ID3FrameWithIntegerContent(platform::Strings::decimalInteger(text));
   });
 }
 

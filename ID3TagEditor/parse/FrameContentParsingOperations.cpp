@@ -6,11 +6,11 @@
 #include <cmath>
 
 #include "ID3TagEditor/model/ID3Frames.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace ID3TagEditor {
 
-namespace Text = platform::Text;
+namespace Strings = platform::Strings;
 using platform::ByteView;
 using namespace std::string_view_literals;
 
@@ -136,9 +136,9 @@ RecordingDateTime ID3RecordingTimeFrameContentParsingOperation::recordingDateTim
   constexpr auto endOfTime = static_cast<double>(
       std::chrono::duration_cast<std::chrono::seconds>(calendarEnd.time_since_epoch()).count());
 
-  const std::optional<double> number = Text::floatingPoint(text);
+  const std::optional<double> number = Strings::floatingPoint(text);
   if (!number || !(*number > lastYear) || *number >= endOfTime) {
-    return {RecordingDate{.day = {}, .month = {}, .year = Text::decimalInteger(text)}, RecordingTime{}};
+    return {RecordingDate{.day = {}, .month = {}, .year = Strings::decimalInteger(text)}, RecordingTime{}};
   }
   const std::chrono::sys_seconds moment{std::chrono::seconds(static_cast<std::int64_t>(*number))};
   const auto midnight = std::chrono::floor<std::chrono::days>(moment);

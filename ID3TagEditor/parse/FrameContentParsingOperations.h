@@ -7,7 +7,7 @@
 #include "ID3TagEditor/parse/ContentAdapters.h"
 #include "ID3TagEditor/parse/FrameContentParsingOperation.h"
 #include "ID3TagEditor/parse/TextDecoding.h"
-#include "platform/Formats.h"
+#include "platform/base/Formats.h"
 
 namespace ID3TagEditor {
 

@@ -6,7 +6,7 @@
 
 #include "ID3TagEditor/model/ID3FrameConfiguration.h"
 #include "ID3TagEditor/parse/TagHeaderParsing.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 // The size field of a frame header (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). The buffer must
 // hold the whole header of the frame at `framePosition`.

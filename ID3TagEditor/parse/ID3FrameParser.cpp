@@ -1,6 +1,6 @@
 #include "ID3TagEditor/parse/ID3FrameParser.h"
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace ID3TagEditor {
 
@@ -16,7 +16,7 @@ void ID3FrameParser::parse(const platform::SharedBytes& mp3, std::size_t framePo
   if (operation == frameContentParsingOperations_.end()) return;
   const platform::SharedBytes frame = mp3.slice(framePosition, frameSize);
   operation->second->parse(frame, version, [&](FrameName name, std::unique_ptr<ID3Frame> parsed) {
-    parsed->id3Identifier = platform::Text::fromLatin1(identifier);
+    parsed->id3Identifier = platform::Strings::fromLatin1(identifier);
     parsed->size = frameSize;
     id3Tag.frames.insert_or_assign(name, std::move(parsed));
   });

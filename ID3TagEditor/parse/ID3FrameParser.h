@@ -3,7 +3,7 @@
 #include "ID3TagEditor/model/ID3FrameConfiguration.h"
 #include "ID3TagEditor/model/ID3Tag.h"
 #include "ID3TagEditor/parse/FrameContentParsingOperationFactories.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3TagEditor {
 

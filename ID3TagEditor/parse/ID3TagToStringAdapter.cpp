@@ -8,7 +8,7 @@
 
 #include "ID3TagEditor/model/FrameKinds.h"
 #include "ID3TagEditor/model/FramesInTag.h"
-#include "platform/EnumerationTable.h"
+#include "platform/base/EnumerationTable.h"
 
 namespace ID3TagEditor {
 

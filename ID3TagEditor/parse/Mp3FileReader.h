@@ -5,8 +5,8 @@
 #include <optional>
 
 #include "ID3TagEditor/parse/TagHeaderParsing.h"
-#include "platform/Bytes.h"
 #include "platform/FileHandle.h"
+#include "platform/base/Bytes.h"
 
 namespace ID3TagEditor {
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/Formats.h"
+#include "platform/base/Formats.h"
 
 namespace ID3TagEditor {
 

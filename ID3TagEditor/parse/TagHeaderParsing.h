@@ -4,7 +4,7 @@
 
 #include "ID3TagEditor/model/ID3TagConfiguration.h"
 #include "ID3TagEditor/model/ID3Version.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 // What the ten bytes of a tag header say (ID3v2.3.0 §3.1). Buffers begin with the first byte of the file.
 namespace ID3TagEditor {

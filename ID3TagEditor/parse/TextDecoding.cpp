@@ -1,21 +1,21 @@
 #include "ID3TagEditor/parse/TextDecoding.h"
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace ID3TagEditor {
 
-namespace Text = platform::Text;
+namespace Strings = platform::Strings;
 
 std::optional<std::string> decode(platform::ByteView bytes, CharacterEncoding encoding) {
   switch (encoding) {
     case CharacterEncoding::UTF16:
-      return Text::fromUTF16(bytes);
+      return Strings::fromUTF16(bytes);
     case CharacterEncoding::UTF8:
-      return Text::fromUTF8(bytes);
+      return Strings::fromUTF8(bytes);
     case CharacterEncoding::ISOLatin1:
       break;
   }
-  return Text::fromLatin1(bytes);
+  return Strings::fromLatin1(bytes);
 }
 
 CharacterEncoding ID3StringEncodingConverter::convert(std::optional<ID3StringEncoding> id3Encoding,
@@ -32,7 +32,7 @@ CharacterEncoding ID3FrameStringEncodingDetector::detect(platform::ByteView fram
 }
 
 std::string PaddingRemoverUsingTrimming::removeFrom(std::string string) const {
-  Text::trim(string, Text::trimmingNulls(string));
+  Strings::trim(string, Strings::trimmingNulls(string));
   return string;
 }
 
@@ -43,7 +43,7 @@ std::optional<std::string> ID3FrameStringContentParser::parse(platform::ByteView
   if (frame.size() <= textStart) return std::nullopt;
   const platform::ByteView content = frame.subspan(textStart);
   std::optional<std::string> text = decode(content, stringEncodingDetector_.detect(frame, version));
-  if (!text) text = Text::fromUTF8(content);
+  if (!text) text = Strings::fromUTF8(content);
   if (!text) return std::nullopt;
   return paddingRemover_.removeFrom(std::move(*text));
 }

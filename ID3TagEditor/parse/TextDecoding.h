@@ -6,7 +6,7 @@
 #include <string_view>
 
 #include "ID3TagEditor/model/ID3FrameConfiguration.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 // How the bytes of a frame become text (ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). A frame is given whole,
 // header included.

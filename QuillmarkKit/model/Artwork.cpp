@@ -2,8 +2,8 @@
 
 #include <array>
 
-#include "platform/EnumerationTable.h"
-#include "platform/Formats.h"
+#include "platform/base/EnumerationTable.h"
+#include "platform/base/Formats.h"
 
 namespace QuillmarkKit {
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/JSON.h"
+#include "platform/base/JSON.h"
 
 // What a JSON value must be at a place in a document. All throw platform::JSON::DecodingError when it is not;
 // `path` names the place.

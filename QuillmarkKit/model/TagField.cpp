@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "QuillmarkKit/model/TagSet.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace QuillmarkKit {
 
@@ -54,11 +54,11 @@ const FieldRow& rowOf(TagField field) {
 /// "album-artist" as "albumArtist". Only ASCII letters matter: no field's name holds others.
 std::string joinedHumps(std::string_view hyphenated) {
   std::string joined;
-  for (const std::string_view piece : platform::Text::split(hyphenated, '-')) {
+  for (const std::string_view piece : platform::Strings::split(hyphenated, '-')) {
     const bool isFirst = joined.empty();
     joined += piece;
     char& hump = joined[joined.size() - piece.size()];
-    if (!isFirst) hump = platform::Text::toASCIIUpper(hump);
+    if (!isFirst) hump = platform::Strings::toASCIIUpper(hump);
   }
   return joined;
 }

@@ -8,7 +8,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/EnumerationTable.h"
+#include "platform/base/EnumerationTable.h"
 
 namespace QuillmarkKit {
 

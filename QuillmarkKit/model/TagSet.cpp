@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace QuillmarkKit {
 
@@ -10,7 +10,7 @@ namespace {
 
 std::string describe(const Artwork& artwork) {
   std::string format(rawValue(artwork.format));
-  std::ranges::transform(format, format.begin(), platform::Text::toASCIIUpper);
+  std::ranges::transform(format, format.begin(), platform::Strings::toASCIIUpper);
   return format + ", " + std::to_string(artwork.data.size()) + " bytes";
 }
 
@@ -61,7 +61,7 @@ TagSet TagSet::normalized() const {
 }
 
 void TagSet::normalize() {
-  namespace Strings = platform::Text;
+  namespace Strings = platform::Strings;
   for (const TagField field : allTagFields) {
     const TextMember member = stringKeyPath(field);
     if (member == nullptr || !(this->*member)) continue;

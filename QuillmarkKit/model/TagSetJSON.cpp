@@ -1,7 +1,7 @@
 #include "QuillmarkKit/model/TagSetJSON.h"
 
 #include "QuillmarkKit/model/JSONDecoding.h"
-#include "platform/Base64.h"
+#include "platform/base/Base64.h"
 
 namespace QuillmarkKit {
 

@@ -3,7 +3,7 @@
 #include <cstdint>
 
 #include "QuillmarkKit/model/TagSet.h"
-#include "platform/JSON.h"
+#include "platform/base/JSON.h"
 
 namespace QuillmarkKit {
 

@@ -4,9 +4,9 @@
 #include <string_view>
 
 #include "QuillmarkKit/store/engine/ID3FrameError.h"
-#include "platform/EnumerationTable.h"
 #include "platform/FileError.h"
-#include "platform/Formats.h"
+#include "platform/base/EnumerationTable.h"
+#include "platform/base/Formats.h"
 
 namespace QuillmarkKit {
 

@@ -2,8 +2,8 @@
 
 #include "QuillmarkKit/model/JSONDecoding.h"
 #include "QuillmarkKit/model/TagSetJSON.h"
-#include "platform/JSON.h"
-#include "platform/Text.h"
+#include "platform/base/JSON.h"
+#include "platform/base/Strings.h"
 
 namespace QuillmarkKit::TagClipboard {
 
@@ -26,7 +26,7 @@ namespace {
 void requireUTF8(const TagSet& tags) {
   for (const TagField field : allTagFields) {
     const TextMember text = stringKeyPath(field);
-    if (text && tags.*text && !platform::Text::isValidUTF8(*(tags.*text))) throw EncodingError(field);
+    if (text && tags.*text && !platform::Strings::isValidUTF8(*(tags.*text))) throw EncodingError(field);
   }
 }
 

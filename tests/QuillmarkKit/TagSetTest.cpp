@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "QuillmarkKit/model/TagSetJSON.h"
-#include "platform/JSON.h"
+#include "platform/base/JSON.h"
 #include "tests/Samples.h"
 
 namespace tests {

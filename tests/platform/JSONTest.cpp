@@ -1,4 +1,4 @@
-#include "platform/JSON.h"
+#include "platform/base/JSON.h"
 
 #include <gtest/gtest.h>
 

@@ -9,7 +9,7 @@
 #include "QuillmarkKit/store/file/MP3File.h"
 #include "platform/FileHandle.h"
 #include "platform/FileReplacement.h"
-#include "platform/Formats.h"
+#include "platform/base/Formats.h"
 
 namespace QuillmarkKit {
 

@@ -8,7 +8,7 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace QuillmarkKit {
 

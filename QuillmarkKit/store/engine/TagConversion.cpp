@@ -7,7 +7,7 @@
 #include "ID3TagEditor/model/TagBuilders.h"
 #include "ID3TagEditor/parse/ID3TagContentReader.h"
 #include "QuillmarkKit/store/file/FieldFrames.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace QuillmarkKit {
 
@@ -24,7 +24,7 @@ std::string humanize(ID3Genre genre) {
   std::string words;
   for (const char character : caseName(genre)) {
     if (character >= 'A' && character <= 'Z') words += ' ';
-    words += words.empty() ? platform::Text::toASCIIUpper(character) : character;
+    words += words.empty() ? platform::Strings::toASCIIUpper(character) : character;
   }
   return words;
 }

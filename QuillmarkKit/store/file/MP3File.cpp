@@ -7,7 +7,7 @@
 #include "QuillmarkKit/store/file/TagStoreError.h"
 #include "platform/FileConflict.h"
 #include "platform/FileError.h"
-#include "platform/Formats.h"
+#include "platform/base/Formats.h"
 
 namespace QuillmarkKit {
 

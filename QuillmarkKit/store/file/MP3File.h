@@ -5,8 +5,8 @@
 #include <optional>
 #include <string>
 
-#include "platform/Bytes.h"
 #include "platform/FileHandle.h"
+#include "platform/base/Bytes.h"
 
 namespace QuillmarkKit {
 

@@ -5,7 +5,7 @@
 
 #include "QuillmarkKit/model/TagSet.h"
 #include "QuillmarkKit/model/UncarriedValues.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 namespace QuillmarkKit {
 

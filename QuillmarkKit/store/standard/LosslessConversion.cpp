@@ -8,11 +8,11 @@
 #include "QuillmarkKit/store/file/FieldFrames.h"
 #include "QuillmarkKit/store/standard/TagDescriptions.h"
 #include "QuillmarkKit/store/standard/TagTexts.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace QuillmarkKit::LosslessConversion {
 
-namespace Text = platform::Text;
+namespace Strings = platform::Strings;
 using namespace FieldFrames;
 using namespace TagTexts;
 using ID3v2::Frame;
@@ -33,7 +33,7 @@ TagSet::Number yearOf(const Tag& tag) {
   TagSet::Number year;
   for (const std::string_view identifier : {"TDRC", "TYER"}) {
     forEachValue(textOf(tag, identifier), [&](std::string_view value) {
-      if (!year) year = yearIn(Text::trimmingWhiteSpace(value));
+      if (!year) year = yearIn(Strings::trimmingWhiteSpace(value));
     });
   }
   return year;
@@ -210,7 +210,7 @@ TagSet fieldsOf(const Tag& tag) {
         },
         [&](NumberMember member) {
           tags.*member =
-              field == TagField::year ? yearOf(tag) : Text::decimalInteger(numberTextOf(tag, field));
+              field == TagField::year ? yearOf(tag) : Strings::decimalInteger(numberTextOf(tag, field));
         },
         [&] {
           const Frame* cover = coverOf(tag);

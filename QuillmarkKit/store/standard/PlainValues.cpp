@@ -5,7 +5,7 @@
 #include <vector>
 
 #include "QuillmarkKit/store/standard/TagTexts.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace QuillmarkKit::PlainValues {
 
@@ -13,7 +13,7 @@ namespace {
 
 /// Returns the number without leading zeros, or a text that is not a number as it is.
 std::string plainNumber(std::string_view text) {
-  const auto number = platform::Text::decimalInteger(text);
+  const auto number = platform::Strings::decimalInteger(text);
   return number ? std::to_string(*number) : std::string(text);
 }
 
@@ -24,7 +24,7 @@ std::string squashed(std::string_view genre) {
     if (c == '&') {
       letters += "and";
     } else if (c != ' ' && c != '-') {
-      letters += platform::Text::toASCIILower(c);
+      letters += platform::Strings::toASCIILower(c);
     }
   }
   return letters;
@@ -32,9 +32,9 @@ std::string squashed(std::string_view genre) {
 
 /// Returns a value of a text frame in the same form for all ways to write it.
 std::string plainValue(std::string_view identifier, std::string_view value) {
-  value = platform::Text::trimmingBlanks(value);
+  value = platform::Strings::trimmingBlanks(value);
   // A line break counts in front of the text only, where it may be a part of something else.
-  const std::string_view trimmed = platform::Text::trimmingWhiteSpace(value);
+  const std::string_view trimmed = platform::Strings::trimmingWhiteSpace(value);
   value = value.substr(0, static_cast<std::size_t>(trimmed.data() + trimmed.size() - value.data()));
   if (identifier == "TCON") return squashed(value);
   if (identifier == "TBPM") return plainNumber(value);

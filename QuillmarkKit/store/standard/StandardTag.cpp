@@ -10,7 +10,7 @@
 #include "QuillmarkKit/store/standard/LosslessError.h"
 #include "QuillmarkKit/store/standard/TagDescriptions.h"
 #include "QuillmarkKit/store/standard/TagLosses.h"
-#include "platform/Formats.h"
+#include "platform/base/Formats.h"
 
 namespace QuillmarkKit {
 

@@ -5,12 +5,12 @@
 #include <utility>
 
 #include "QuillmarkKit/store/file/FieldFrames.h"
-#include "platform/Formats.h"
-#include "platform/Text.h"
+#include "platform/base/Formats.h"
+#include "platform/base/Strings.h"
 
 namespace QuillmarkKit::TagDescriptions {
 
-namespace Text = platform::Text;
+namespace Strings = platform::Strings;
 
 namespace {
 
@@ -39,7 +39,7 @@ std::string formatOf(const ID3v2::Picture& picture) {
   if (type.starts_with(prefix)) type.remove_prefix(prefix.size());
   if (type.empty()) return "of unknown format";
   std::string name(type);
-  std::ranges::transform(name, name.begin(), Text::toASCIIUpper);
+  std::ranges::transform(name, name.begin(), Strings::toASCIIUpper);
   return name;
 }
 
@@ -49,13 +49,13 @@ std::string inQuotes(std::string_view text) {
   constexpr std::size_t limit = 60;
   std::string shown = "\"";
   std::size_t count = 0;
-  text = Text::trimmingNulls(Text::trimmingWhiteSpace(text));
+  text = Strings::trimmingNulls(Strings::trimmingWhiteSpace(text));
   while (!text.empty()) {
     if (count++ == limit) {
       shown += "…";
       break;
     }
-    const std::size_t length = Text::firstCharacter(text).length;
+    const std::size_t length = Strings::firstCharacter(text).length;
     const char first = text.front();
     if (first == '\0') {
       shown += " / ";

@@ -14,7 +14,7 @@
 #include "QuillmarkKit/store/standard/PlainValues.h"
 #include "QuillmarkKit/store/standard/TagDescriptions.h"
 #include "QuillmarkKit/store/standard/TagTexts.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace QuillmarkKit::TagLosses {
 
@@ -42,7 +42,7 @@ std::string dateOf(const Tag& tag) {
 
 /// A year has four digits in one tag, and as many as it takes in another.
 std::string_view withoutZerosInFront(std::string_view date) {
-  while (date.size() > 1 && date[0] == '0' && platform::Text::isASCIIDigit(date[1])) date.remove_prefix(1);
+  while (date.size() > 1 && date[0] == '0' && platform::Strings::isASCIIDigit(date[1])) date.remove_prefix(1);
   return date;
 }
 

@@ -6,7 +6,7 @@
 #include "ID3v2/Tag.h"
 #include "QuillmarkKit/model/TagSet.h"
 #include "QuillmarkKit/store/standard/FileTags.h"
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 /// What one tag says and another does not, in words for people. Differences of form alone do not count: 03/12
 /// and 3/12, (17) and Rock, blanks at the ends, encodings, a comment's language.

@@ -7,25 +7,25 @@
 
 #include "ID3v2/Dates.h"
 #include "ID3v2/Genres.h"
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 namespace QuillmarkKit::TagTexts {
 
-namespace Text = platform::Text;
+namespace Strings = platform::Strings;
 
 namespace {
 
 constexpr char separator = '\0';
 
 bool isDigits(std::string_view text) {
-  return !text.empty() && std::ranges::all_of(text, Text::isASCIIDigit);
+  return !text.empty() && std::ranges::all_of(text, Strings::isASCIIDigit);
 }
 
 /// The name that a reference in a genre text stands for: a number, "RX" or "CR".
 std::optional<std::string_view> referredGenre(std::string_view reference) {
   if (reference == "RX") return "Remix";
   if (reference == "CR") return "Cover";
-  const auto number = isDigits(reference) ? Text::decimalInteger(reference) : std::nullopt;
+  const auto number = isDigits(reference) ? Strings::decimalInteger(reference) : std::nullopt;
   if (!number || std::cmp_greater_equal(*number, ID3v2::genreNames.size())) return std::nullopt;
   return ID3v2::genreNames[static_cast<std::size_t>(*number)];
 }
@@ -35,7 +35,7 @@ using KnownValues = std::unordered_set<std::string_view>;
 
 /// Calls the operation with the genres that one value of a genre text names.
 void forEachGenre(std::string_view value, const std::function<void(std::string_view)>& operation) {
-  value = Text::trimmingWhiteSpace(value);
+  value = Strings::trimmingWhiteSpace(value);
   if (const auto name = referredGenre(value)) return operation(*name);
   while (value.starts_with('(')) {
     const std::size_t end = value.find(')');
@@ -52,7 +52,7 @@ void forEachGenre(std::string_view value, const std::function<void(std::string_v
 }  // namespace
 
 bool isBlank(std::string_view text) {
-  return Text::trimmingNulls(Text::trimmingWhiteSpace(text)).empty();
+  return Strings::trimmingNulls(Strings::trimmingWhiteSpace(text)).empty();
 }
 
 void forEachValue(std::string_view text, const std::function<void(std::string_view)>& operation) {
@@ -98,7 +98,7 @@ std::string joined(const std::vector<const ID3v2::Text*>& frames) {
 std::string firstValue(const ID3v2::Tag& tag, std::string_view identifier) {
   std::string first;
   forEachValue(textOf(tag, identifier), [&](std::string_view value) {
-    if (first.empty()) first = Text::trimmingWhiteSpace(value);
+    if (first.empty()) first = Strings::trimmingWhiteSpace(value);
   });
   return first;
 }
@@ -125,14 +125,14 @@ std::string genreText(std::string_view genres) {
 std::optional<std::int64_t> yearIn(std::string_view date) {
   constexpr std::size_t digitsOfAYear = 4;
   if (isDigits(date) && ID3v2::areSecondsSince1970(date.size())) {
-    const std::chrono::sys_seconds moment(std::chrono::seconds(*Text::decimalInteger(date)));
+    const std::chrono::sys_seconds moment(std::chrono::seconds(*Strings::decimalInteger(date)));
     return static_cast<int>(
         std::chrono::year_month_day(std::chrono::floor<std::chrono::days>(moment)).year());
   }
   std::size_t digits = 0;
   for (std::size_t i = 0; i < date.size(); ++i) {
-    digits = Text::isASCIIDigit(date[i]) ? digits + 1 : 0;
-    if (digits == digitsOfAYear) return Text::decimalInteger(date.substr(i + 1 - digits, digits));
+    digits = Strings::isASCIIDigit(date[i]) ? digits + 1 : 0;
+    if (digits == digitsOfAYear) return Strings::decimalInteger(date.substr(i + 1 - digits, digits));
   }
   return std::nullopt;
 }
@@ -146,8 +146,8 @@ std::string yearText(std::int64_t year) {
 Position positionIn(std::string_view text) {
   const std::size_t slash = std::min(text.find('/'), text.size());
   const std::string_view total = text.substr(slash == text.size() ? slash : slash + 1);
-  return {.number = std::string(Text::trimmingWhiteSpace(text.substr(0, slash))),
-          .total = std::string(Text::trimmingWhiteSpace(total))};
+  return {.number = std::string(Strings::trimmingWhiteSpace(text.substr(0, slash))),
+          .total = std::string(Strings::trimmingWhiteSpace(total))};
 }
 
 }  // namespace QuillmarkKit::TagTexts

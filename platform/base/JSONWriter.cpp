@@ -1,9 +1,9 @@
 #include <algorithm>
 #include <array>
 
-#include "platform/Base64.h"
-#include "platform/JSON.h"
-#include "platform/Text.h"
+#include "platform/base/Base64.h"
+#include "platform/base/JSON.h"
+#include "platform/base/Strings.h"
 
 namespace platform::JSON {
 
@@ -91,9 +91,9 @@ class Printer {
       if (letter != 0 && letter != 'u') {
         text_.append({'\\', letter});
       } else if (letter == 'u') {
-        Text::appendEscape(text_, 'u', static_cast<unsigned char>(front), 4);
+        Strings::appendEscape(text_, 'u', static_cast<unsigned char>(front), 4);
       } else if (const auto character = characterForTerminal(string)) {
-        Text::appendEscape(text_, 'u', character->value, 4);
+        Strings::appendEscape(text_, 'u', character->value, 4);
         length = character->length;
       } else {
         text_ += front;
@@ -104,12 +104,12 @@ class Printer {
   }
 
   /// The first character, where it must not reach the terminal that is printed for.
-  std::optional<Text::Character> characterForTerminal(std::string_view string) const {
+  std::optional<Strings::Character> characterForTerminal(std::string_view string) const {
     // The other bytes of a longer character come by here alone, and are none of it.
     const auto front = static_cast<unsigned char>(string.front());
     if (!forTerminal_ || front < 0x7F || (front & 0xC0U) == 0x80) return std::nullopt;
-    const Text::Character character = Text::firstCharacter(string);
-    return Text::commandsTerminal(character.value) ? std::optional(character) : std::nullopt;
+    const Strings::Character character = Strings::firstCharacter(string);
+    return Strings::commandsTerminal(character.value) ? std::optional(character) : std::nullopt;
   }
 
   std::string& text_;

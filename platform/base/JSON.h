@@ -11,7 +11,7 @@
 #include <variant>
 #include <vector>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 /// JSON documents (RFC 8259).
 namespace platform::JSON {

@@ -6,10 +6,10 @@
 #include <string_view>
 #include <vector>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 /// Text is a std::string that holds valid UTF-8. Bytes become text here, and only here.
-namespace platform::Text {
+namespace platform::Strings {
 
 /// Each byte is the character of the same number.
 std::string fromLatin1(ByteView bytes);
@@ -89,4 +89,4 @@ std::optional<std::int64_t> decimalInteger(std::string_view text);
 /// not-a-number, and nothing else, whatever the locale.
 std::optional<double> floatingPoint(std::string_view text);
 
-}  // namespace platform::Text
+}  // namespace platform::Strings

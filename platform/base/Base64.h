@@ -4,7 +4,7 @@
 #include <string>
 #include <string_view>
 
-#include "platform/Bytes.h"
+#include "platform/base/Bytes.h"
 
 /// Base64 with the standard alphabet and "=" padding, without line breaks (RFC 4648 section 4).
 namespace platform::Base64 {

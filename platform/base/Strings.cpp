@@ -1,4 +1,4 @@
-#include "platform/Text.h"
+#include "platform/base/Strings.h"
 
 #include <utf8.h>
 #include <utf8proc.h>
@@ -8,7 +8,7 @@
 #include <charconv>
 #include <iterator>
 
-namespace platform::Text {
+namespace platform::Strings {
 
 namespace {
 
@@ -294,4 +294,4 @@ std::optional<double> floatingPoint(std::string_view text) {
   return isNegative ? -value : value;
 }
 
-}  // namespace platform::Text
+}  // namespace platform::Strings

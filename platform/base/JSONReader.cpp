@@ -1,8 +1,8 @@
 #include <array>
 #include <nlohmann/json.hpp>
 
-#include "platform/JSON.h"
-#include "platform/Text.h"
+#include "platform/base/JSON.h"
+#include "platform/base/Strings.h"
 
 namespace platform::JSON {
 
@@ -116,7 +116,7 @@ std::optional<std::int64_t> Number::integer() const {
 
   std::int64_t exponent = 0;
   if (exponentMark < text.size()) {
-    const auto written = Text::decimalInteger(std::string_view(text).substr(exponentMark + 1));
+    const auto written = Strings::decimalInteger(std::string_view(text).substr(exponentMark + 1));
     if (!written) return std::nullopt;
     exponent = *written;
   }
@@ -127,7 +127,7 @@ std::optional<std::int64_t> Number::integer() const {
   std::int64_t zeros = exponent - fractionDigits;
   for (; zeros < 0 && digits.ends_with('0'); ++zeros) digits.pop_back();
   if (zeros < 0) return std::nullopt;
-  return Text::decimalInteger(digits.append(static_cast<std::size_t>(zeros), '0'));
+  return Strings::decimalInteger(digits.append(static_cast<std::size_t>(zeros), '0'));
 }
 
 }  // namespace platform::JSON
