@@ -10,10 +10,10 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
-#include <cstdlib>
 #include <optional>
 
 #include "platform/Descriptor.h"
+#include "platform/Process.h"
 
 namespace platform {
 
@@ -40,8 +40,7 @@ constexpr std::chrono::seconds patience{1};
 constexpr std::chrono::milliseconds betweenLooks{5};
 
 bool isSet(const char* variable) {
-  const char* value = std::getenv(variable);
-  return value != nullptr && *value != '\0';
+  return !Process::environment(variable).value_or("").empty();
 }
 
 /// Starts the program with `input` as what it reads. It stays behind to serve the clipboard for as long as

@@ -2,7 +2,14 @@
 
 #include <sys/stat.h>
 
+#include <cstdlib>
+
 namespace platform::Process {
+
+std::optional<std::string_view> environment(const char* variable) {
+  const char* value = std::getenv(variable);
+  return value != nullptr ? std::optional<std::string_view>(value) : std::nullopt;
+}
 
 void keepOwnFilesUsable() {
   // The mask cannot be asked for without being set.

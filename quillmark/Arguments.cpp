@@ -2,7 +2,10 @@
 
 namespace quillmark {
 
-Arguments::Arguments(Words words, const CommandOptions& command) {
+Arguments::Arguments(Words words, const CommandOptions& command, std::span<const std::string_view> defaults) {
+  for (const std::string_view name : defaults) {
+    if (optionValue(command, name)) flags.insert(name);
+  }
   for (std::size_t i = 0; i < words.size(); ++i) {
     const std::string_view word = words[i];
     if (!word.starts_with("--")) {

@@ -37,7 +37,8 @@ class ArgumentError : public std::exception {
 struct Arguments {
   /// Throws ArgumentError. What follows the name of an option with a value is its value, whatever it looks
   /// like. The words must outlive the arguments.
-  Arguments(Words words, const CommandOptions& command);
+  /// Flags in `defaults`, without their hyphens, count as given if the command has them.
+  Arguments(Words words, const CommandOptions& command, std::span<const std::string_view> defaults = {});
 
   /// The option's value, the last one when it was given more than once.
   std::optional<std::string_view> value(const Option& option) const;

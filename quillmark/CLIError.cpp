@@ -5,13 +5,15 @@
 
 namespace quillmark {
 
-CLIError CLIError::unknownField(std::string_view name) {
-  return CLIError("Unknown field '" + std::string(name) + "'. Run '" + std::string(toolName) +
-                  " fields' for the list.");
+CLIError CLIError::unknownField(std::string_view name, std::string hint) {
+  return CLIError(
+      "Unknown field '" + std::string(name) + "'. Run '" + std::string(toolName) + " fields' for the list.",
+      std::move(hint));
 }
 
-CLIError CLIError::unreadableArtwork(std::string_view path) {
-  return CLIError("Could not read artwork at " + std::string(path) + " (expected a JPEG or PNG).");
+CLIError CLIError::unreadableArtwork(std::string_view path, std::string hint) {
+  return CLIError("Could not read artwork at " + std::string(path) + " (expected a JPEG or PNG).",
+                  std::move(hint));
 }
 
 CLIError CLIError::noFiles() {

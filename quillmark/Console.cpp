@@ -87,6 +87,10 @@ void Console::eraseStatus() {
   statusIsShown_ = false;
 }
 
+std::string joiningValues(std::string_view text) {
+  return rejoined(text, '\0', " / ", [](std::string_view value) { return std::string(value); });
+}
+
 std::string visibleLine(std::string_view text) {
   return rejoined(text, '\0', " / ", platform::Strings::visible);
 }

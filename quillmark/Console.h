@@ -50,6 +50,8 @@ class Console {
   mutable std::optional<bool> errorIsTerminal_;
 };
 
+/// Returns the text with " / " between its values, which U+0000 separates.
+std::string joiningValues(std::string_view text);
 /// A text of one line as a terminal shows it, " / " between its values.
 std::string visibleLine(std::string_view text);
 

@@ -2,6 +2,7 @@
 
 #include "platform/base/Strings.h"
 #include "quillmark/CLIError.h"
+#include "quillmark/Hints.h"
 
 namespace quillmark {
 
@@ -12,7 +13,7 @@ TagFields fieldsNamed(std::string_view list) {
   for (const std::string_view piece : platform::Strings::split(list, ',')) {
     const std::string_view name = platform::Strings::trimmingBlanks(piece);
     const auto field = QuillmarkKit::fieldFromCliName(name);
-    if (!field) throw CLIError::unknownField(name);
+    if (!field) throw CLIError::unknownField(name, fieldHint(name));
     fields.insert(*field);
   }
   return fields;

@@ -1,6 +1,7 @@
 #include "quillmark/FileList.h"
 
 #include "platform/FileError.h"
+#include "platform/FileManager.h"
 #include "platform/Input.h"
 #include "platform/Paths.h"
 #include "quillmark/CLIError.h"
@@ -11,6 +12,26 @@ FileList::FileList(const Arguments& arguments)
     : names_(arguments.positional), wordCount_(arguments.positional.size()) {
   if (const auto list = arguments.value(options::files0From)) addNamesIn(*list);
   if (names_.empty()) throw CLIError::noFiles();
+  if (arguments.has(options::recursive)) replaceFoldersByTheirFiles();
+}
+
+void FileList::replaceFoldersByTheirFiles() {
+  std::vector<std::string_view> names;
+  std::size_t wordCount = 0;
+  for (std::size_t i = 0; i < names_.size(); ++i) {
+    const std::filesystem::path file = location(i);
+    if (!platform::FileManager::isFolder(file)) {
+      names.push_back(names_[i]);
+    } else {
+      std::vector<std::string>& found = found_.emplace_back(platform::FileManager::filesBelow(file, ".mp3"));
+      const std::string folder = std::string(names_[i]) + (names_[i].ends_with('/') ? "" : "/");
+      for (std::string& name : found) names.emplace_back(name.insert(0, folder));
+    }
+    if (i < wordCount_) wordCount = names.size();
+  }
+  if (names.empty()) throw CLIError("No file that ends in .mp3 is in " + std::string(names_.front()) + ".");
+  names_ = std::move(names);
+  wordCount_ = wordCount;
 }
 
 void FileList::addNamesIn(std::string_view list) {

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <filesystem>
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -10,12 +11,13 @@
 
 namespace quillmark {
 
-/// The files that a command line names, in its order. Only names are kept: a location is made when it is
-/// asked for, so that a hundred thousand files take no more memory than their names.
+/// The files that a command line names, in its order. Keeps only names and makes a location when it is asked
+/// for one, so that a hundred thousand files take no more memory than their names.
 class FileList {
  public:
-  /// The positional words, and behind them the names in the list that an option may name. Throws CLIError
-  /// when there are none, and FileError for a list that cannot be used. The words must outlive this.
+  /// The positional words, followed by the names in the list that an option may name; with --recursive, the
+  /// MP3 files below a folder instead of the folder. Throws CLIError if there are none, and FileError for a
+  /// list that cannot be used and a folder that cannot be read. The words must outlive the list.
   explicit FileList(const Arguments& arguments);
 
   FileList(FileList&&) = default;
@@ -29,11 +31,14 @@ class FileList {
 
  private:
   void addNamesIn(std::string_view list);
+  void replaceFoldersByTheirFiles();
 
   std::vector<std::string_view> names_;
   std::size_t wordCount_ = 0;
-  /// What the names in the list are parts of.
+  /// The bytes of the list, which names refer to.
   platform::Bytes list_;
+  /// The names of the files in folders, likewise.
+  std::vector<std::vector<std::string>> found_;
 };
 
 }  // namespace quillmark

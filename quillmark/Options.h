@@ -43,6 +43,12 @@ inline constexpr Option lossless{"lossless", OptionValue::none,
                                  "keep all that other programs wrote, and read it as they meant it"};
 inline constexpr Option noDesktop{"no-desktop", OptionValue::none, "leave the desktop's clipboard alone"};
 inline constexpr Option notes{"notes", OptionValue::none, "print notes also where no terminal shows them"};
+inline constexpr Option quiet{"quiet", OptionValue::none, "print no lines for unchanged files"};
+inline constexpr Option recursive{"recursive", OptionValue::none,
+                                  "for a folder, take the MP3 files in and below it"};
+inline constexpr Option strict{"strict", OptionValue::none,
+                               "check all words and files first; begin only if all are right"};
+inline constexpr Option wholeTag{"whole-tag", OptionValue::none, "copy the whole tag, frame for frame"};
 inline constexpr Option paths{"paths", OptionValue::none, "name files in the report as they were given"};
 
 }  // namespace options
@@ -62,13 +68,15 @@ struct CommandOptions {
 
 namespace options {
 
-inline constexpr std::array ofRead{json, noArtwork, keepGoing, files0From, lossless, notes, help};
-inline constexpr std::array ofCopy{noDesktop, lossless, notes, help};
-inline constexpr std::array ofPaste{all,   fields,     dryRun,   diff,  backup,
-                                    paths, files0From, lossless, notes, help};
-inline constexpr std::array ofApply{from,  all,        fields,   dryRun, diff, backup,
-                                    paths, files0From, lossless, notes,  help};
-inline constexpr std::array ofSet{clear, dryRun, diff, backup, paths, files0From, lossless, notes, help};
+inline constexpr std::array ofRead{json,     noArtwork, keepGoing, recursive, files0From,
+                                   lossless, notes,     strict,    help};
+inline constexpr std::array ofCopy{noDesktop, lossless, notes, strict, help};
+inline constexpr std::array ofPaste{all,       fields,     dryRun,   diff,  backup, paths, quiet,
+                                    recursive, files0From, lossless, notes, strict, help};
+inline constexpr std::array ofApply{from,  all,       fields,     wholeTag, dryRun, diff,   backup, paths,
+                                    quiet, recursive, files0From, lossless, notes,  strict, help};
+inline constexpr std::array ofSet{clear,     dryRun,     diff,     backup, paths,  quiet,
+                                  recursive, files0From, lossless, notes,  strict, help};
 
 }  // namespace options
 

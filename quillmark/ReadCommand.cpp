@@ -11,6 +11,7 @@
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FileList.h"
+#include "quillmark/Hints.h"
 #include "quillmark/Progress.h"
 #include "quillmark/Stores.h"
 
@@ -43,6 +44,8 @@ class Reader {
  public:
   Reader(const Arguments& arguments, std::size_t fileCount, Console& console)
       : keepsGoing_(arguments.has(options::keepGoing)),
+        separatesValues_(arguments.has(options::lossless) && !arguments.has(options::json)),
+        notes_(console.wantsNotes() && (arguments.has(options::notes) || arguments.has(options::lossless))),
         store_(storeFor(arguments)),
         console_(console),
         progress_(fileCount, console) {}
@@ -55,9 +58,9 @@ class Reader {
   std::optional<TagSet> tagsOf(const std::filesystem::path& file) {
     constexpr int someFilesFailed = 2;
     progress_.next(file);
-    if (!keepsGoing_) return store_->read(file);
+    if (!keepsGoing_) return read(file);
     try {
-      return store_->read(file);
+      return read(file);
     } catch (const std::exception& error) {
       console_.flush();
       console_.printError(error.what());
@@ -67,7 +70,39 @@ class Reader {
   }
 
  private:
+  TagSet read(const std::filesystem::path& file) {
+    try {
+      TagSet tags = store_->read(file);
+      if (notes_) noteUnread(file);
+      if (separatesValues_) separateValues(tags);
+      return tags;
+    } catch (const platform::FileError& error) {
+      std::string hint = folderHint(file);
+      if (hint.empty()) throw;
+      throw CLIError(error.what(), std::move(hint));
+    }
+  }
+
+  void noteUnread(const std::filesystem::path& file) {
+    constexpr bool reportsLosses = true;
+    constexpr bool acceptsUncarried = true;
+    const auto source = store_->source(file, QuillmarkKit::TagFields::all, reportsLosses, acceptsUncarried);
+    if (source.losses.empty()) return;
+    console_.flush();
+    console_.printNote(platform::lastPathComponent(file) + ": " + source.losses);
+  }
+
+  /// Puts " / " between the values of a text, which U+0000 separates in a tag.
+  static void separateValues(TagSet& tags) {
+    for (const TagField field : QuillmarkKit::allTagFields) {
+      const QuillmarkKit::TextMember text = stringKeyPath(field);
+      if (text != nullptr && tags.*text) tags.*text = joiningValues(*(tags.*text));
+    }
+  }
+
   bool keepsGoing_;
+  bool separatesValues_;
+  bool notes_;
   std::unique_ptr<const QuillmarkKit::TagStore> store_;
   Console& console_;
   Progress progress_;

@@ -1,11 +1,16 @@
 #include "quillmark/Report.h"
 
+#include <string_view>
+#include <vector>
+
 #include "platform/FileError.h"
 #include "quillmark/Differences.h"
+#include "quillmark/Hints.h"
 
 namespace quillmark {
 
 using QuillmarkKit::TagApplier;
+using QuillmarkKit::TagField;
 
 namespace {
 
@@ -22,6 +27,11 @@ void Report::add(const TagApplier::Result& result, std::string_view given) {
   if (const auto* failure = std::get_if<TagApplier::Failed>(&result.outcome)) {
     ++failed_;
     console_.printError("failed    " + name + ": " + failure->message);
+    if (!hasNotedFolder_ && console_.wantsNotes()) {
+      const std::string hint = folderHint(result.url);
+      hasNotedFolder_ = !hint.empty();
+      if (hasNotedFolder_) console_.printNote(hint);
+    }
     return;
   }
   const bool isUnchanged = std::holds_alternative<TagApplier::Unchanged>(result.outcome);
@@ -30,13 +40,16 @@ void Report::add(const TagApplier::Result& result, std::string_view given) {
     for (const std::string& note : {change->losses, change->note}) {
       if (!note.empty()) console_.printNote(platform::lastPathComponent(result.url) + ": " + note);
     }
+    if (change->before && !source_.empty())
+      removed_.insert(change->before->populatedFields().without(change->tags.populatedFields()));
   }
   ++(isUnchanged ? unchanged_ : changed_);
+  if (isUnchanged && options_.quiet) return;
   console_.write((isUnchanged       ? "unchanged "
                   : options_.dryRun ? "would     "
                                     : "updated   ") +
                  console_.shown(name) + "\n");
-  if (change != nullptr && change->before)
+  if (change != nullptr && options_.diff)
     console_.write(differences(*change->before, change->tags, change->keepsArtwork));
   console_.flush();
 }
@@ -50,7 +63,25 @@ void Report::synchronise(platform::ReplacementRun& run) {
   }
 }
 
+/// Prints a note about the fields that were removed because the source does not have them.
+void Report::noteRemovedFields() {
+  std::vector<std::string> fields;
+  for (const TagField field : QuillmarkKit::allTagFields) {
+    if (removed_.contains(field)) fields.push_back("no " + nameInSentence(field));
+  }
+  const std::size_t count = fields.size();
+  if (count == 0) return;
+  std::string names = " has " + fields.front();
+  for (std::size_t i = 1; i < count; ++i) names += (i + 1 < count ? ", " : " and ") + fields[i];
+  const std::string_view verb = options_.dryRun ? "would be" : count > 1 ? "are" : "is";
+  console_.printNote(source_ + names + ": " + (count > 1 ? "they " : "it ") + std::string(verb) +
+                     " removed from the other files. --fields leaves " + (count > 1 ? "them" : "it") +
+                     " alone.");
+}
+
 int Report::finish() {
+  console_.flush();
+  noteRemovedFields();
   console_.write((options_.dryRun ? "\nwould change " : "\nchanged ") + std::to_string(changed_) +
                  ", unchanged " + std::to_string(unchanged_) + ", failed " + std::to_string(failed_) + "\n");
   return failed_ > 0 || !isSynchronised_ ? 2 : 0;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <string>
+#include <utility>
 
 #include "QuillmarkKit/transfer/TagApplier.h"
 #include "quillmark/Console.h"
@@ -12,7 +14,10 @@ namespace quillmark {
 /// error, and a summary.
 class Report {
  public:
-  Report(const RunOptions& options, Console& console) : options_(options), console_(console) {}
+  /// `source` names for people where the values come from if fields that it does not have are removed from
+  /// files, or is empty.
+  Report(const RunOptions& options, std::string source, Console& console)
+      : options_(options), source_(std::move(source)), console_(console) {}
 
   /// `given` is the file's name as it was given.
   void add(const QuillmarkKit::TagApplier::Result& result, std::string_view given);
@@ -24,12 +29,17 @@ class Report {
   int finish();
 
  private:
+  void noteRemovedFields();
+
   const RunOptions& options_;
+  std::string source_;
   Console& console_;
   std::size_t changed_ = 0;
   std::size_t unchanged_ = 0;
   std::size_t failed_ = 0;
   bool isSynchronised_ = true;
+  bool hasNotedFolder_ = false;
+  QuillmarkKit::TagFields removed_;
 };
 
 }  // namespace quillmark

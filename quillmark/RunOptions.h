@@ -4,18 +4,21 @@
 
 namespace quillmark {
 
-/// How paste, apply and set go about their files, and what they tell of them.
+/// How paste, apply and set treat their files, and what they report.
 struct RunOptions {
   explicit RunOptions(const Arguments& arguments)
       : dryRun(arguments.has(options::dryRun)),
         diff(arguments.has(options::diff)),
-        paths(arguments.has(options::paths)) {}
+        paths(arguments.has(options::paths)),
+        quiet(arguments.has(options::quiet)) {}
 
   bool dryRun;
-  /// Whether the report tells what changes in a file, field by field.
+  /// Whether the report lists what changes in a file, field by field.
   bool diff;
   /// Whether the report names files as they were given, not by their last path component.
   bool paths;
+  /// Whether the report leaves out the lines of unchanged files.
+  bool quiet;
 };
 
 }  // namespace quillmark

@@ -9,6 +9,7 @@
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/FieldSelection.h"
+#include "quillmark/Hints.h"
 #include "quillmark/Stores.h"
 
 namespace quillmark {
@@ -27,30 +28,33 @@ std::string textFrom(std::string_view option, std::string_view value) {
   return std::string(value);
 }
 
-std::int64_t numberFrom(std::string_view option, std::string_view value) {
+std::int64_t numberFrom(TagField field, std::string_view option, std::string_view value) {
   const auto number = platform::Strings::decimalInteger(value);
   if (!number) {
-    throw CLIError("--" + std::string(option) + " expects a number, got '" + std::string(value) + "'.");
+    throw CLIError("--" + std::string(option) + " expects a number, got '" + std::string(value) + "'.",
+                   numberHint(field, value));
   }
   return *number;
 }
 
 Artwork artworkFrom(std::string_view path) {
-  // A picture of this many bytes fits into no tag, and more of it need not be read to find that out.
+  const std::filesystem::path file = platform::fileLocation(path);
+  std::string hint;
   try {
-    auto artwork =
-        Artwork::detecting(platform::Input::contents(platform::fileLocation(path), platform::synchsafeLimit));
-    if (artwork) return std::move(*artwork);
-  } catch (const platform::FileError&) {
-    // Whatever is wrong with the file, the message is the same.
+    // No tag has room for more bytes than this.
+    const platform::SharedBytes bytes = platform::Input::contents(file, platform::synchsafeLimit);
+    if (auto artwork = Artwork::detecting(bytes)) return std::move(*artwork);
+    hint = platform::lastPathComponent(file) + " " + pictureHint(bytes);
+  } catch (const platform::FileError& error) {
+    hint = error.what();
   }
-  throw CLIError::unreadableArtwork(path);
+  throw CLIError::unreadableArtwork(path, hint);
 }
 
 void setField(TagField field, std::string_view option, std::string_view value, TagSet& tags) {
   dispatch(
       field, [&](QuillmarkKit::TextMember text) { tags.*text = textFrom(option, value); },
-      [&](QuillmarkKit::NumberMember number) { tags.*number = numberFrom(option, value); },
+      [&](QuillmarkKit::NumberMember number) { tags.*number = numberFrom(field, option, value); },
       [&] { tags.artwork = artworkFrom(value); });
 }
 

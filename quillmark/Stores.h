@@ -12,6 +12,10 @@ namespace quillmark {
 /// Returns the store that the options choose.
 std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& arguments);
 
+/// Returns a store that gives files the whole tag of `source`. Throws as the store does.
+std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments,
+                                                            const std::filesystem::path& source);
+
 struct SourceOptions {
   /// Whether values that no field can hold are part of the result instead of an error.
   bool acceptsUncarried = false;

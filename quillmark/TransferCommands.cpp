@@ -14,6 +14,7 @@
 
 namespace quillmark {
 
+using QuillmarkKit::TagFields;
 using QuillmarkKit::TagSet;
 
 namespace {
@@ -91,22 +92,47 @@ WriteRun preparePaste(const Arguments& arguments, Console&) {
           .store = std::move(store),
           .tags = std::move(*tags),
           .selection = selection,
+          .options = RunOptions(arguments),
+          .source = "The clipboard"};
+}
+
+namespace {
+
+WriteRun prepareWholeTag(const Arguments& arguments, const std::filesystem::path& source) {
+  if (arguments.has(options::all) || arguments.value(options::fields))
+    throw CLIError("--whole-tag takes the whole tag, without --all and --fields.");
+  FileList files(arguments);
+  auto store = wholeTagStore(arguments, source);
+  TagSet tags = store->read(source);
+  return {.files = std::move(files),
+          .store = std::move(store),
+          .tags = std::move(tags),
+          .selection = TagFields::all,
           .options = RunOptions(arguments)};
 }
+
+}  // namespace
 
 WriteRun prepareApply(const Arguments& arguments, Console& console) {
   const auto from = arguments.value(options::from);
   if (!from) throw CLIError("apply needs --from <file>.");
   const std::filesystem::path source = platform::fileLocation(*from);
+  if (arguments.has(options::wholeTag)) return prepareWholeTag(arguments, source);
   FileList files(arguments);
   auto store = storeFor(arguments);
   const QuillmarkKit::TagFields selection = fieldMask(arguments);
-  TagSet tags = readSource(*store, source, selection, console).tags;
+  auto read = readSource(*store, source, selection, console);
+  const std::string name = platform::lastPathComponent(source);
+  if (selection == TagFields::all && !read.beyondFields.empty()) {
+    console.printNote(name + ": not carried, as no field holds them: " + read.beyondFields +
+                      ". --whole-tag takes them.");
+  }
   return {.files = std::move(files),
           .store = std::move(store),
-          .tags = std::move(tags),
+          .tags = std::move(read.tags),
           .selection = selection,
-          .options = RunOptions(arguments)};
+          .options = RunOptions(arguments),
+          .source = name};
 }
 
 }  // namespace quillmark

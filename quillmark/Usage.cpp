@@ -65,6 +65,12 @@ std::string usageText() {
   return text;
 }
 
+std::vector<std::string> furtherHelp() {
+  const std::string name(toolName);
+  return {"'" + name + " COMMAND --help' lists all options of a command; 'man " + name + "' explains them.",
+          "--lossless keeps everything that other programs wrote into a tag."};
+}
+
 std::string helpText(const CommandOptions& command) {
   std::vector<std::pair<std::string, std::string_view>> lines;
   if (command.hasFieldOptions) {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "quillmark/Options.h"
 
@@ -11,5 +12,8 @@ std::string usageText();
 
 /// What one command is for, its options and one example, in lines that end in a line feed.
 std::string helpText(const CommandOptions& command);
+
+/// Returns the notes that follow the usage text at a terminal.
+std::vector<std::string> furtherHelp();
 
 }  // namespace quillmark

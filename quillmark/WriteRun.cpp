@@ -8,10 +8,11 @@
 namespace quillmark {
 
 int writeInto(const WriteRun& run, Console& console) {
-  const QuillmarkKit::TagApplier applier(*run.store,
-                                         {.before = run.options.diff, .losses = console.wantsNotes()});
+  const bool notesRemovals = console.wantsNotes() && !run.source.empty();
+  const QuillmarkKit::TagApplier applier(
+      *run.store, {.before = run.options.diff || notesRemovals, .losses = console.wantsNotes()});
   platform::ReplacementRun replacements;
-  Report report(run.options, console);
+  Report report(run.options, notesRemovals ? run.source : "", console);
   Progress progress(run.files.size(), console);
   for (std::size_t i = 0; i < run.files.size(); ++i) {
     if (platform::Signals::interruption() != 0) break;

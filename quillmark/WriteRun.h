@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <string>
 
 #include "QuillmarkKit/model/TagSet.h"
 #include "QuillmarkKit/store/TagStore.h"
@@ -10,18 +11,20 @@
 
 namespace quillmark {
 
-/// What paste, apply and set come to: fields of one tag set to be written into files. All that can be wrong
-/// with a command line has been found when there is one.
+/// A run of paste, apply or set: fields of one tag set to be written into files. The command line has been
+/// checked.
 struct WriteRun {
   FileList files;
   std::unique_ptr<const QuillmarkKit::TagStore> store;
   QuillmarkKit::TagSet tags;
   QuillmarkKit::TagFields selection;
   RunOptions options;
+  /// Names for people where the values come from, if fields that it does not have are removed from files.
+  std::string source = {};
 };
 
-/// Applies the fields to one file after another, reports each, and gives the exit status. When an
-/// interruption is noted, the file in hand is the last one.
+/// Applies the fields to one file after another, reports each, and returns the exit status. Stops after the
+/// current file when an interruption is noted.
 int writeInto(const WriteRun& run, Console& console);
 
 }  // namespace quillmark

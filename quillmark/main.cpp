@@ -6,13 +6,18 @@
 #include <string>
 #include <string_view>
 #include <system_error>
+#include <vector>
 
 #include "platform/Process.h"
 #include "platform/Signals.h"
 #include "platform/StandardStreams.h"
+#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/Console.h"
-#include "quillmark/UnknownOptions.h"
+#include "quillmark/DefaultOptions.h"
+#include "quillmark/Hints.h"
+#include "quillmark/StrictChecks.h"
+#include "quillmark/ToolName.h"
 #include "quillmark/Usage.h"
 
 namespace quillmark {
@@ -44,6 +49,14 @@ static_assert(std::ranges::all_of(commands, hasOptions, &Command::word),
 
 int printUsage(Console& console) {
   console.write(usage + "\n");
+  console.flush();
+  if (!console.errorIsTerminal()) return 0;
+  for (const std::string& note : furtherHelp()) console.printNote(note);
+  return 0;
+}
+
+int printVersion(Console& console) {
+  console.write(std::string(toolName) + " " QUILLMARK_VERSION "\n");
   return 0;
 }
 
@@ -58,20 +71,26 @@ constexpr std::array plainCommands = std::to_array<PlainCommand>({
     {"help", printUsage},
     {"--help", printUsage},
     {"-h", printUsage},
+    {"--version", printVersion},
 });
 
 int runCommand(const Command& command, const CommandOptions& words, Console& console) {
-  const Arguments arguments(rest, words);
+  const std::vector<std::string_view> defaults = defaultOptions();
+  const Arguments arguments(rest, words, defaults);
   if (arguments.has(options::help)) {
     console.write(helpText(words));
     return 0;
   }
   if (arguments.has(options::notes)) console.askForNotes();
+  if (arguments.has(options::strict)) requireKnownWords(arguments, words);
   if (!arguments.unknown.empty() && console.wantsNotes()) {
-    for (const std::string_view name : arguments.unknown) console.printNote(unknownOptionNote(words, name));
+    for (const std::string_view name : arguments.unknown) {
+      console.printNote(unknownOption(words, name) + " and is ignored" + optionHint(words, name));
+    }
   }
   if (command.run != nullptr) return command.run(arguments, console);
   const WriteRun run = command.prepare(arguments, console);
+  if (arguments.has(options::strict)) requireMP3Files(run.files);
   // Until here nothing would be left behind, and some inputs may keep the program waiting.
   platform::Signals::noteInterruptions();
   return writeInto(run, console);
@@ -96,11 +115,15 @@ int dispatch(Console& console) {
 int run(Console& console) {
   try {
     return dispatch(console);
+  } catch (const CLIError& error) {
+    console.flush();
+    console.printError(error.what());
+    if (!error.hint().empty()) console.printNote(error.hint());
   } catch (const std::exception& error) {
     console.flush();
     console.printError(error.what());
-    return 1;
   }
+  return 1;
 }
 
 }  // namespace

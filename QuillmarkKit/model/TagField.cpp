@@ -77,6 +77,13 @@ std::string_view displayName(TagField field) {
   return rowOf(field).displayName;
 }
 
+std::string nameInSentence(TagField field) {
+  if (field == TagField::bpm) return "BPM";
+  std::string name(cliName(field));
+  std::ranges::replace(name, '-', ' ');
+  return name;
+}
+
 std::optional<TagField> fieldFromRawValue(std::string_view raw) {
   for (const TagField field : allTagFields) {
     if (rawValue(field) == raw) return field;

@@ -53,6 +53,8 @@ std::string_view rawValue(TagField field);
 std::string_view cliName(TagField field);
 /// The label in listings: "Album Artist".
 std::string_view displayName(TagField field);
+/// The label within a sentence, such as "album artist".
+std::string nameInSentence(TagField field);
 
 /// The field of exactly that name, or none.
 std::optional<TagField> fieldFromRawValue(std::string_view raw);

@@ -102,6 +102,11 @@ MP3File MP3TagStore::open(const std::filesystem::path& path) const {
   }
 }
 
+void MP3TagStore::requireMP3(const std::filesystem::path& file) {
+  MP3File opened(file);
+  requireMP3Name(opened);
+}
+
 TagSet MP3TagStore::read(const std::filesystem::path& from) const {
   MP3File file = open(from);
   requireMP3Name(file);
@@ -134,9 +139,15 @@ TagStore::Source MP3TagStore::source(const std::filesystem::path& from, TagField
   tag->requireCarriable(acceptsUncarried ? TagFields() : fields);
   Source source{.tags = accepted(tag->tags(), acceptsUncarried ? TagFields() : fields),
                 .uncarried = tag->uncarried()};
-  if (reportsLosses && !tag->isLossless()) {
-    source.losses = TagLosses::ofReading(readTags(file), source.tags, fields);
+  if (!reportsLosses) return source;
+  OpenTag::SourceNotes notes = tag->sourceNotes(fields);
+  if (!tag->isLossless()) {
+    const FileTags held = readTags(file);
+    notes = {.losses = TagLosses::ofReading(held, source.tags, fields),
+             .beyondFields = TagLosses::beyondFields(held.tag)};
   }
+  source.losses = std::move(notes.losses);
+  source.beyondFields = std::move(notes.beyondFields);
   return source;
 }
 

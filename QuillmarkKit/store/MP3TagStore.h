@@ -29,6 +29,9 @@ class MP3TagStore : public TagStore {
   Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
                 bool acceptsUncarried) const final;
 
+  /// Throws what `read` throws about the file if it is missing or is not an MP3; reads no tag.
+  static void requireMP3(const std::filesystem::path& file);
+
   /// Whether a write gives the file its earlier modification date back.
   bool preservesModificationDate;
   /// Whether a file that is written stays as it was beside the new one, under its name followed by ".orig".

@@ -35,9 +35,12 @@ class TagStore {
     std::string losses = {};
     /// The values of fields that the store cannot write into other files.
     UncarriedValues uncarried = {};
+    /// What the tag contains that no field holds, as an enumeration for people; empty if nothing.
+    std::string beyondFields = {};
   };
-  /// Reads a source for `fields`; its losses only if `reportsLosses`. Throws if one of the fields holds
-  /// something that the store cannot write into other files, unless `acceptsUncarried`.
+  /// Reads a source for `fields`; finds out about `losses` and `beyondFields` only if `reportsLosses`. Throws
+  /// if one of the fields holds something that the store cannot write into other files, unless
+  /// `acceptsUncarried`.
   virtual Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
                         bool acceptsUncarried = false) const;
   /// Returns the tags in the form in which the store returns them after they are written. Throws if it cannot

@@ -43,6 +43,14 @@ class OpenTag {
   virtual void requireCarriable(TagFields fields) const = 0;
   /// Returns the values of fields that no tag set can hold, in words.
   virtual UncarriedValues uncarried() const { return {}; }
+  struct SourceNotes {
+    /// What of the fields is read otherwise than it was meant, or is not read.
+    std::string losses = {};
+    /// What the tag contains that no field holds.
+    std::string beyondFields = {};
+  };
+  /// Returns what there is to say about the tag as a source of the fields, if `isLossless`.
+  virtual SourceNotes sourceNotes(TagFields) const { return {}; }
   /// Returns whether a new tag keeps everything that no change asks for, and names the exceptions in its
   /// `losses`. Otherwise the caller has to compare the old tag with the new one to know what is lost.
   virtual bool isLossless() const = 0;

@@ -33,11 +33,18 @@ bool FileTags::hasUnreadable(TagFields fields) const {
       unreadable, [&](const ID3v2::UnreadablePart& part) { return isOf(fields, part.identifier); });
 }
 
-std::string FileTags::unreadableFor(TagFields fields) const {
+std::vector<std::string> FileTags::unreadablePartsFor(TagFields fields) const {
+  std::vector<std::string> parts;
   for (const ID3v2::UnreadablePart& part : unreadable) {
-    if (part.identifier.empty() || isOf(fields, part.identifier)) return part.what;
+    if (part.identifier.empty() || isOf(fields, part.identifier)) parts.push_back(part.what);
   }
-  return hasAPETag ? "its APE tag" : "";
+  if (hasAPETag) parts.emplace_back("its APE tag");
+  return parts;
+}
+
+std::string FileTags::unreadableFor(TagFields fields) const {
+  const std::vector<std::string> parts = unreadablePartsFor(fields);
+  return parts.empty() ? "" : parts.front();
 }
 
 FileTags readTags(MP3File& file) {

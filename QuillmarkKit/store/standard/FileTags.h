@@ -31,6 +31,8 @@ struct FileTags {
   /// What cannot be read though it may hold one of the fields, named for people; empty where there is
   /// nothing.
   std::string unreadableFor(TagFields fields) const;
+  /// Returns all such parts.
+  std::vector<std::string> unreadablePartsFor(TagFields fields) const;
 };
 
 /// Reads the tags. Reads the end of the file only if there is no tag at its start.

@@ -36,6 +36,11 @@ LosslessError LosslessError::cannotCarry(const std::filesystem::path& url, const
                        expecting(expected) + " Leave it out with --fields.");
 }
 
+LosslessError LosslessError::cannotCopyTag(const std::filesystem::path& url, const std::string& what) {
+  return LosslessError(platform::lastPathComponent(url) + ": --whole-tag needs an undamaged ID3v2 tag, but " +
+                       what + ".");
+}
+
 LosslessError LosslessError::cannotWrite(const std::string& what, std::string_view expected) {
   return LosslessError("--lossless cannot write the " + what + expecting(expected));
 }

@@ -20,6 +20,8 @@ class LosslessError : public std::exception {
   /// A value of a source that no field of another file can hold, and what the field takes.
   static LosslessError cannotCarry(const std::filesystem::path& url, const std::string& what,
                                    std::string_view expected);
+  /// A source whose tag, or a part of it, cannot be copied whole: `what` is a clause about it.
+  static LosslessError cannotCopyTag(const std::filesystem::path& url, const std::string& what);
   /// A value that was asked for and that no tag can hold.
   static LosslessError cannotWrite(const std::string& what, std::string_view expected);
 

@@ -42,7 +42,7 @@ platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, std::
   }
   const TagFields others = LosslessConversion::fieldsOf(readBack).differing(wanted);
   for (const TagField field : allTagFields) {
-    if (others.contains(field)) throw LosslessError::cannotKeep(url, "the " + TagDescriptions::nameOf(field));
+    if (others.contains(field)) throw LosslessError::cannotKeep(url, "the " + nameInSentence(field));
   }
   return bytes;
 }
@@ -79,7 +79,7 @@ void StandardTag::requireCarriable(TagFields fields) const {
     const auto value =
         fields.contains(field) ? LosslessConversion::uncarried(file_.tag, tags_, field) : std::nullopt;
     if (!value) continue;
-    throw LosslessError::cannotCarry(path_, TagDescriptions::nameOf(field) + " " + *value,
+    throw LosslessError::cannotCarry(path_, nameInSentence(field) + " " + *value,
                                      LosslessConversion::expectedValue(field));
   }
 }
@@ -92,14 +92,18 @@ UncarriedValues StandardTag::uncarried() const {
   return values;
 }
 
+OpenTag::SourceNotes StandardTag::sourceNotes(TagFields fields) const {
+  return {.losses = TagLosses::ofReading(file_, tags_, fields),
+          .beyondFields = TagLosses::beyondFields(file_.tag)};
+}
+
 /// Returns a sentence about values of these fields that no listing shows and that a write removes.
 std::string StandardTag::losses(TagFields uncarried) const {
   std::string sentence;
   for (const TagField field : allTagFields) {
     if (!uncarried.contains(field)) continue;
     sentence += sentence.empty() ? "drops its " : "; drops its ";
-    sentence +=
-        TagDescriptions::nameOf(field) + " " + *LosslessConversion::uncarried(file_.tag, tags_, field);
+    sentence += nameInSentence(field) + " " + *LosslessConversion::uncarried(file_.tag, tags_, field);
   }
   return sentence.empty() ? sentence : sentence + ".";
 }
@@ -134,7 +138,7 @@ TagSet acceptedTags(const TagSet& tags, TagFields fields) {
         [&](NumberMember number) { return held.*number == tags.*number; },
         [&] { return held.artwork.has_value() == tags.artwork.has_value(); });
     if (isKept || !fields.contains(field)) continue;
-    throw LosslessError::cannotWrite(TagDescriptions::nameOf(field) + " " + *tags.value(field),
+    throw LosslessError::cannotWrite(nameInSentence(field) + " " + *tags.value(field),
                                      LosslessConversion::expectedValue(field));
   }
   return held;

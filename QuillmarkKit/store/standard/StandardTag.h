@@ -18,6 +18,7 @@ class StandardTag : public OpenTag {
   bool holdsMoreThanValues(TagFields fields) const override;
   void requireCarriable(TagFields fields) const override;
   UncarriedValues uncarried() const override;
+  SourceNotes sourceNotes(TagFields fields) const override;
   bool isLossless() const override { return true; }
   /// Returns an empty tag if no frame would be left.
   NewTag changedBy(const TagChange& change) override;

@@ -82,16 +82,9 @@ std::string nameOf(std::string_view identifier) {
   const auto field = std::ranges::find(FieldFrames::identifiers, identifier);
   if (field == FieldFrames::identifiers.end()) return std::string(identifier);
   const std::string name =
-      nameOf(allTagFields[static_cast<std::size_t>(field - FieldFrames::identifiers.begin())]);
+      nameInSentence(allTagFields[static_cast<std::size_t>(field - FieldFrames::identifiers.begin())]);
   // A track's number and total stand in one frame.
   return name.substr(0, name.find(" number"));
-}
-
-std::string nameOf(TagField field) {
-  if (field == TagField::bpm) return "BPM";
-  std::string name(cliName(field));
-  std::ranges::replace(name, '-', ' ');
-  return name;
 }
 
 }  // namespace QuillmarkKit::TagDescriptions

@@ -21,7 +21,5 @@ std::string describe(const ID3v2::Picture& picture);
 
 /// What people call the frames of that identifier, such as "title" or, where it has no name, "TSOP".
 std::string nameOf(std::string_view identifier);
-/// The field's label within a sentence, such as "album artist".
-std::string nameOf(TagField field);
 
 }  // namespace QuillmarkKit::TagDescriptions

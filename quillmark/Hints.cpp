@@ -1,0 +1,170 @@
+#include "quillmark/Hints.h"
+
+#include <algorithm>
+#include <array>
+#include <numeric>
+#include <vector>
+
+#include "platform/FileManager.h"
+#include "platform/base/Strings.h"
+
+namespace quillmark {
+
+namespace {
+
+/// Other programs' words for our fields.
+constexpr auto otherWords = std::to_array<std::pair<std::string_view, std::string_view>>({
+    {"band", "album-artist"},
+    {"cd", "disc-number"},
+    {"cover", "artwork"},
+    {"date", "year"},
+    {"disc", "disc-number"},
+    {"disk", "disc-number"},
+    {"image", "artwork"},
+    {"label", "publisher"},
+    {"performer", "artist"},
+    {"picture", "artwork"},
+    {"track", "track-number"},
+});
+
+/// Returns how many bytes must be inserted, removed or replaced to turn one word into the other.
+std::size_t editDistance(std::string_view a, std::string_view b) {
+  // The distances from the part of `a` seen so far to each beginning of `b`.
+  std::vector<std::size_t> distances(b.size() + 1);
+  std::iota(distances.begin(), distances.end(), std::size_t{0});
+  for (const char character : a) {
+    std::size_t diagonal = distances[0]++;
+    for (std::size_t i = 0; i < b.size(); ++i) {
+      const std::size_t replaced = diagonal + (character == b[i] ? 0 : 1);
+      diagonal = distances[i + 1];
+      distances[i + 1] = std::min({replaced, distances[i] + 1, diagonal + 1});
+    }
+  }
+  return distances.back();
+}
+
+void addFieldNames(std::vector<std::string_view>& names) {
+  for (const QuillmarkKit::TagField field : QuillmarkKit::allTagFields) {
+    names.push_back(cliName(field));
+  }
+}
+
+std::vector<std::string_view> optionNames(const CommandOptions& command) {
+  std::vector<std::string_view> names;
+  for (const Option& option : command.options) names.push_back(option.name);
+  if (command.hasFieldOptions) addFieldNames(names);
+  return names;
+}
+
+std::string withoutHyphens(std::string_view name) {
+  std::string letters(name);
+  std::erase(letters, '-');
+  return letters;
+}
+
+bool startsWithIgnoringCase(std::string_view text, std::string_view beginning) {
+  return platform::Strings::equalIgnoringASCIICase(text.substr(0, beginning.size()), beginning);
+}
+
+}  // namespace
+
+std::optional<std::string_view> nearestName(std::string_view typed, std::span<const std::string_view> names) {
+  constexpr std::size_t shortestBeginning = 2;
+  constexpr std::size_t farthest = 2;
+  constexpr std::size_t longestName = 64;
+  if (typed.empty() || typed.size() > longestName) return std::nullopt;
+  const auto first = [&](auto isMeant) -> std::optional<std::string_view> {
+    const auto found = std::ranges::find_if(names, isMeant);
+    return found == names.end() ? std::nullopt : std::optional(*found);
+  };
+  const std::string letters = withoutHyphens(typed);
+  const auto isSame = [&](std::string_view word) {
+    return platform::Strings::equalIgnoringASCIICase(withoutHyphens(word), letters);
+  };
+  if (const auto name = first(isSame)) return name;
+  const auto* const known =
+      std::ranges::find_if(otherWords, [&](const auto& row) { return isSame(row.first); });
+  if (known != otherWords.end()) {
+    if (const auto name = first([&](std::string_view word) { return word == known->second; })) return name;
+  }
+  if (typed.size() >= shortestBeginning) {
+    if (const auto name = first([&](std::string_view word) { return startsWithIgnoringCase(word, typed); }))
+      return name;
+  }
+  const auto distanceTo = [&](std::string_view name) { return editDistance(typed, name); };
+  const auto nearest = std::ranges::min_element(names, {}, distanceTo);
+  if (nearest == names.end() || distanceTo(*nearest) > farthest) return std::nullopt;
+  return *nearest;
+}
+
+std::string fieldHint(std::string_view typed) {
+  std::vector<std::string_view> names;
+  addFieldNames(names);
+  const auto name = nearestName(typed, names);
+  return name ? "did you mean " + std::string(*name) + "?" : "";
+}
+
+std::string unknownOption(const CommandOptions& command, std::string_view name) {
+  return "--" + std::string(name) + " is no option of " + std::string(command.word);
+}
+
+std::string optionHint(const CommandOptions& command, std::string_view name) {
+  const std::size_t equals = std::min(name.find('='), name.size());
+  const std::string_view typed = name.substr(0, equals);
+  if (const auto value = optionValue(command, typed)) {
+    std::string hint = "; write --" + std::string(typed);
+    if (*value != OptionValue::none) hint.append(" ").append(name.substr(equals + 1));
+    return hint + ".";
+  }
+  const auto nearest = nearestName(typed, optionNames(command));
+  return nearest ? "; did you mean --" + std::string(*nearest) + "?" : ".";
+}
+
+std::string folderHint(const std::filesystem::path& file) {
+  if (!platform::FileManager::isFolder(file)) return "";
+  return "--recursive takes the MP3 files in and below a folder.";
+}
+
+std::string pictureHint(platform::ByteView bytes) {
+  struct Signature {
+    std::size_t offset;
+    std::string_view text;
+    std::string_view format;
+  };
+  static constexpr std::array signatures = std::to_array<Signature>({
+      {0, "GIF8", "GIF"},
+      {0, "BM", "BMP"},
+      {8, "WEBP", "WebP"},
+      {8, "avif", "AVIF"},
+      {8, "heic", "HEIC"},
+      {0, {"II*\0", 4}, "TIFF"},
+      {0, {"MM\0*", 4}, "TIFF"},
+      {0, "\xFF\x0A", "JPEG XL"},
+      {4, "JXL ", "JPEG XL"},
+      {0, "<svg", "SVG"},
+      {0, "%PDF", "PDF"},
+  });
+  const std::string_view characters = platform::charactersOf(bytes);
+  for (const auto& [offset, text, format] : signatures) {
+    if (characters.size() >= offset && characters.substr(offset).starts_with(text))
+      return "is in the format " + std::string(format) + "; convert it to JPEG or PNG.";
+  }
+  return characters.empty() ? "is empty." : "is neither a JPEG nor a PNG picture.";
+}
+
+std::string numberHint(QuillmarkKit::TagField field, std::string_view value) {
+  using QuillmarkKit::TagField;
+  const std::size_t slash = value.find('/');
+  if (slash == std::string_view::npos || (field != TagField::trackNumber && field != TagField::discNumber))
+    return "";
+  const TagField total = field == TagField::trackNumber ? TagField::trackTotal : TagField::discTotal;
+  std::string hint = "write";
+  const auto add = [&](TagField part, std::string_view number) {
+    hint.append(" --").append(cliName(part)).append(" ").append(number);
+  };
+  add(field, value.substr(0, slash));
+  add(total, value.substr(slash + 1));
+  return hint + ".";
+}
+
+}  // namespace quillmark

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "platform/base/Bytes.h"
+#include "quillmark/Options.h"
+
+// Guesses what was meant by words that the program does not know.
+namespace quillmark {
+
+/// Returns the name that `typed` was probably meant to be: the same but for case and hyphens, the one that
+/// other programs call so, one that starts with it, or one that differs in at most two letters. The order of
+/// `names` decides between equal candidates.
+std::optional<std::string_view> nearestName(std::string_view typed, std::span<const std::string_view> names);
+
+/// Returns a sentence such as "did you mean artwork?" if the word resembles a field's name, else nothing.
+std::string fieldHint(std::string_view typed);
+
+/// Returns a clause about a word that starts with two hyphens and is not an option of the command, without a
+/// full stop. `name` is the word without its hyphens.
+std::string unknownOption(const CommandOptions& command, std::string_view name);
+/// Returns the end of a sentence about such a word: what was probably meant, or a full stop.
+std::string optionHint(const CommandOptions& command, std::string_view name);
+
+/// Returns a sentence about a location that is a folder, where a file is expected; nothing for another one.
+std::string folderHint(const std::filesystem::path& file);
+
+/// Returns the end of a sentence about a file that is neither JPEG nor PNG: its format, if it is a known one.
+std::string pictureHint(platform::ByteView bytes);
+
+/// Returns how a number field's value such as "3/12" is to be written; nothing for another value.
+std::string numberHint(QuillmarkKit::TagField field, std::string_view value);
+
+}  // namespace quillmark
