@@ -1,6 +1,6 @@
-# bash completion for quillmark. Stands alone: needs the functions of no other package.
+# bash completion for quillmark. Needs no functions of other packages.
 
-# Offers those of the words that start as the word in hand does.
+# Offers those of the words that start with the current word.
 _quillmark_words() {
     mapfile -t COMPREPLY < <(compgen -W "$*" -- "$cur")
 }
@@ -8,7 +8,7 @@ _quillmark_words() {
 # Offers files with one of these extensions, in any case, and the folders on the way to them.
 _quillmark_files() {
     local file word=$cur
-    # The word stands here as it is typed, with its backslashes or an open quote.
+    # The word is as typed, with its backslashes or an open quote.
     [[ $word != [\"\']* ]] && word=${word//\\/} || word=${word:1}
     compopt -o filenames
     while IFS= read -r file; do
@@ -16,7 +16,7 @@ _quillmark_files() {
     done < <(compgen -f -- "$word")
 }
 
-# Offers the fields that the list in hand does not name yet.
+# Offers the fields that the current list does not name yet.
 _quillmark_fields() {
     local field named=
     [[ $cur != *,* ]] || named=${cur%,*},
@@ -28,33 +28,49 @@ _quillmark_fields() {
 
 _quillmark() {
     local cur=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]}
-    local fields=(album album-artist artist artwork bpm comment composer conductor copyright disc-number disc-total
+    # generated: options (scripts/options)
+    local fields=(
+        album album-artist artist artwork bpm comment composer conductor copyright disc-number disc-total
         encoded-by file-owner genre grouping initial-key lyricist lyrics publisher subtitle title track-number
-        track-total year)
-    local writing=(--dry-run --diff --backup --paths --files0-from --lossless --notes --help)
+        track-total year
+    )
+    local -A options_of=(
+        [read]='
+            --json --no-artwork --keep-going --recursive --files0-from --lossless --notes --strict --help
+        '
+        [copy]='
+            --lossless --notes --strict --help --no-desktop
+        '
+        [paste]='
+            --recursive --files0-from --lossless --notes --strict --help --all --fields --dry-run --diff
+            --backup --paths --quiet
+        '
+        [apply]='
+            --recursive --files0-from --lossless --notes --strict --help --all --fields --dry-run --diff
+            --backup --paths --quiet --from --whole-tag
+        '
+        [set]='
+            --recursive --files0-from --lossless --notes --strict --help --dry-run --diff --backup --paths
+            --quiet --clear
+        '
+    )
+    local -A suffixes_of=([--files0-from]='*' [--from]='mp3' [--artwork]='jpg|jpeg|png')
+    local lists='--fields|--clear'
+    # end of options
     local options
     COMPREPLY=()
     if [[ $COMP_CWORD -eq 1 ]]; then
         _quillmark_words read copy paste apply set fields help
         return
     fi
-    case ${COMP_WORDS[1]} in
-        read) options=(--json --no-artwork --keep-going --files0-from --lossless --notes --help) ;;
-        copy) options=(--no-desktop --lossless --notes --help) ;;
-        paste) options=(--all --fields "${writing[@]}") ;;
-        apply) options=(--from --all --fields "${writing[@]}") ;;
-        set) options=("${fields[@]/#/--}" --clear "${writing[@]}") ;;
-        *) return ;;
-    esac
-    # Behind the name of an option, its value.
+    read -ra options -d '' <<<"${options_of[${COMP_WORDS[1]}]-}"
+    [[ ${#options[@]} -gt 0 ]] || return
+    [[ ${COMP_WORDS[1]} != set ]] || options+=("${fields[@]/#/--}")
+    # After the name of an option, its value.
     if [[ " ${options[*]} " == *" $previous "* ]]; then
-        case $previous in
-            --fields | --clear) _quillmark_fields "${fields[@]}"; return ;;
-            --from) _quillmark_files mp3; return ;;
-            --files0-from) _quillmark_files '*'; return ;;
-            --artwork) _quillmark_files 'jpg|jpeg|png'; return ;;
-            *) [[ " ${fields[*]/#/--} " != *" $previous "* ]] || return ;;
-        esac
+        if [[ "|$lists|" == *"|$previous|"* ]]; then _quillmark_fields "${fields[@]}"; return; fi
+        if [[ ${suffixes_of[$previous]-} ]]; then _quillmark_files "${suffixes_of[$previous]}"; return; fi
+        [[ " ${fields[*]/#/--} " != *" $previous "* ]] || return
     fi
     if [[ $cur == -* ]]; then _quillmark_words "${options[@]}"; else _quillmark_files mp3; fi
 }

@@ -9,10 +9,11 @@
 
 #include "QuillmarkKit/model/TagField.h"
 
-// What each command understands: one table for reading its words, its help, and what is said of other words.
+// The options of each command, in one table for the parser, the help texts and the hints. scripts/options
+// makes the lists in the manual, the completions and the README from the help texts.
 namespace quillmark {
 
-/// What stands behind an option's name.
+/// The kind of value that follows an option's name.
 enum class OptionValue : std::uint8_t { none, text, file, fieldList };
 
 struct Option {
@@ -25,44 +26,44 @@ struct Option {
 
 namespace options {
 
-inline constexpr Option all{"all", OptionValue::none, "write every field, not the album identity alone"};
+inline constexpr Option all{"all", OptionValue::none, "write every field, not only the album identity"};
 inline constexpr Option backup{"backup", OptionValue::none, "keep each file as it was beside the new one"};
 inline constexpr Option clear{"clear", OptionValue::fieldList, "remove these fields"};
-inline constexpr Option diff{"diff", OptionValue::none, "tell what changes in each file, field by field"};
+inline constexpr Option diff{"diff", OptionValue::none, "show what changes in each file, field by field"};
 inline constexpr Option dryRun{"dry-run", OptionValue::none, "say what would happen and write nothing"};
 inline constexpr Option fields{"fields", OptionValue::fieldList, "write these fields and no others"};
 inline constexpr Option files0From{"files0-from", OptionValue::file,
-                                   "further files, each name ended by a NUL; - is standard input"};
+                                   "take further files from a list, names ended by NUL"};
 inline constexpr Option from{"from", OptionValue::file, "the MP3 whose tags are written"};
 inline constexpr Option help{"help", OptionValue::none, "print this text"};
-inline constexpr Option keepGoing{"keep-going", OptionValue::none, "leave out files that cannot be read"};
+inline constexpr Option keepGoing{"keep-going", OptionValue::none,
+                                  "report files that cannot be read, and go on"};
 inline constexpr Option noArtwork{"no-artwork", OptionValue::none,
-                                  "with --json, pictures by their size alone"};
+                                  "with --json, print only the size of each picture"};
 inline constexpr Option json{"json", OptionValue::none, "print one JSON object, a member for each file"};
-inline constexpr Option lossless{"lossless", OptionValue::none,
-                                 "keep all that other programs wrote, and read it as they meant it"};
+inline constexpr Option lossless{"lossless", OptionValue::none, "keep everything that other programs wrote"};
 inline constexpr Option noDesktop{"no-desktop", OptionValue::none, "leave the desktop's clipboard alone"};
-inline constexpr Option notes{"notes", OptionValue::none, "print notes also where no terminal shows them"};
+inline constexpr Option notes{"notes", OptionValue::none, "print notes even if there is no terminal"};
 inline constexpr Option quiet{"quiet", OptionValue::none, "print no lines for unchanged files"};
 inline constexpr Option recursive{"recursive", OptionValue::none,
                                   "for a folder, take the MP3 files in and below it"};
 inline constexpr Option strict{"strict", OptionValue::none,
-                               "check all words and files first; begin only if all are right"};
+                               "check the words and all files before the first write"};
 inline constexpr Option wholeTag{"whole-tag", OptionValue::none, "copy the whole tag, frame for frame"};
 inline constexpr Option paths{"paths", OptionValue::none, "name files in the report as they were given"};
 
 }  // namespace options
 
-/// A command's words: what it does, what it is given, its options and one example.
+/// A command as its help text describes it.
 struct CommandOptions {
   std::string_view word;
   std::string_view purpose;
-  /// What must be given, as the usage text writes it.
+  /// The operands, as the usage text writes them.
   std::string_view operands;
   std::span<const Option> options;
-  /// Whether each field's names are options too, which take the field's value.
+  /// Whether the names of the fields are options too, which take the field's value.
   bool hasFieldOptions;
-  /// The words of the example behind the command.
+  /// The words of an example after the command.
   std::string_view example;
 };
 
@@ -92,22 +93,23 @@ inline constexpr auto commandTable = std::to_array<CommandOptions>({
      R"(--artist "Väskelund" --year 1977 --clear comment *.mp3)"},
 });
 
-/// The command's row; nothing for a word that names none with options.
+/// Returns whether the word names a command with options.
 constexpr bool hasOptions(std::string_view word) {
   return std::ranges::count(commandTable, word, &CommandOptions::word) == 1;
 }
 
+/// Returns the command's row, or nullptr for another word.
 constexpr const CommandOptions* commandOptions(std::string_view word) {
   const auto* const row = std::ranges::find(commandTable, word, &CommandOptions::word);
   return row == commandTable.end() ? nullptr : row;
 }
 
-/// What `set` is given for the field.
+/// Returns the kind of value that `set` takes for the field.
 inline OptionValue optionValue(QuillmarkKit::TagField field) {
   return field == QuillmarkKit::TagField::artwork ? OptionValue::file : OptionValue::text;
 }
 
-/// What stands behind the option of this name; nothing for a name that the command does not have.
+/// Returns the kind of value of the option with this name, or nothing if the command does not have it.
 std::optional<OptionValue> optionValue(const CommandOptions& command, std::string_view name);
 
 }  // namespace quillmark

@@ -51,6 +51,19 @@ std::string_view placeholder(OptionValue value) {
   return "";
 }
 
+/// Returns the names of all fields, in indented lines.
+std::string fieldNames() {
+  constexpr std::size_t columns = 80;
+  std::string text;
+  std::string line = " ";
+  for (const QuillmarkKit::TagField field : QuillmarkKit::allTagFields) {
+    const std::string_view name = cliName(field);
+    if (line.size() + 1 + name.size() > columns) text += std::exchange(line, " ") + "\n";
+    line.append(" ").append(name);
+  }
+  return text + line + "\n";
+}
+
 }  // namespace
 
 std::string usageText() {
@@ -89,6 +102,7 @@ std::string helpText(const CommandOptions& command) {
     option.resize(width, ' ');
     text.append("  ").append(option).append("  ").append(help).append("\n");
   }
+  if (command.hasFieldOptions) text += "\nFIELDS\n" + fieldNames();
   return text + "\nEXAMPLE\n  " + call + " " + std::string(command.example) + "\n";
 }
 

@@ -42,6 +42,7 @@ inline Finished quillmark(const std::vector<std::string>& arguments, const std::
     argv.push_back(nullptr);
     ::unsetenv("WAYLAND_DISPLAY");
     ::unsetenv("DISPLAY");
+    ::unsetenv("QUILLMARK_OPTIONS");
     for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
     const bool ready = ::chdir(folder.c_str()) == 0 && ::setenv("HOME", folder.c_str(), 1) == 0 &&
                        ::freopen(output.c_str(), "w", stdout) != nullptr &&

@@ -79,7 +79,9 @@ def main():
     options = {}
     for command in commands:
         if command != "fields":
-            options[command] = re.findall(r"^  (--[a-z]\S*)", printed(program, command, "--help"), re.MULTILINE)
+            text = printed(program, command, "--help")
+            check(f"help on {command}: long lines", [line for line in text.split("\n") if len(line) > 80], [])
+            options[command] = re.findall(r"^  (--[a-z]\S*)", text, re.MULTILINE)
     options["set"] += [f"--{field}" for field in fields]
 
     manual = (ROOT / "man/quillmark.1").read_text()
@@ -96,6 +98,8 @@ def main():
         existing |= own
     check("manual: descriptions of options", described, existing)
     check("manual: fields", re.findall(r"^\.It Cm (\S+)(?: No \*)?$", manual, re.MULTILINE)[-len(fields):], fields)
+    check("lists made by scripts/options", subprocess.run([ROOT / "scripts/options", "--check", program], stderr=subprocess.PIPE,
+                                                          text=True).stderr, "")
     check("manual: lint", subprocess.run(["mandoc", "-T", "lint", ROOT / "man/quillmark.1"], stdout=subprocess.PIPE, text=True).stdout, "")
 
     with tempfile.TemporaryDirectory() as scratch:

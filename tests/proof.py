@@ -12,8 +12,8 @@ DATE = 981173106_123456789  # every digit of the nanoseconds tells whether it ca
 SOURCE = "01 Kyrie.mp3"
 # Leak checking does not work under ptrace, and a small limit on files must not stop the sanitizers.
 ENVIRONMENT = {**os.environ, "ASAN_OPTIONS": "detect_leaks=0"}
-for display in ("WAYLAND_DISPLAY", "DISPLAY"):  # the desktop of whoever runs this is left alone
-    ENVIRONMENT.pop(display, None)
+for variable in ("WAYLAND_DISPLAY", "DISPLAY", "QUILLMARK_OPTIONS"):  # the user's desktop and settings do not count
+    ENVIRONMENT.pop(variable, None)
 LEFT_OVER = ".quillmark-"
 
 failures = 0

@@ -22,6 +22,8 @@ from proof import ENVIRONMENT, check
 EVIL = "\x1b]52;c;aGk=\x07\n\u202e\x85\x7f"
 SHOWN = r"\x1b]52;c;aGk=\x07\x0a\u202e\u0085\x7f"
 COLUMNS = 30
+FURTHER_HELP = ("quillmark: note: 'quillmark COMMAND --help' lists all options of a command; 'man quillmark' explains them.\n"
+                "quillmark: note: --lossless keeps everything that other programs wrote into a tag.\n")
 
 
 def terminal():
@@ -70,7 +72,7 @@ def check_safety(program, folder, sample):
             (["read", "no" + name], "stderr", missing),
             (["set", "--title", "x", "no" + name], "stderr",
              missing.replace("no", f"failed    no{shown}: no", 1)),
-            (["x" + EVIL], "stderr", f"quillmark: Unknown command 'x{SHOWN}'.\n\n"),
+            (["x" + EVIL], "stderr", f"quillmark: Unknown command 'x{SHOWN}'.\n\n" + FURTHER_HELP),
             (["copy", "--x" + EVIL], "stderr", f"quillmark: note: --x{SHOWN} is no option of copy and is ignored.\n"
                                                "quillmark: No files given.\n")):
         check(words, seen(program, words, folder, stream), expected)

@@ -49,9 +49,11 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
   const std::string copyHelp =
       "quillmark copy — put one file's tags on the clipboard.\n\nUSAGE\n  quillmark copy [<options...>] "
       "<file>\n"
-      "\nOPTIONS\n  --no-desktop  leave the desktop's clipboard alone\n  --lossless    keep all that other "
-      "programs wrote, and read it as they meant it\n  --notes       print notes also "
-      "where no terminal shows them\n  --help        print this text\n"
+      "\nOPTIONS\n  --no-desktop  leave the desktop's clipboard alone\n"
+      "  --lossless    keep everything that other programs wrote\n"
+      "  --notes       print notes even if there is no terminal\n"
+      "  --strict      check the words and all files before the first write\n"
+      "  --help        print this text\n"
       "\nEXAMPLE\n  quillmark copy \"01 Kyrie.mp3\"\n";
   const std::string noFiles = "quillmark: No files given.\n";
   for (const Row& row : std::vector<Row>{
