@@ -1,5 +1,10 @@
-#include <array>
+#include <algorithm>
+#include <cstdint>
+#include <map>
 #include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "platform/base/JSON.h"
 #include "platform/base/Strings.h"
@@ -10,37 +15,64 @@ namespace {
 
 constexpr std::size_t greatestDepth = 512;
 
-/// What should have stood where the parser failed, by what it says it was parsing there.
-std::string_view expectedWhere(std::string_view error) {
-  using Row = std::pair<std::string_view, std::string_view>;
-  static constexpr std::array rows = std::to_array<Row>({
-      {"expected end of input", "the end"},
-      {"while parsing value -", "a value"},
-      {"while parsing object key -", "a name in quotes"},
-      {"while parsing object separator -", "a colon"},
-      {"while parsing object -", "a comma or a closing brace"},
-      {"while parsing array -", "a comma or a closing bracket"},
-  });
-  for (const auto& [words, expected] : rows) {
-    if (error.find(words) != std::string_view::npos) return expected;
+/// Takes the value of a floating-point number from the parser. It is always 0, because the parser would
+/// refuse a document with a number beyond the range of a double; the builder uses the text of the number.
+class UncheckedNumber {
+ public:
+  UncheckedNumber(double value = 0) : value_(value) {}
+  operator double&() { return value_; }
+  operator double() const { return 0; }
+
+ private:
+  double value_;
+};
+
+using Parser = nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t, std::uint64_t,
+                                    UncheckedNumber>;
+
+/// Returns the end of the token that starts at `start`.
+std::size_t tokenEnd(std::string_view document, std::size_t start) {
+  std::size_t end = start + 1;
+  if (document[start] == '"') {
+    while (end < document.size() && document[end] != '"') end += document[end] == '\\' ? 2 : 1;
+    ++end;
+  } else if (std::string_view(",:[]{}").find(document[start]) == std::string_view::npos) {
+    end = document.find_first_of(" \t\r\n\",:[]{}", end);
   }
-  return "something else";
+  return std::min(end, document.size());
+}
+
+/// Returns the first character of the token before the one that contains the byte before `end`, or a zero
+/// byte if there is none.
+char tokenBefore(std::string_view document, std::size_t end) {
+  char before = '\0';
+  for (std::size_t at = 0;;) {
+    at = document.find_first_not_of(" \t\r\n", at);
+    if (at == std::string_view::npos) return before;
+    const std::size_t next = tokenEnd(document, at);
+    if (next >= end) return before;
+    before = document[at];
+    at = next;
+  }
 }
 
 /// Builds a Value from the events of the parser, with a stack of its own: no recursion over the document.
 class ValueBuilder {
  public:
+  explicit ValueBuilder(std::string_view document) : document_(document) {}
+
   Value take() { return std::move(root_); }
 
   bool null() { return add(Value()); }
   bool boolean(bool value) { return add(Value(value)); }
   bool number_integer(std::int64_t value) { return add(Value(value)); }
   bool number_unsigned(std::uint64_t value) { return add(Value(Number{std::to_string(value)})); }
-  bool number_float(double, const std::string& text) { return add(Value(Number{text})); }
+  bool number_float(UncheckedNumber, const std::string& text) { return add(Value(Number{text})); }
   bool string(std::string& value) { return add(Value(std::move(value))); }
   bool binary(std::vector<std::uint8_t>&) { return false; }
   bool key(std::string& name) {
     names_.back() = std::move(name);
+    last_ = Event::key;
     return true;
   }
   bool start_object(std::size_t) { return open(Value(Object())); }
@@ -48,23 +80,38 @@ class ValueBuilder {
   bool end_object() { return close(); }
   bool end_array() { return close(); }
 
-  bool parse_error(std::size_t, const std::string&, const nlohmann::detail::exception& error) {
-    // "[json.exception.parse_error.101] parse error at line 1, column 9: syntax error while parsing value -
-    // ...".
-    const std::string_view text = error.what();
-    const std::size_t place = text.find("at line");
-    if (place == std::string_view::npos) throw DecodingError("a number in it is out of range");
-    throw DecodingError("not valid JSON: " + std::string(expectedWhere(text)) + " was expected " +
-                        std::string(text.substr(place, text.find(':', place) - place)));
+  /// `end` is the position after the byte at which the parser failed, beyond the document if more was
+  /// expected.
+  bool parse_error(std::size_t end, const std::string&, const nlohmann::detail::exception&) {
+    if (end > document_.size()) throw DecodingError("not valid JSON: it ends too early");
+    const std::string_view read = document_.substr(0, end);
+    const std::size_t lineStart = read.rfind('\n') + 1;
+    throw DecodingError("not valid JSON: " + std::string(expectedBefore(end)) + " was expected at line " +
+                        std::to_string(1 + std::ranges::count(read, '\n')) + ", column " +
+                        std::to_string(end - lineStart));
   }
 
  private:
+  enum class Event : std::uint8_t { opened, key, value };
+
+  /// Returns what could have been in the place of the token that the parser failed at.
+  std::string_view expectedBefore(std::size_t end) const {
+    if (open_.empty()) return last_ == Event::value ? "the end" : "a value";
+    const char before = tokenBefore(document_, end);
+    if (last_ == Event::key) return before == ':' ? "a value" : "a colon";
+    const bool isObject = open_.back().object() != nullptr;
+    if (last_ == Event::value && before != ',')
+      return isObject ? "a comma or a closing brace" : "a comma or a closing bracket";
+    return isObject ? "a name in quotes" : "a value";
+  }
+
   bool open(Value container) {
     if (open_.size() == greatestDepth) {
       throw DecodingError("values nested more than " + std::to_string(greatestDepth) + " deep");
     }
     open_.push_back(std::move(container));
     names_.emplace_back();
+    last_ = Event::opened;
     return true;
   }
 
@@ -76,6 +123,7 @@ class ValueBuilder {
   }
 
   bool add(Value value) {
+    last_ = Event::value;
     if (open_.empty()) {
       root_ = std::move(value);
     } else if (Object* object = open_.back().object()) {
@@ -86,6 +134,8 @@ class ValueBuilder {
     return true;
   }
 
+  std::string_view document_;
+  Event last_ = Event::opened;
   Value root_;
   std::vector<Value> open_;
   /// For each open container the name of the member that is being read.
@@ -98,8 +148,8 @@ Value parse(std::string_view document) {
   // The parser takes a zero byte for the end of the document, whatever follows it.
   if (document.find('\0') != std::string_view::npos)
     throw DecodingError("not valid JSON: it holds a zero byte");
-  ValueBuilder builder;
-  nlohmann::json::sax_parse(document.begin(), document.end(), &builder);
+  ValueBuilder builder(document);
+  Parser::sax_parse(document.begin(), document.end(), &builder);
   return builder.take();
 }
 

@@ -27,6 +27,7 @@ TEST(JSON, TellsWhichNumbersAreIntegers) {
                                                                       {"-9.223372036854775808E18", INT64_MIN},
                                                                       {"1977.5", {}},
                                                                       {"1e-400", {}},
+                                                                      {"1e999", {}},
                                                                       {"9223372036854775808", {}},
                                                                       {"-9223372036854775809", {}}};
   for (const auto& [document, integer] : rows) {
@@ -42,6 +43,33 @@ TEST(JSON, RefusesWhatIsNoneOrTooDeep) {
   const auto nested = [](std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
   EXPECT_FALSE(isRefused(nested(512)));
   EXPECT_TRUE(isRefused(nested(513)));
+}
+
+TEST(JSON, SaysWhatWasExpected) {
+  for (const auto& [document, error] : std::vector<std::pair<std::string, std::string>>{
+           {"", "it ends too early"},
+           {R"({"a":1)", "it ends too early"},
+           {R"(["a)", "it ends too early"},
+           {"[-", "it ends too early"},
+           {"x", "a value was expected at line 1, column 1"},
+           {"[1,]", "a value was expected at line 1, column 4"},
+           {"[\"\xFF\"", "a value was expected at line 1, column 3"},
+           {"{\"a\" :\n\n }", "a value was expected at line 3, column 2"},
+           {R"({"a\",:" 1})", "a colon was expected at line 1, column 10"},
+           {R"({"a" "b"})", "a colon was expected at line 1, column 8"},
+           {"{1}", "a name in quotes was expected at line 1, column 2"},
+           {R"({"a":{"b":[]},})", "a name in quotes was expected at line 1, column 15"},
+           {R"({"a":",\"" "b"})", "a comma or a closing brace was expected at line 1, column 14"},
+           {"[1\r\n\t2]", "a comma or a closing bracket was expected at line 2, column 2"},
+           {R"([{"a":1},[0]:])", "a comma or a closing bracket was expected at line 1, column 13"},
+           {"{} 1", "the end was expected at line 1, column 4"}}) {
+    try {
+      JSON::parse(document);
+      ADD_FAILURE() << document;
+    } catch (const JSON::DecodingError& thrown) {
+      EXPECT_EQ(thrown.what(), "not valid JSON: " + error) << document;
+    }
+  }
 }
 
 TEST(JSON, PrintsStringsThatAreReadBack) {

@@ -67,13 +67,16 @@ TEST_F(ClipboardCommandsTest, CheckInOrder) {
 TEST_F(ClipboardCommandsTest, ReadDocumentsOfOthers) {
   const std::string unreadable = "quillmark: The tags on the clipboard cannot be read: ";
   for (const auto& [document, error] : std::vector<std::pair<std::string, std::string>>{
-           {R"({"version":1,"tags":{"year":1977.0,"mood":[{}]},"extra":null})", ""},
+           {R"({"version":1,"tags":{"year":1977.0,"mood":[{}]},"extra":[-1e999]})", ""},
            {R"({"tags":{"year":3,"year":1.977e3,"title":null},"version":-1})", ""},
            {R"({"version":2,"tags":{}})",
             "quillmark: These tags were copied by a newer version of Quillmark (format 2).\n"},
            {R"({"version":99999999999999999999,"tags":{}})",
             unreadable +
                 "\"version\" should be a whole number of at most 64 bits but is 99999999999999999999.\n"},
+           {R"({"version":1,"tags":{"year":1e999}})",
+            unreadable + "\"tags.year\" should be a whole number of at most 64 bits but is 1e999.\n"},
+           {R"({"version":1)", unreadable + "not valid JSON: it ends too early.\n"},
            {R"({"tags":{}})", unreadable + "\"document\" has no member \"version\".\n"},
            {R"({"version":1,"tags":null})", unreadable + "\"tags\" should be an object but is null.\n"},
            {R"({"version":1,"tags":{"year":"1977"}})",
