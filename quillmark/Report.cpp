@@ -79,11 +79,16 @@ void Report::noteRemovedFields() {
                      " alone.");
 }
 
-int Report::finish() {
+int Report::finish(std::size_t notReached) {
   console_.flush();
   noteRemovedFields();
   console_.write((options_.dryRun ? "\nwould change " : "\nchanged ") + std::to_string(changed_) +
                  ", unchanged " + std::to_string(unchanged_) + ", failed " + std::to_string(failed_) + "\n");
+  if (notReached > 0) {
+    console_.flush();
+    console_.printError(std::to_string(notReached) +
+                        (notReached == 1 ? " file was not reached." : " files were not reached."));
+  }
   return failed_ > 0 || !isSynchronised_ ? 2 : 0;
 }
 

@@ -25,8 +25,8 @@ class Report {
   /// changed, but the exit status is that of a failure.
   void synchronise(platform::ReplacementRun& run);
   /// Writes the summary and returns the exit status: 2 if a file failed or may not have reached the disk,
-  /// else 0.
-  int finish();
+  /// else 0. `notReached` is the number of files that an interruption has left out.
+  int finish(std::size_t notReached);
 
  private:
   void noteRemovedFields();

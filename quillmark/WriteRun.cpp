@@ -14,15 +14,15 @@ int writeInto(const WriteRun& run, Console& console) {
   platform::ReplacementRun replacements;
   Report report(run.options, notesRemovals ? run.source : "", console);
   Progress progress(run.files.size(), console);
-  for (std::size_t i = 0; i < run.files.size(); ++i) {
-    if (platform::Signals::interruption() != 0) break;
-    const std::filesystem::path file = run.files.location(i);
+  std::size_t reached = 0;
+  for (; reached < run.files.size() && platform::Signals::interruption() == 0; ++reached) {
+    const std::filesystem::path file = run.files.location(reached);
     progress.next(file);
     report.add(applier.applyToOne(run.tags, file, run.selection, run.options.dryRun, replacements),
-               run.files.name(i));
+               run.files.name(reached));
   }
   report.synchronise(replacements);
-  return report.finish();
+  return report.finish(run.files.size() - reached);
 }
 
 }  // namespace quillmark

@@ -23,8 +23,8 @@ struct WriteRun {
   std::string source = {};
 };
 
-/// Applies the fields to one file after another, reports each, and returns the exit status. Stops after the
-/// current file when an interruption is noted.
+/// Applies the fields to one file after another, reports each, and returns the exit status. After an
+/// interruption, completes the current file and reports how many files were not reached.
 int writeInto(const WriteRun& run, Console& console);
 
 }  // namespace quillmark

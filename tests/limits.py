@@ -140,8 +140,10 @@ class Run:
         output, errors = (stream.decode() for stream in process.communicate())
         count = self.check_files(what)
         report = Album.report("".join(f"updated   {name}\n" for name in self.names[:count]), count, 0)
-        # A signal that comes before the first file ends the program before there is anything to report.
-        check(f"{what}: report", (output, errors) in [(report, ""), ("", "")][:2 if count == 0 else 1], True)
+        left = self.COUNT - count
+        told = f"quillmark: {left} file{' was' if left == 1 else 's were'} not reached.\n" if left else ""
+        # A signal that comes before the first file can end the program before there is anything to report.
+        check(f"{what}: report", (output, errors) in [(report, told), ("", "")][:2 if count == 0 else 1], True)
         check(f"{what}: status {process.returncode}", process.returncode in statuses, True)
         return count
 
