@@ -13,6 +13,7 @@ namespace ID3v2 {
 inline constexpr std::uint16_t compressionFlag = 0x80;
 inline constexpr std::uint16_t encryptionFlag = 0x40;
 inline constexpr std::uint16_t groupingFlag = 0x20;
+inline constexpr std::uint16_t formFlags = compressionFlag | encryptionFlag | groupingFlag;
 
 /// What a frame's flags say of its form, and the parts of what follows its header.
 struct FrameForm {

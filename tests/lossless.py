@@ -5,6 +5,7 @@ tells what is lost: nothing with --lossless, and nothing untold without.
 Usage: lossless.py PROGRAM SAMPLES_FOLDER
 """
 import hashlib
+import json
 import os
 import pathlib
 import re
@@ -16,7 +17,8 @@ import time
 import zlib
 
 from mutagen.id3 import (APIC, CHAP, COMM, CTOC, GEOB, ID3, POPM, PRIV, TCON, TDRC, TIPL, TIT2, TMCL, TMOO, TPE1, TRCK,
-                         TSOP, TXXX, UFID, USLT, WOAR, WXXX, Frames, ID3NoHeaderError)
+                         TSOP, TXXX, UFID, USLT, WOAR, WXXX, Frames, ID3NoHeaderError, PictureType)
+from mutagen._constants import GENRES
 
 import proof
 from proof import audio_of, check, run
@@ -62,7 +64,8 @@ def text(value, encoding=0):
 
 
 PICTURE = b"\0image/jpeg\0\3\0" + JPEG
-FULL_COMMENTS = (f3("COMM", b"\0engiTunNORM\0 00000A"), f3("COMM", b"\0engsource\0CD"), f3("COMM", b"\0deu\0Ein Satz"))
+FULL_COMMENTS = (f3("COMM", b"\0engiTunNORM\0 00000A"), f3("COMM", b"\0engsource\0CD"), f3("COMM", b"\0deu\0Ein Satz"),
+                 f3("COMM", b"\0engSongs-DB_Custom1\0a"), f3("COMM", b"\0deuID3v1 Comment\0b"))
 
 # Each is a whole tag; what is odd about it is its name.
 HAND_MADE = {
@@ -78,6 +81,11 @@ HAND_MADE = {
     "v2.4 flags": tag(4, f4("TCOM", text("C"), 0x7000), f4("TENC", b"G" + text("E"), 0x0040),
                       f4("TXXX", size4(5) + zlib.compress(b"\0k\0v!"), 0x0009), f4("TMOO", text("\xff").replace(b"\xff", b"\xff\0"), 0x0002),
                       f4("TALB", size4(3) + text("Al"), 0x0001), f4("TPE2", b""), f4("TCMP", text("\xff")), flags=0x20),
+    "v2.4 flags of carried frames": tag(4, f4("PRIV", b"\x81\xff\0?", 0x0004), f4("UFID", b"Go\0u", 0x0040), f4("GEOB", b"\0\0\0\0G")),
+    "v2.4 line break, no mark": tag(4, f4("TIT2", text("Kyrie\r\n", 2)), f4("TALB", text("x\r\n", 2))),
+    "v2.3 unknown languages": tag(3, f3("COMM", b"\0XXX\0a"), f3("USLT", b"\0\0\0\0\0b")),
+    "v2.3 comment in capitals": tag(3, f3("COMM", b"\0ENG\0a"), f3("USLT", b"\0LAT\0b")),
+    "v2.3 genre by number": tag(3, f3("TCON", text("(7)"))),
     "v2.3 revision": tag(3, f3("TIT2", text("Kyrie")), f3("TXXX", b"\0k\0v"), revision=1),
     "v2.3 comments": tag(3, *FULL_COMMENTS, f3("USLT", b"\1eng" + "d".encode("utf-16") + b"\0\0" + "text".encode("utf-16"))),
     "v2.3 pictures": tag(3, f3("APIC", b"\0image/png\0\4back\0" + PNG), f3("APIC", b"\0image/jpg\0\3\0" + JPEG),
@@ -161,8 +169,13 @@ PROGRAMS = {
 }
 
 
+def language(frame):
+    """Returns the code; "eng", which is always written, also says nothing more than that of an unknown language."""
+    return "eng" if frame.lang in ("XXX", "und", "\0\0\0") else frame.lang.lower()
+
+
 def said(frame):
-    """What a frame says, without the encoding and the language that it says it in."""
+    """What a frame says, without the encoding that it says it in."""
     name = frame.FrameID
     if name == "TCON":
         return tuple(frame.genres)
@@ -170,7 +183,7 @@ def said(frame):
         mime = frame.mime if "/" in frame.mime or frame.mime == "-->" else "image/" + frame.mime.lower()
         return mime.replace("/jpg", "/jpeg"), int(frame.type), frame.desc.strip(), hashlib.md5(frame.data).hexdigest()
     if name in ("COMM", "USLT"):
-        return frame.desc.strip(), str(frame).strip("\0")
+        return frame.desc.strip(), str(frame).strip("\0"), language(frame)
     if name in ("CHAP", "CTOC"):
         own = {key: value for key, value in vars(frame).items() if key != "sub_frames" and key[0] != "_"}
         return repr(own), {key: said(inner) for key, inner in frame.sub_frames.items()}
@@ -188,7 +201,7 @@ def view(path):
         return {}
     seen = {key: said(frame) for key, frame in tags.items() if key != "COMM:ID3v1 Comment:eng"}
     if isOldTagRead:
-        seen["COMM::eng"] = "", str(tags["COMM:ID3v1 Comment:eng"])
+        seen["COMM::eng"] = "", str(tags["COMM:ID3v1 Comment:eng"]), "eng"
     seen.update((f"unread {data[:4].decode('latin-1')}", data[10:]) for data in tags.unknown_frames)
     return {key: value for key, value in seen.items() if value != ()}
 
@@ -365,7 +378,38 @@ def check_every_field(program, folder, audio):
         report = run(program, ["apply", "--from", source.name, "--all", target.name], folder)
         check(f"every field: {outcome}", (report[0], report[1].split()[0], report[2]), (0, outcome, ""))
         check(f"every field: {outcome}, read", view(target), expected)
+        check(f"every field: {outcome}, nothing after carried frames", split(target.read_bytes())[1][-1][:4], b"PRIV")
+        check(f"every field: {outcome}, size", len(target.read_bytes()), 10 + sum(map(len, split(target.read_bytes())[1])) + len(audio))
         check(f"every field: {outcome}, audio", audio_of(target.read_bytes()) == audio, True)
+
+
+def check_names(program, folder):
+    """Genres and types of pictures have the names that mutagen knows, or those of the standard."""
+    def read(*words):
+        return json.loads(run(program, ["read", "--json", *words], folder)[1])
+
+    def letters(genre):
+        return re.sub("[^a-z0-9]", "", genre.lower().replace("&", "and"))
+
+    standard = {"Alt. Rock": "AlternRock", "Gangsta Rap": "Gangsta", "Psychedelic": "Psychadelic", "Fast-Fusion": "Fast Fusion",
+                "Bebop": "Bebob", "A Cappella": "Acapella"}
+    genres = [standard.get(name, name) for name in GENRES]
+    numbers = "".join(f"({number})" for number in range(len(genres)))
+    (folder / "track.mp3").write_bytes(tag(3, f3("TCON", text(numbers))) + AUDIO)
+    check("genres", list(read("--lossless", "track.mp3").values())[0]["genre"].split("\0"), genres)
+    for number in range(80):
+        (folder / f"{number:02}.mp3").write_bytes(tag(3, f3("TCON", text(f"({number})"))) + AUDIO)
+    read_one_by_one = [tags["genre"] for _, tags in sorted(read(*(f"{number:02}.mp3" for number in range(80))).items())]
+    check("genres without the option", list(map(letters, read_one_by_one)), list(map(letters, genres[:80])))
+
+    own = {"OTHER": "other picture", "COVER_FRONT": "front cover", "COVER_BACK": "back cover", "RECORDING_LOCATION": "location",
+           "DURING_RECORDING": "recording", "DURING_PERFORMANCE": "performance", "SCREEN_CAPTURE": "video frame",
+           "FISH": "bright fish", "BAND_LOGOTYPE": "artist's logo", "PUBLISHER_LOGOTYPE": "publisher's logo"}
+    types = {int(value): own.get(name, name.lower().replace("_", " ")) for name, value in vars(PictureType).items() if name.isupper()}
+    for number in types:
+        (folder / f"{number:02}.mp3").write_bytes(tag(3, f3("APIC", b"\0image/webp\0" + bytes([number]) + b"\0RIFF")) + AUDIO)
+    told = run(program, ["set", "--notes", "--dry-run", "--title", "T", *(f"{number:02}.mp3" for number in range(21))], folder)[2]
+    check("types of pictures", re.findall(r"drops a picture \((.*), WebP", told), [name for _, name in sorted(types.items())])
 
 
 def check_blank_frames(program, folder, audio):
@@ -426,7 +470,10 @@ def check_unread_frames(program, folder):
         again = run(program, ["set", "--lossless", *words, path.name], folder)
         check(f"unread: {what}, again", again[1].startswith("unchanged"), status == 0)
     for what, data, words, told in (
-            ("a line feed at the end", tag(3, f3("USLT", b"\0eng\0la la\n"), f3("TIT2", text("T\n"))), ["--album", "A"], ""),
+            ("a line feed at the end", tag(3, f3("USLT", b"\0eng\0la la\n"), f3("TIT2", text("\nT\n"))), ["--album", "A"], ""),
+            ("a blank value at the end", tag(4, f4("TIT2", text("T\0\r\n", 2))), ["--album", "A"], ""),
+            ("another comment", tag(3, f3("COMM", b"\0deud\0a"), f3("USLT", b"\0lat\0b")), ["--comment", "c"],
+             'drops the language "lat" of the lyrics. --lossless keeps them.\n'),
             ("a date beside a year", tag(4, f4("TDRC", text("1966")), f4("TIT2", text("T"))), ["--year", "1999"],
              "the old date 1966 (TDRC) stays beside the new year 1999; --lossless replaces it.\n")):
         path.write_bytes(data + AUDIO)
@@ -445,6 +492,7 @@ def main():
     with tempfile.TemporaryDirectory() as folder:
         folder = pathlib.Path(folder)
         check_every_field(program, folder, audio)
+        check_names(program, folder)
         check_blank_frames(program, folder, audio)
         check_unread_frames(program, folder)
         check_artwork(program, folder)

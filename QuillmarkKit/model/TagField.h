@@ -96,6 +96,12 @@ class TagFields {
     rest.bits_ = bits_ & ~others.bits_;
     return rest;
   }
+  /// Returns the fields that are in both.
+  constexpr TagFields intersection(TagFields others) const {
+    TagFields common;
+    common.bits_ = bits_ & others.bits_;
+    return common;
+  }
   bool operator==(const TagFields&) const = default;
 
   static const TagFields all;

@@ -77,7 +77,8 @@ class MP3TagStore::Edit : public TagEdit {
   NewTag newTag(const TagChange& change, bool reportsLosses) {
     std::optional<FileTags> old;
     if (reportsLosses && !tag_->isLossless()) old = readTags(file_);
-    const TagFields asked = current().differing(change.tags);
+    // Values of other fields can differ too, because to read and trim a text can take two turns to settle.
+    const TagFields asked = current().differing(change.tags).intersection(change.selected);
     NewTag made = tag_->changedBy(change);
     if (made.bytes.empty()) throw ID3TagEditorError(ID3TagEditorError::invalidTagData);
     if (old) made.losses = TagLosses::ofWriting(std::move(*old), change.tags, asked, made.bytes);

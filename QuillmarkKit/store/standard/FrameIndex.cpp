@@ -89,6 +89,14 @@ std::size_t keyWithDescription(const Frame& frame, const LanguageText& text) {
   return Hash().add(text.description).add(keyOf(frame, text)).value();
 }
 
+std::size_t keyWithLanguage(const Frame& frame, const LanguageText& text) {
+  return Hash()
+      .add("language")
+      .add(PlainValues::plainLanguage(text.language))
+      .add(keyOf(frame, text))
+      .value();
+}
+
 std::size_t keyOf(const platform::SharedBytes& data) {
   return Hash().add(platform::charactersOf(data)).value();
 }
@@ -122,6 +130,10 @@ bool FrameIndex::hasTextWithDescription(const Frame& frame, const LanguageText& 
   return texts_.contains(keyWithDescription(frame, text));
 }
 
+bool FrameIndex::hasTextInLanguage(const Frame& frame, const LanguageText& text) const {
+  return texts_.contains(keyWithLanguage(frame, text));
+}
+
 const Picture* FrameIndex::pictureOf(const platform::SharedBytes& data) const {
   const auto found = pictures_.find(keyOf(data));
   return found != pictures_.end() && found->second->data == data ? found->second : nullptr;
@@ -152,6 +164,7 @@ void FrameIndex::note(const Frame&, const UserText& text) {
 void FrameIndex::note(const Frame& frame, const LanguageText& text) {
   texts_.insert(keyOf(frame, text));
   texts_.insert(keyWithDescription(frame, text));
+  texts_.insert(keyWithLanguage(frame, text));
 }
 
 void FrameIndex::note(const Frame&, const Picture& picture) {

@@ -27,9 +27,11 @@ class FrameIndex {
   }
   /// Returns whether there is a user text with that description and these values.
   bool hasUserText(const ID3v2::UserText& text) const;
-  /// Returns whether there is a comment, or lyrics, like those in `frame`, whose description may differ.
+  /// Returns whether there is a comment, or lyrics, like those in `frame`, whose description and language may
+  /// differ.
   bool hasText(const ID3v2::Frame& frame, const ID3v2::LanguageText& text) const;
   bool hasTextWithDescription(const ID3v2::Frame& frame, const ID3v2::LanguageText& text) const;
+  bool hasTextInLanguage(const ID3v2::Frame& frame, const ID3v2::LanguageText& text) const;
   /// Returns the first picture with the data, or nullptr.
   const ID3v2::Picture* pictureOf(const platform::SharedBytes& data) const;
   /// Returns whether there is a picture with the same data, type and description.

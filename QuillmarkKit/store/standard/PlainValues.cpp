@@ -33,9 +33,9 @@ std::string squashed(std::string_view genre) {
 /// Returns a value of a text frame in the same form for all ways to write it.
 std::string plainValue(std::string_view identifier, std::string_view value) {
   value = platform::Strings::trimmingBlanks(value);
-  // A line break counts in front of the text only, where it may be a part of something else.
+  // Nothing but a line break counts, because it may be a part of something else.
   const std::string_view trimmed = platform::Strings::trimmingWhiteSpace(value);
-  value = value.substr(0, static_cast<std::size_t>(trimmed.data() + trimmed.size() - value.data()));
+  if (!trimmed.empty()) value = trimmed;
   if (identifier == "TCON") return squashed(value);
   if (identifier == "TBPM") return plainNumber(value);
   if (identifier != "TRCK" && identifier != "TPOS") return std::string(value);
@@ -48,6 +48,8 @@ std::string plainValue(std::string_view identifier, std::string_view value) {
 
 /// Returns the values in their order, each once.
 std::vector<std::string> valuesOf(std::string_view identifier, std::string_view text) {
+  constexpr std::string_view blanks("\0\t\n\r ", 5);
+  text = text.substr(0, text.find_last_not_of(blanks) + 1);
   std::vector<std::string> values;
   std::set<std::string> known{""};
   TagTexts::forEachValue(identifier == "TCON" ? TagTexts::genresIn(text) : std::string(text),
@@ -64,6 +66,16 @@ std::string plainText(std::string_view identifier, std::string_view text) {
   std::string plain;
   for (const std::string& value : valuesOf(identifier, text)) TagTexts::addValue(plain, value);
   return plain;
+}
+
+std::string plainLanguage(std::string_view language) {
+  std::string plain;
+  for (const char c : language) {
+    const char lower = platform::Strings::toASCIILower(c);
+    if (lower >= 'a' && lower <= 'z') plain += lower;
+  }
+  // The codes of ID3v2.4.0 (structure §4) and of ISO 639-2 for a language that is not known.
+  return plain == "xxx" || plain == "und" ? "" : plain;
 }
 
 bool saySame(std::string_view identifier, std::string_view before, std::string_view after) {

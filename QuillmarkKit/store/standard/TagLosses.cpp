@@ -7,6 +7,7 @@
 #include <unordered_set>
 #include <utility>
 
+#include "ID3v2/FrameForm.h"
 #include "ID3v2/Reading.h"
 #include "QuillmarkKit/store/file/FieldFrames.h"
 #include "QuillmarkKit/store/standard/FrameIndex.h"
@@ -123,20 +124,38 @@ class Comparison {
     return true;
   }
 
-  /// Returns whether the other tag has a frame with the same identifier and content, whatever its flags.
-  bool hasContent(const Frame& frame) const {
-    const auto isSame = [&](const Frame& other) {
+  /// Returns the flags of a frame in the other tag that has the same identifier and content, if possible also
+  /// the same form; nothing if there is none.
+  std::optional<std::uint16_t> flagsOfSame(const Frame& frame) const {
+    const auto hasContent = [&](const Frame& other) {
       return other.identifier == frame.identifier && other.content == frame.content;
     };
-    return foundIndex_.find(frame, isSame) != nullptr;
+    const auto isSame = [&](const Frame& other) {
+      return hasContent(other) && ((other.flags ^ frame.flags) & ID3v2::formFlags) == 0;
+    };
+    const Frame* same = foundIndex_.find(frame, isSame);
+    if (same == nullptr) same = foundIndex_.find(frame, hasContent);
+    return same != nullptr ? std::optional(same->flags) : std::nullopt;
   }
 
   /// Such a frame is written as it was, or listed with the parts that cannot be read.
   void compare(const Frame&, const ID3v2::Unread&) {}
 
-  /// A frame without content says nothing.
+  /// A frame without content says nothing. In a frame whose bytes stay as they were, flags can get another
+  /// meaning, because v2.3 has them at other places than v2.4.
   void compare(const Frame& frame, const ID3v2::Opaque& opaque) {
-    if (!opaque.bytes.empty() && !hasContent(frame)) dropFrame(frame);
+    static constexpr std::array names =
+        std::to_array<std::pair<std::uint16_t, std::string_view>>({{ID3v2::compressionFlag, "compression"},
+                                                                   {ID3v2::encryptionFlag, "encryption"},
+                                                                   {ID3v2::groupingFlag, "group"}});
+    if (opaque.bytes.empty()) return;
+    const auto flags = flagsOfSame(frame);
+    if (!flags) return dropFrame(frame);
+    for (const auto& [flag, name] : names) {
+      if ((frame.flags & ~*flags & flag) == 0) continue;
+      drop("the " + std::string(name) + " flag of a " + frame.identifier + " frame",
+           std::string(name) + " flags of " + frame.identifier + " frames", "");
+    }
   }
 
   /// Text frames of one identifier count together: several of them are several values.
@@ -156,15 +175,17 @@ class Comparison {
   void compare(const Frame& frame, const LanguageText& text) {
     if (TagTexts::isBlank(text.text)) return;
     const bool isComment = frame.identifier == "COMM";
-    if (foundIndex_.hasTextWithDescription(frame, text)) return;
-    const std::string description = inQuotes(text.description);
-    if (foundIndex_.hasText(frame, text)) {
-      if (!TagTexts::isBlank(text.description))
-        drop("the description " + description + (isComment ? " of a comment" : " of the lyrics"), "", "");
-    } else {
-      drop(isComment ? "a comment" : "lyrics", isComment ? "comments" : "lyrics",
-           text.description.empty() ? inQuotes(text.text) : description);
+    if (!foundIndex_.hasText(frame, text)) {
+      return drop(isComment ? "a comment" : "lyrics", isComment ? "comments" : "lyrics",
+                  inQuotes(text.description.empty() ? text.text : text.description));
     }
+    const auto dropOf = [&](const std::string& what, std::string_view value) {
+      drop("the " + what + " " + inQuotes(value) + (isComment ? " of a comment" : " of the lyrics"), "", "");
+    };
+    if (!foundIndex_.hasTextWithDescription(frame, text) && !TagTexts::isBlank(text.description))
+      dropOf("description", text.description);
+    const std::string language = PlainValues::plainLanguage(text.language);
+    if (!foundIndex_.hasTextInLanguage(frame, text) && !language.empty()) dropOf("language", language);
   }
 
   void compare(const Frame&, const Picture& picture) {
@@ -197,7 +218,7 @@ class Comparison {
   void compare(const Frame& frame, const ID3v2::TableOfContents& table) { compareParent(frame, table); }
 
   void compare(const Frame& frame, const ID3v2::URL&) {
-    if (!hasContent(frame)) dropFrame(frame);
+    if (!flagsOfSame(frame)) dropFrame(frame);
   }
   void dropFrame(const Frame& frame) {
     drop("a " + frame.identifier + " frame", frame.identifier + " frames", "");
@@ -226,22 +247,26 @@ std::string joined(const std::vector<std::string>& items) {
   return text;
 }
 
-/// What described a comment or a picture goes with it when another one is asked for: that one alone.
+/// Removes the description and the language of a comment and the description of a picture in whose place
+/// another one was asked for: they go with it.
 void forgetOldDescriptions(Tag& tag, const TagSet& wanted, TagFields asked) {
   TagFields rest = asked;
-  const auto forget = [&](TagField field, bool isNew, std::string& description) {
-    if (!isNew || !rest.contains(field)) return;
-    description.clear();
+  const auto isReplaced = [&](TagField field, bool isNew) {
+    if (!isNew || !rest.contains(field)) return false;
     rest = rest.without({field});
+    return true;
   };
   for (Frame& frame : tag.frames) {
     if (auto* picture = std::get_if<Picture>(&frame.content)) {
-      forget(TagField::artwork, wanted.artwork && picture->data == wanted.artwork->data,
-             picture->description);
+      if (isReplaced(TagField::artwork, wanted.artwork && picture->data == wanted.artwork->data))
+        picture->description.clear();
     } else if (auto* text = std::get_if<LanguageText>(&frame.content)) {
       const bool isComment = frame.identifier == "COMM";
-      forget(isComment ? TagField::comment : TagField::lyrics,
-             text->text == (isComment ? wanted.comment : wanted.lyrics), text->description);
+      if (isReplaced(isComment ? TagField::comment : TagField::lyrics,
+                     text->text == (isComment ? wanted.comment : wanted.lyrics))) {
+        text->description.clear();
+        text->language.clear();
+      }
     }
   }
 }

@@ -9,7 +9,7 @@
 #include "platform/base/Bytes.h"
 
 /// What one tag says and another does not, in words for people. Differences of form alone do not count: 03/12
-/// and 3/12, (17) and Rock, blanks at the ends, encodings, a comment's language.
+/// and 3/12, (17) and Rock, blanks at the ends, encodings, a language that is not named.
 namespace QuillmarkKit::TagLosses {
 
 struct Losses {
