@@ -250,8 +250,12 @@ def check_rights(stage):
     check("a group that nothing is granted to", stage.run("set", "--album", "New", SONG), UPDATED)
     check("a group that nothing is granted to: its member", run("env", as_user(OTHER, "cat", str(stage.song)), stage.folder)[0], 1)
     reset(USER, USER, 0o666)
-    check("an ID without a counterpart", run("unshare", ["-U", "--map-root-user", stage.program, "set", "--album", "New", SONG], stage.folder),
-          failed(f"{SONG} could not be written: its owner cannot be kept, nor its owner's access."))
+    namespace = ["-U", "--map-root-user"]
+    if run("unshare", [*namespace, "true"], stage.folder)[0] == 0:
+        check("an ID without a counterpart", run("unshare", [*namespace, stage.program, "set", "--album", "New", SONG], stage.folder),
+              failed(f"{SONG} could not be written: its owner cannot be kept, nor its owner's access."))
+    else:
+        print("skipped: user namespaces, which this system refuses, as Linux does in a chroot")
 
     what = "a song of another's that the user may write to"
     shared = acl((1, 6, EVERYBODY), (2, 6, USER), (4, 6, EVERYBODY), (16, 6, EVERYBODY), (32, 0, EVERYBODY))

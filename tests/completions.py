@@ -102,6 +102,7 @@ def main():
                                                           text=True).stderr, "")
     check("manual: lint", subprocess.run(["mandoc", "-T", "lint", ROOT / "man/quillmark.1"], stdout=subprocess.PIPE, text=True).stdout, "")
 
+    proof.require_terminals()
     with tempfile.TemporaryDirectory() as scratch:
         os.environ["HOME"] = scratch  # where the shells keep notes of their own
         folder = pathlib.Path(scratch, "album")

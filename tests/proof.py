@@ -1,6 +1,7 @@
 """What the proofs of the writing commands share: files with known tags, all that a write must keep, and a tally."""
 import os
 import pathlib
+import pty
 import shutil
 import struct
 import subprocess
@@ -14,6 +15,7 @@ SOURCE = "01 Kyrie.mp3"
 ENVIRONMENT = {**os.environ, "ASAN_OPTIONS": "detect_leaks=0"}
 for variable in ("WAYLAND_DISPLAY", "DISPLAY", "QUILLMARK_OPTIONS"):  # the user's desktop and settings do not count
     ENVIRONMENT.pop(variable, None)
+SKIPPED = 77  # the exit status of a proof that the system has no means for
 LEFT_OVER = ".quillmark-"
 
 failures = 0
@@ -32,6 +34,16 @@ def check(what, actual, expected):
 def finish(summary):
     print(f"{failures} checks failed" if failures else summary)
     sys.exit(1 if failures else 0)
+
+
+def require_terminals():
+    """Ends the proof as skipped if the system has no pseudo-terminals, as in a chroot without /dev/pts."""
+    try:
+        for descriptor in pty.openpty():
+            os.close(descriptor)
+    except OSError as error:
+        print(f"skipped: {error}")
+        sys.exit(1 if failures else SKIPPED)
 
 
 def build_release(*packages):

@@ -100,6 +100,7 @@ def check_progress(program, folder, sample):
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).resolve()
     sample = samples / "02 Gloria.mp3"
+    proof.require_terminals()
     with tempfile.TemporaryDirectory() as folder:
         check_safety(program, pathlib.Path(folder), sample)
         check_progress(program, pathlib.Path(folder), sample)
