@@ -36,7 +36,8 @@ _quillmark() {
     )
     local -A options_of=(
         [read]='
-            --json --no-artwork --keep-going --recursive --files0-from --lossless --notes --strict --help
+            --json --no-artwork --table --paths --fields --save-artwork --keep-going --recursive --files0-from
+            --lossless --notes --strict --help
         '
         [copy]='
             --lossless --notes --strict --help --no-desktop
@@ -54,8 +55,8 @@ _quillmark() {
             --quiet --clear
         '
     )
-    local -A suffixes_of=([--files0-from]='*' [--from]='mp3' [--artwork]='jpg|jpeg|png')
-    local lists='--fields|--clear'
+    local -A suffixes_of=([--save-artwork]='*' [--files0-from]='*' [--from]='mp3' [--artwork]='jpg|jpeg|png')
+    local lists='--fields|--fields|--clear'
     # end of options
     local options
     COMPREPLY=()

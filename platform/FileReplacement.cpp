@@ -75,7 +75,11 @@ FileReplacement::FileReplacement(FileHandle& original)
 }
 
 FileReplacement::FileReplacement(const std::filesystem::path& path)
-    : ownRun_(std::in_place), ownOriginal_(openIfThere(path)), path_(path) {
+    : FileReplacement(path, openIfThere(path)) {
+}
+
+FileReplacement::FileReplacement(const std::filesystem::path& path, std::optional<FileHandle> original)
+    : ownRun_(std::in_place), ownOriginal_(std::move(original)), path_(path) {
   if (ownOriginal_) original_ = &*ownOriginal_;
   prepareFor(*ownRun_);
 }

@@ -27,6 +27,8 @@ class FileReplacement {
   /// For a file at that path: a new one, or in the place of the one that is there. Not for several threads at
   /// once: a new file's rights follow from the process's mask, which can only be read by changing it.
   explicit FileReplacement(const std::filesystem::path& path);
+  /// The same for a file that the caller has opened; without one, for a new file, which replaces nothing.
+  FileReplacement(const std::filesystem::path& path, std::optional<FileHandle> original);
 
   ~FileReplacement();
   FileReplacement(const FileReplacement&) = delete;

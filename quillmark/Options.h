@@ -40,6 +40,7 @@ inline constexpr Option keepGoing{"keep-going", OptionValue::none,
                                   "report files that cannot be read, and go on"};
 inline constexpr Option noArtwork{"no-artwork", OptionValue::none,
                                   "with --json, print only the size of each picture"};
+inline constexpr Option printedFields{"fields", OptionValue::fieldList, "print these fields and no others"};
 inline constexpr Option json{"json", OptionValue::none, "print one JSON object, a member for each file"};
 inline constexpr Option lossless{"lossless", OptionValue::none, "keep everything that other programs wrote"};
 inline constexpr Option noDesktop{"no-desktop", OptionValue::none, "leave the desktop's clipboard alone"};
@@ -51,6 +52,11 @@ inline constexpr Option strict{"strict", OptionValue::none,
                                "check the words and all files before the first write"};
 inline constexpr Option wholeTag{"whole-tag", OptionValue::none, "copy the whole tag, frame for frame"};
 inline constexpr Option paths{"paths", OptionValue::none, "name files in the report as they were given"};
+inline constexpr Option pathsInTable{"paths", OptionValue::none,
+                                     "with --table, name files as they were given"};
+inline constexpr Option saveArtwork{"save-artwork", OptionValue::file,
+                                    "save the picture of one MP3; - is standard output"};
+inline constexpr Option table{"table", OptionValue::none, "print one line for each file"};
 
 }  // namespace options
 
@@ -69,8 +75,9 @@ struct CommandOptions {
 
 namespace options {
 
-inline constexpr std::array ofRead{json,     noArtwork, keepGoing, recursive, files0From,
-                                   lossless, notes,     strict,    help};
+inline constexpr std::array ofRead{json,        noArtwork, table,     pathsInTable, printedFields,
+                                   saveArtwork, keepGoing, recursive, files0From,   lossless,
+                                   notes,       strict,    help};
 inline constexpr std::array ofCopy{noDesktop, lossless, notes, strict, help};
 inline constexpr std::array ofPaste{all,       fields,     dryRun,   diff,  backup, paths, quiet,
                                     recursive, files0From, lossless, notes, strict, help};

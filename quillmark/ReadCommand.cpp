@@ -8,12 +8,15 @@
 #include "platform/FileError.h"
 #include "platform/base/JSON.h"
 #include "platform/base/Strings.h"
+#include "quillmark/ArtworkFile.h"
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
+#include "quillmark/FieldSelection.h"
 #include "quillmark/FileList.h"
 #include "quillmark/Hints.h"
 #include "quillmark/Progress.h"
 #include "quillmark/Stores.h"
+#include "quillmark/TagTable.h"
 
 namespace quillmark {
 
@@ -23,7 +26,7 @@ namespace JSON = platform::JSON;
 
 namespace {
 
-void list(const TagSet& tags, Console& console) {
+void list(const TagSet& tags, std::string_view ifEmpty, Console& console) {
   std::vector<std::pair<std::string_view, std::string>> lines;
   std::size_t width = 0;
   for (const TagField field : QuillmarkKit::allTagFields) {
@@ -32,7 +35,7 @@ void list(const TagSet& tags, Console& console) {
     lines.emplace_back(displayName(field), std::move(*value));
     width = std::max(width, displayName(field).size());
   }
-  if (lines.empty()) console.write("  (no tags)\n");
+  if (lines.empty()) console.write(ifEmpty);
   for (const auto& [label, value] : lines) {
     console.write("  " + std::string(label) + std::string(width - label.size(), ' ') + "  " +
                   console.shown(value, width + 4) + "\n");
@@ -48,13 +51,19 @@ class Reader {
         notes_(console.wantsNotes() && (arguments.has(options::notes) || arguments.has(options::lossless))),
         store_(storeFor(arguments)),
         console_(console),
-        progress_(fileCount, console) {}
+        progress_(fileCount, console) {
+    if (const auto list = arguments.value(options::printedFields)) fields_ = fieldsNamed(*list);
+  }
 
   bool keepsGoing() const { return keepsGoing_; }
   /// The exit status so far.
   int status() const { return status_; }
 
-  /// The file's tags. When it cannot be read, throws, or else tells that and gives nothing.
+  /// Whether fields are left out.
+  bool isLimited() const { return fields_ != QuillmarkKit::TagFields::all; }
+
+  /// Returns the file's tags, without the fields that were not asked for. If the file cannot be read, throws,
+  /// or prints the error and returns nothing.
   std::optional<TagSet> tagsOf(const std::filesystem::path& file) {
     constexpr int someFilesFailed = 2;
     progress_.next(file);
@@ -75,7 +84,7 @@ class Reader {
       TagSet tags = store_->read(file);
       if (notes_) noteUnread(file);
       if (separatesValues_) separateValues(tags);
-      return tags;
+      return isLimited() ? TagSet().merging(tags, fields_) : tags;
     } catch (const platform::FileError& error) {
       std::string hint = folderHint(file);
       if (hint.empty()) throw;
@@ -101,6 +110,7 @@ class Reader {
   }
 
   bool keepsGoing_;
+  QuillmarkKit::TagFields fields_ = QuillmarkKit::TagFields::all;
   bool separatesValues_;
   bool notes_;
   std::unique_ptr<const QuillmarkKit::TagStore> store_;
@@ -110,6 +120,7 @@ class Reader {
 };
 
 void readAsText(const FileList& files, Reader& reader, Console& console) {
+  const std::string_view ifEmpty = reader.isLimited() ? "  (none of these fields)\n" : "  (no tags)\n";
   bool isFirst = true;
   for (std::size_t i = 0; i < files.size(); ++i) {
     // Nobody is there to read what else would come.
@@ -124,7 +135,7 @@ void readAsText(const FileList& files, Reader& reader, Console& console) {
     const auto tags = reader.tagsOf(file);
     if (!tags) continue;
     if (reader.keepsGoing()) writeHeader();
-    list(*tags, console);
+    list(*tags, ifEmpty, console);
   }
 }
 
@@ -167,12 +178,46 @@ void readAsJSON(const FileList& files, QuillmarkKit::ArtworkForm form, Reader& r
   write(members.empty() ? "\n\n}\n" : "\n}\n");
 }
 
+void readAsTable(const FileList& files, const Arguments& arguments, Reader& reader, Console& console) {
+  const auto list = arguments.value(options::printedFields);
+  TagTable::Fields fields(TagTable::usualFields.begin(), TagTable::usualFields.end());
+  if (list) fields = fieldsInOrder(*list);
+  const bool givesPaths = arguments.has(options::pathsInTable);
+  TagTable table(std::move(fields), console);
+  try {
+    for (std::size_t i = 0; i < files.size() && console.failure() == 0; ++i) {
+      const std::filesystem::path file = files.location(i);
+      const auto tags = reader.tagsOf(file);
+      if (tags) table.add(givesPaths ? std::string(files.name(i)) : platform::lastPathComponent(file), *tags);
+    }
+  } catch (...) {
+    table.finish();
+    throw;
+  }
+  table.finish();
+}
+
+/// Throws CLIError for options that ask for different outputs.
+void requireOneOutput(const Arguments& arguments) {
+  const int count = static_cast<int>(arguments.has(options::json)) +
+                    static_cast<int>(arguments.has(options::table)) +
+                    static_cast<int>(arguments.value(options::saveArtwork).has_value());
+  if (count > 1) throw CLIError("read takes only one of --json, --table and --save-artwork.");
+}
+
 }  // namespace
 
 int commandRead(const Arguments& arguments, Console& console) {
+  requireOneOutput(arguments);
   const FileList files(arguments);
+  if (const auto file = arguments.value(options::saveArtwork)) {
+    saveArtwork(files, *file, *storeFor(arguments), console);
+    return 0;
+  }
   Reader reader(arguments, files.size(), console);
-  if (arguments.has(options::json)) {
+  if (arguments.has(options::table)) {
+    readAsTable(files, arguments, reader, console);
+  } else if (arguments.has(options::json)) {
     using Form = QuillmarkKit::ArtworkForm;
     readAsJSON(files, arguments.has(options::noArtwork) ? Form::size : Form::data, reader, console);
   } else {

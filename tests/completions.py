@@ -121,11 +121,12 @@ def main():
             for command, names in options.items():
                 offers(f"quillmark {command} --", *names)
                 offers(f"quillmark {command} --notes ", "a b.mp3", "B.MP3", only=False)
-            for option in ("paste --fields", "apply --from x --fields", "set --clear"):
+            for option in ("read --fields", "paste --fields", "apply --from x --fields", "set --clear"):
                 offers(f"quillmark {option} ", *fields)
                 offers(f"quillmark {option} artist,ar", "artist,artwork")
             offers("quillmark set --title ")
-            offers("quillmark set --artwork ", "cover.jpg", only=False)
+            for option in ("set --artwork", "read --save-artwork"):
+                offers(f"quillmark {option} ", "cover.jpg", only=False)
             offers("quillmark apply --from ", "a b.mp3", "B.MP3", only=False)
 
 

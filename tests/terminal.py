@@ -15,9 +15,10 @@ import sys
 import tempfile
 import termios
 import time
+import unicodedata
 
 import proof
-from proof import ENVIRONMENT, check
+from proof import ENVIRONMENT, check, run
 
 EVIL = "\x1b]52;c;aGk=\x07\n\u202e\x85\x7f"
 SHOWN = r"\x1b]52;c;aGk=\x07\x0a\u202e\u0085\x7f"
@@ -26,9 +27,9 @@ FURTHER_HELP = ("quillmark: note: 'quillmark COMMAND --help' lists all options o
                 "quillmark: note: --lossless keeps everything that other programs wrote into a tag.\n")
 
 
-def terminal():
+def terminal(columns=COLUMNS):
     ours, theirs = pty.openpty()
-    fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, COLUMNS, 0, 0))
+    fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
     attributes = termios.tcgetattr(theirs)
     attributes[1] &= ~termios.OPOST
     termios.tcsetattr(theirs, termios.TCSANOW, attributes)
@@ -45,9 +46,9 @@ def read_all(ours):
     return received.decode()
 
 
-def seen(program, words, folder, stream):
+def seen(program, words, folder, stream, columns=COLUMNS):
     """What a terminal gets that one of the streams goes to; the other goes nowhere."""
-    ours, theirs = terminal()
+    ours, theirs = terminal(columns)
     streams = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, stream: theirs}
     process = subprocess.Popen([program, *words], cwd=folder, stdin=subprocess.DEVNULL, **streams,
                                env={**ENVIRONMENT, "HOME": str(folder)})
@@ -97,12 +98,46 @@ def check_progress(program, folder, sample):
     process.wait()
 
 
+def width(text):
+    """The columns that a text takes by the character tables of Python, which the program does not use."""
+    return sum(0 if unicodedata.combining(one) else 2 if unicodedata.east_asian_width(one) in "WF" else 1 for one in text)
+
+
+def check_table(program, folder, sample):
+    """The columns of a table stand below each other whatever is in them, and no line is wider than the window."""
+    tracks = (("09 cafe\u0301.mp3", "Credo \U0001f3b5\U0001f3b6", "V\u00e4skelund", "1977"),
+              ("a \u65e5\u672c\u8a9e.mp3", "\u6625\u306e\u6d77" * 30, "\u5bae\u57ce\u9053\u96c4", "1929"),
+              ("b \u05e9\u05dc\u05d5\u05dd.mp3", "\u0634\u0645\u0633", "x" + EVIL + "y", ""))
+    for name, title, artist, year in tracks:
+        shutil.copy(sample, folder / name)
+        run(program, ["set", "--title", title, "--artist", artist, "--year", year or "1", name], folder)
+    run(program, ["set", "--clear", "year", tracks[2][0]], folder)
+    names = [track[0] for track in tracks]
+    expected = [["File", "Track", "Title", "Artist", "Album", "Year"], [names[0], "2", *tracks[0][1:3], "", "1977"],
+                [names[1], "2", "\u6625\u306e\u6d77" * 3 + "\u6625\u2026", tracks[1][2], "", "1929"],
+                [names[2], "2", "\u0634\u0645\u0633", r"x\x1b]52;c;aGk=\x07" + "\\\u2026", "", ""]]
+    shown = seen(program, ["read", "--table", *names], folder, "stdout", 80).splitlines()
+    widths = [max(width(row[column]) for row in expected) for column in range(6)]
+    def aligned(row):
+        blanks = [" " * (total - width(cell)) for total, cell in zip(widths, row)]
+        return "  ".join(pad + cell if column in (1, 5) else cell + pad
+                         for column, (pad, cell) in enumerate(zip(blanks, row))).rstrip()
+    check("table", shown, [aligned(row) for row in expected])
+    check("table: widest line", max(map(width, shown)), 78)
+    for columns in (5, 20, 60):
+        lines = seen(program, ["read", "--table", "--fields", "title,bpm", *names], folder, "stdout", columns).splitlines()
+        check(f"table in {columns} columns", (len(lines), max(map(width, lines)) <= max(columns - 1, 7)), (4, True))
+    refused = seen(program, ["read", "--save-artwork", "-", "01.mp3"], folder, "stdout") + str((folder / "-").exists())
+    check("a picture at a terminal", refused, "False")
+
+
 def main():
     program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).resolve()
     sample = samples / "02 Gloria.mp3"
     proof.require_terminals()
     with tempfile.TemporaryDirectory() as folder:
         check_safety(program, pathlib.Path(folder), sample)
+        check_table(program, pathlib.Path(folder), sample)
         check_progress(program, pathlib.Path(folder), sample)
 
 

@@ -55,6 +55,12 @@ bool isHexadecimalStart(char c) {
   return c == '.' || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
 
+/// Returns the number of columns that a terminal needs for the character: two for a wide one, none for one
+/// that it combines with the character in front.
+std::size_t columnsOf(char32_t character) {
+  return static_cast<std::size_t>(std::max(utf8proc_charwidth(static_cast<utf8proc_int32_t>(character)), 0));
+}
+
 bool isHighSurrogate(char32_t unit) {
   return unit >= 0xD800 && unit <= 0xDBFF;
 }
@@ -219,12 +225,21 @@ std::string visible(std::string_view bytes) {
   return text;
 }
 
+std::size_t columnsOf(std::string_view text) {
+  std::size_t columns = 0;
+  while (!text.empty()) {
+    const Character character = firstCharacter(text);
+    columns += columnsOf(character.value);
+    text.remove_prefix(character.length);
+  }
+  return columns;
+}
+
 std::string_view fitting(std::string_view text, std::size_t columns) {
   std::string_view rest = text;
   while (!rest.empty()) {
     const Character character = firstCharacter(rest);
-    const int width = utf8proc_charwidth(static_cast<utf8proc_int32_t>(character.value));
-    const auto needed = static_cast<std::size_t>(std::max(width, 0));
+    const std::size_t needed = columnsOf(character.value);
     if (needed > columns) break;
     columns -= needed;
     rest.remove_prefix(character.length);

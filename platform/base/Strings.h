@@ -61,6 +61,8 @@ void appendEscape(std::string& text, char letter, char32_t value, int digitCount
 /// "\u009b", a character that changes the direction of writing as "\u202e", a byte that is no UTF-8 as
 /// "\xff". All others are themselves.
 std::string visible(std::string_view bytes);
+/// Returns the number of columns in which a terminal shows the text.
+std::size_t columnsOf(std::string_view text);
 /// As much of the front of a text as a terminal shows in so many columns.
 std::string_view fitting(std::string_view text, std::size_t columns);
 

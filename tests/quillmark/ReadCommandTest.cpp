@@ -114,4 +114,99 @@ TEST_F(ReadCommandTest, TellsPicturesInJSONByTheirSizeAndNamesThatAreOne) {
   EXPECT_EQ(clash.output + std::to_string(clash.status), "1");
 }
 
+TEST_F(ReadCommandTest, PrintsTheAskedFieldsAndTables) {
+  folder.file("a\t\\\n\xFF.mp3", track(text("TIT2", "one\ntwo\r\t\\ three") + text("TYER", "1977"), 64));
+  std::filesystem::create_directory(folder.path() / "b");
+  const std::string escaped = "a\\t\\\\\\n\xFF.mp3\t";
+  const std::string missing = "quillmark: no.mp3 could not be read.\n";
+  struct Row {
+    std::vector<std::string> arguments;
+    std::string output;
+    std::string error = "";
+    int status = 0;
+  };
+  for (const Row& row : std::vector<Row>{
+           {{"--table", "b/../03.mp3", "02 Gloria.mp3"}, "03.mp3\t3\tCredo\t\t\t\n02 Gloria.mp3\t\t\t\t\t\n"},
+           {{"--table", "--paths", "--fields", "artwork, comment,trackTotal,comment", "./03.mp3"},
+            "./03.mp3\tPNG, 8 bytes\tone\\ntwo\t12\n"},
+           {{"--table", "a\t\\\n\xFF.mp3"}, escaped + "\tone\\ntwo\\r\\t\\\\ three\t\t\t1977\n"},
+           {{"--table", "--fields", ",", "03.mp3", "no.mp3", "03.mp3"}, "03.mp3\n", missing, 1},
+           {{"--table", "--fields", "bpm", "--keep-going", "03.mp3", "no.mp3", "03.mp3"},
+            "03.mp3\t\n03.mp3\t\n",
+            missing,
+            2},
+           {{"--fields", "trackNumber,title", "03.mp3", "02 Gloria.mp3"},
+            "03.mp3:\n  Title         Credo\n  Track Number  3\n\n02 Gloria.mp3:\n  (none of these "
+            "fields)\n"},
+           {{"--fields", "title,mood", "03.mp3"},
+            "",
+            "quillmark: Unknown field 'mood'. Run 'quillmark fields' for the list.\n",
+            1},
+           {{"--table", "--json", "03.mp3"},
+            "",
+            "quillmark: read takes only one of --json, --table and --save-artwork.\n",
+            1},
+       }) {
+    SCOPED_TRACE(testing::PrintToString(row.arguments));
+    auto words = row.arguments;
+    words.insert(words.begin(), "read");
+    const Finished run = quillmark(words, folder.path());
+    EXPECT_EQ(run.output, row.output);
+    EXPECT_EQ(run.error, row.error);
+    EXPECT_EQ(run.status, row.status);
+  }
+  const std::string document =
+      quillmark({"read", "--json", "--fields", "track-total", "03.mp3"}, folder.path()).output;
+  EXPECT_TRUE(document.ends_with("03.mp3\" : {\n    \"trackTotal\" : 12\n  }\n}\n"));
+}
+
+TEST_F(ReadCommandTest, SavesTheArtwork) {
+  const std::string picture = "\x89PNG\r\n\x1A\n";
+  const auto save = [&](const std::string& to, const std::string& from = "03.mp3") {
+    return quillmark({"read", "--save-artwork", to, from}, folder.path());
+  };
+  EXPECT_EQ(save("-").output, picture);
+  const auto saved = folder.path() / "cover";
+  const mode_t mask = ::umask(027);
+  const Finished made = save("~/cover");
+  ::umask(mask);
+  EXPECT_EQ(made.output + made.error + std::to_string(made.status), "0");
+  EXPECT_EQ(contentsOf(saved), picture);
+  const auto rights = [&] { return std::filesystem::status(saved).permissions(); };
+  EXPECT_EQ(rights(), std::filesystem::perms{0640});
+
+  const std::ptrdiff_t entries = folder.entryCount();
+  folder.file("cover", "a longer picture");
+  std::filesystem::permissions(saved, std::filesystem::perms{0604});
+  const FileState before(saved);
+  EXPECT_EQ(save("cover", "02 Gloria.mp3").error, "quillmark: 02 Gloria.mp3 has no artwork.\n");
+  EXPECT_EQ(save("cover", "no.mp3").error, "quillmark: no.mp3 could not be read.\n");
+  EXPECT_TRUE(FileState(saved) == before);
+  EXPECT_EQ(save("cover").error, "");
+  EXPECT_EQ(contentsOf(saved), picture);
+  EXPECT_NE(FileState(saved).inode, before.inode);
+  EXPECT_EQ(rights(), std::filesystem::perms{0604});
+  EXPECT_EQ(folder.entryCount(), entries);
+
+  folder.file("other", "of another program");
+  std::filesystem::create_symlink("other", folder.path() / "link");
+  std::filesystem::create_symlink("nowhere", folder.path() / "dangling");
+  for (const auto& [to, error] : std::vector<std::pair<std::string, std::string>>{
+           {"link", "link could not be written: it is a symbolic link."},
+           {"dangling", "dangling could not be written: it is a symbolic link."},
+           {"/dev/null", "null could not be written: it is not a regular file."},
+           {"/", "/ could not be written: it is a folder."},
+           {"01 Kyrie.mp3", "--save-artwork does not replace an MP3 with a picture: 01 Kyrie.mp3."},
+           {"new.MP3", "--save-artwork does not replace an MP3 with a picture: new.MP3."},
+       }) {
+    const Finished run = save(to);
+    EXPECT_EQ(run.error, "quillmark: " + error + "\n");
+    EXPECT_EQ(run.output + std::to_string(run.status), "1");
+  }
+  EXPECT_EQ(quillmark({"read", "--save-artwork", "x", "03.mp3", "03.mp3"}, folder.path()).error,
+            "quillmark: --save-artwork takes one MP3.\n");
+  EXPECT_EQ(contentsOf(folder.path() / "other"), "of another program");
+  EXPECT_EQ(folder.entryCount(), entries + 3);
+}
+
 }  // namespace tests
