@@ -16,6 +16,7 @@
 #include "quillmark/Hints.h"
 #include "quillmark/Progress.h"
 #include "quillmark/Stores.h"
+#include "quillmark/StrictChecks.h"
 #include "quillmark/TagTable.h"
 
 namespace quillmark {
@@ -81,8 +82,7 @@ class Reader {
  private:
   TagSet read(const std::filesystem::path& file) {
     try {
-      TagSet tags = store_->read(file);
-      if (notes_) noteUnread(file);
+      TagSet tags = notes_ ? readWithNotes(file) : store_->read(file);
       if (separatesValues_) separateValues(tags);
       return isLimited() ? TagSet().merging(tags, fields_) : tags;
     } catch (const platform::FileError& error) {
@@ -92,13 +92,13 @@ class Reader {
     }
   }
 
-  void noteUnread(const std::filesystem::path& file) {
-    constexpr bool reportsLosses = true;
-    constexpr bool acceptsUncarried = true;
-    const auto source = store_->source(file, QuillmarkKit::TagFields::all, reportsLosses, acceptsUncarried);
-    if (source.losses.empty()) return;
-    console_.flush();
-    console_.printNote(platform::lastPathComponent(file) + ": " + source.losses);
+  TagSet readWithNotes(const std::filesystem::path& file) {
+    auto source = store_->readWithNotes(file);
+    if (!source.losses.empty()) {
+      console_.flush();
+      console_.printNote(platform::lastPathComponent(file) + ": " + source.losses);
+    }
+    return std::move(source.tags);
   }
 
   /// Puts " / " between the values of a text, which U+0000 separates in a tag.
@@ -113,7 +113,7 @@ class Reader {
   QuillmarkKit::TagFields fields_ = QuillmarkKit::TagFields::all;
   bool separatesValues_;
   bool notes_;
-  std::unique_ptr<const QuillmarkKit::TagStore> store_;
+  std::unique_ptr<const QuillmarkKit::MP3TagStore> store_;
   Console& console_;
   Progress progress_;
   int status_ = 0;
@@ -210,6 +210,7 @@ void requireOneOutput(const Arguments& arguments) {
 int commandRead(const Arguments& arguments, Console& console) {
   requireOneOutput(arguments);
   const FileList files(arguments);
+  if (arguments.has(options::strict)) requireMP3Files(files);
   if (const auto file = arguments.value(options::saveArtwork)) {
     saveArtwork(files, *file, *storeFor(arguments), console);
     return 0;

@@ -13,7 +13,7 @@ constexpr bool preservesDate = true;
 
 }  // namespace
 
-std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& arguments) {
+std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(const Arguments& arguments) {
   std::unique_ptr<QuillmarkKit::MP3TagStore> store;
   if (arguments.has(options::lossless)) {
     store = std::make_unique<QuillmarkKit::LosslessTagStore>(preservesDate);

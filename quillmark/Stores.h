@@ -3,14 +3,14 @@
 #include <filesystem>
 #include <memory>
 
-#include "QuillmarkKit/store/TagStore.h"
+#include "QuillmarkKit/store/MP3TagStore.h"
 #include "quillmark/Arguments.h"
 #include "quillmark/Console.h"
 
 namespace quillmark {
 
 /// Returns the store that the options choose.
-std::unique_ptr<const QuillmarkKit::TagStore> storeFor(const Arguments& arguments);
+std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(const Arguments& arguments);
 
 /// Returns a store that gives files the whole tag of `source`. Throws as the store does.
 std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments,

@@ -1,4 +1,6 @@
-"""The examples in the README print what they show, run from top to bottom in one copy of the sample album.
+"""The examples in the documents print what they show.
+
+Those of the README run from top to bottom in one copy of the sample album, each recipe in a copy of its own.
 
 Usage: readme.py PROGRAM
 """
@@ -16,18 +18,10 @@ from proof import ENVIRONMENT, ROOT, check
 SHOWN_FOLDER = "/music"
 
 
-def main():
-    program = pathlib.Path(sys.argv[1]).resolve()
-    usage = subprocess.run([program, "help"], check=True, stdout=subprocess.PIPE, text=True).stdout
-    blocks = re.findall(r"^```\n(\$ .*?)^```$", (ROOT / "README.md").read_text(), re.MULTILINE | re.DOTALL)
+def run_examples(text, program):
+    """Runs the commands of a text in a copy of the album and returns them."""
+    blocks = re.findall(r"^```\n(\$ .*?)^```$", text, re.MULTILINE | re.DOTALL)
     examples = re.findall(r"^\$ (.*)\n((?:(?!\$ ).*\n)*)", "".join(blocks), re.MULTILINE)
-    commands = set(re.findall(r"^  quillmark (\w+)", usage, re.MULTILINE))
-    readme = (ROOT / "README.md").read_text()
-    for command in ("read", "copy", "paste", "apply", "set"):
-        words = subprocess.run([program, command, "--help"], check=True, stdout=subprocess.PIPE, text=True).stdout
-        options = re.findall(r"^  (--[a-z0-9-]+)", words, re.MULTILINE)
-        check(f"options of {command} that are not told", [option for option in options if option not in readme], [])
-    check("commands without an example", commands - set(re.findall(r"quillmark (\w+)", str(examples))), set())
     with tempfile.TemporaryDirectory() as scratch:
         album = pathlib.Path(scratch, "album").resolve()
         shutil.copytree(ROOT / "samples", album)
@@ -35,11 +29,23 @@ def main():
         for command, shown in examples:
             done = subprocess.run(["bash", "-c", command], cwd=album, env=environment, stdin=subprocess.DEVNULL,
                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
-            # In JSON, a slash stands behind a backslash.
+            # JSON has a backslash in front of a slash.
             printed = done.stdout.replace(str(album).replace("/", "\\/"), SHOWN_FOLDER.replace("/", "\\/"))
             check(command, printed.rstrip("\n"), shown.rstrip("\n"))
+    return examples
+
+
+def main():
+    program = pathlib.Path(sys.argv[1]).resolve()
+    usage = subprocess.run([program, "help"], check=True, stdout=subprocess.PIPE, text=True).stdout
+    commands = set(re.findall(r"^  quillmark (\w+)", usage, re.MULTILINE))
+    examples = run_examples((ROOT / "README.md").read_text(), program)
+    check("commands without an example", commands - set(re.findall(r"quillmark (\w+)", str(examples))), set())
+    for recipe in re.split(r"^## ", (ROOT / "docs/recipes.md").read_text(), flags=re.MULTILINE)[1:]:
+        if not run_examples(recipe, program):
+            check("a recipe without an example", recipe.split("\n")[0], "")
 
 
 if __name__ == "__main__":
     main()
-    proof.finish("The README shows what its examples print.")
+    proof.finish("The documents show what their examples print.")

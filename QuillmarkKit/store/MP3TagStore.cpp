@@ -7,6 +7,7 @@
 #include "ID3TagEditor/model/Mp3Extension.h"
 #include "QuillmarkKit/store/TagFileError.h"
 #include "QuillmarkKit/store/file/TagStoreError.h"
+#include "QuillmarkKit/store/standard/BeyondFields.h"
 #include "QuillmarkKit/store/standard/FileTags.h"
 #include "QuillmarkKit/store/standard/TagLosses.h"
 #include "platform/FileError.h"
@@ -114,6 +115,26 @@ TagSet MP3TagStore::read(const std::filesystem::path& from) const {
   return naming(file, [&] { return openTag_(file)->tags(); });
 }
 
+TagStore::Source MP3TagStore::readWithNotes(const std::filesystem::path& from) const {
+  MP3File file = open(from);
+  requireMP3Name(file);
+  const auto tag = naming(file, [&] { return openTag_(file); });
+  Source source{.tags = tag->tags()};
+  addNotes(source, file, *tag, TagFields::all);
+  return source;
+}
+
+void MP3TagStore::addNotes(Source& source, MP3File& file, const OpenTag& tag, TagFields fields) {
+  OpenTag::SourceNotes notes = tag.sourceNotes(fields);
+  if (!tag.isLossless()) {
+    const FileTags held = readTags(file);
+    notes = {.losses = TagLosses::ofReading(held, source.tags, fields),
+             .beyondFields = QuillmarkKit::beyondFields(held.tag)};
+  }
+  source.losses = std::move(notes.losses);
+  source.beyondFields = std::move(notes.beyondFields);
+}
+
 void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) const {
   platform::ReplacementRun run;
   MP3File file = open(to);
@@ -140,15 +161,7 @@ TagStore::Source MP3TagStore::source(const std::filesystem::path& from, TagField
   tag->requireCarriable(acceptsUncarried ? TagFields() : fields);
   Source source{.tags = accepted(tag->tags(), acceptsUncarried ? TagFields() : fields),
                 .uncarried = tag->uncarried()};
-  if (!reportsLosses) return source;
-  OpenTag::SourceNotes notes = tag->sourceNotes(fields);
-  if (!tag->isLossless()) {
-    const FileTags held = readTags(file);
-    notes = {.losses = TagLosses::ofReading(held, source.tags, fields),
-             .beyondFields = TagLosses::beyondFields(held.tag)};
-  }
-  source.losses = std::move(notes.losses);
-  source.beyondFields = std::move(notes.beyondFields);
+  if (reportsLosses) addNotes(source, file, *tag, fields);
   return source;
 }
 

@@ -29,6 +29,8 @@ class MP3TagStore : public TagStore {
   Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
                 bool acceptsUncarried) const final;
 
+  /// Returns the tags as `read` does, with `losses` and `beyondFields` of all fields.
+  Source readWithNotes(const std::filesystem::path& from) const;
   /// Throws what `read` throws about the file if it is missing or is not an MP3; reads no tag.
   static void requireMP3(const std::filesystem::path& file);
 
@@ -49,6 +51,7 @@ class MP3TagStore : public TagStore {
   class Edit;
 
   MP3File open(const std::filesystem::path& path) const;
+  static void addNotes(Source& source, MP3File& file, const OpenTag& tag, TagFields fields);
 
   TagOpener openTag_;
 };

@@ -6,6 +6,7 @@
 #include "ID3v2/Reading.h"
 #include "ID3v2/Writing.h"
 #include "QuillmarkKit/store/file/FieldFrames.h"
+#include "QuillmarkKit/store/standard/BeyondFields.h"
 #include "QuillmarkKit/store/standard/LosslessConversion.h"
 #include "QuillmarkKit/store/standard/LosslessError.h"
 #include "QuillmarkKit/store/standard/TagDescriptions.h"
@@ -94,7 +95,7 @@ UncarriedValues StandardTag::uncarried() const {
 
 OpenTag::SourceNotes StandardTag::sourceNotes(TagFields fields) const {
   return {.losses = TagLosses::ofReading(file_, tags_, fields),
-          .beyondFields = TagLosses::beyondFields(file_.tag)};
+          .beyondFields = QuillmarkKit::beyondFields(file_.tag)};
 }
 
 /// Returns a sentence about values of these fields that no listing shows and that a write removes.

@@ -29,18 +29,6 @@ using TagDescriptions::inQuotes;
 
 namespace {
 
-/// The date that the tag tells, from the year to the second, as far as it goes.
-std::string dateOf(const Tag& tag) {
-  const auto valueOf = [&](std::string_view identifier) { return TagTexts::firstValue(tag, identifier); };
-  if (std::string date = valueOf("TDRC"); !date.empty()) return date;
-  std::string date = valueOf("TYER");
-  const std::string day = valueOf("TDAT");
-  const std::string time = valueOf("TIME");
-  if (day.size() == 4) date.append("-").append(day, 2).append("-").append(day, 0, 2);
-  if (time.size() == 4) date.append("T").append(time, 0, 2).append(":").append(time, 2);
-  return date;
-}
-
 /// A year has four digits in one tag, and as many as it takes in another.
 std::string_view withoutZerosInFront(std::string_view date) {
   while (date.size() > 1 && date[0] == '0' && platform::Strings::isASCIIDigit(date[1])) date.remove_prefix(1);
@@ -55,8 +43,8 @@ class Comparison {
       if (isWholeByItself(frame) && isThere(frame)) continue;
       std::visit([&](const auto& content) { compare(frame, content); }, frame.content);
     }
-    const std::string date = dateOf(expected);
-    const std::string newDate = dateOf(found);
+    const std::string date = TagTexts::dateIn(expected);
+    const std::string newDate = TagTexts::dateIn(found);
     const bool isKept =
         newDate.empty() ? date.empty() : withoutZerosInFront(newDate).starts_with(withoutZerosInFront(date));
     if (!isKept) tellText("date", date, newDate);
@@ -271,19 +259,6 @@ void forgetOldDescriptions(Tag& tag, const TagSet& wanted, TagFields asked) {
   }
 }
 
-/// Returns names of the parts that a date such as "2004-05-06T12:30" has besides its year.
-std::string_view partsBeyondYear(std::string_view date) {
-  if (date.find('T') != std::string_view::npos) return "day, month and time";
-  switch (std::ranges::count(date, '-')) {
-    case 0:
-      return "";
-    case 1:
-      return "month";
-    default:
-      return "day and month";
-  }
-}
-
 /// Returns a clause about a date of v2.4 that stays in the tag although it got another year, or nothing.
 std::string oldDateBeside(const Tag& tag, const TagSet::Number& year, TagFields asked) {
   const std::string date = TagTexts::firstValue(tag, "TDRC");
@@ -329,35 +304,6 @@ std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
   return sentence + (canBeKept ? ". --lossless keeps them." : ".");
 }
 
-std::string beyondFields(const Tag& tag) {
-  Tag rest = tag;
-  LosslessConversion::setFields(rest, TagSet(), TagFields::all);
-  struct Count {
-    std::string one;
-    std::string many;
-    std::size_t number;
-  };
-  std::vector<Count> counts;
-  std::unordered_map<std::string, std::size_t> places;
-  for (const Frame& frame : rest.frames) {
-    Count count{.one = frame.identifier, .many = frame.identifier, .number = 0};
-    if (const auto* picture = std::get_if<Picture>(&frame.content)) {
-      const std::string type = " (" + std::string(TagDescriptions::pictureType(picture->type)) + ")";
-      count = {.one = "a picture" + type, .many = "pictures" + type, .number = 0};
-    }
-    const auto [place, isNew] = places.try_emplace(count.one, counts.size());
-    if (isNew) counts.push_back(std::move(count));
-    ++counts[place->second].number;
-  }
-  std::string items;
-  for (const auto& [one, many, number] : counts) {
-    addTo(items, ", ", number == 1 ? one : std::to_string(number) + " " + many);
-  }
-  if (const std::string_view parts = partsBeyondYear(dateOf(tag)); !parts.empty())
-    addTo(items, ", ", "the " + std::string(parts) + " of its date");
-  return items;
-}
-
 std::string ofReading(const FileTags& tags, const TagSet& read, TagFields selected) {
   const Tag& tag = tags.tag;
   const TagSet held = LosslessConversion::fieldsOf(tag);
@@ -380,7 +326,7 @@ std::string ofReading(const FileTags& tags, const TagSet& read, TagFields select
       canBeCarried = false;
     }
     const bool isYear = field == TagField::year;
-    const std::string what = isYear ? "date " + dateOf(tag) : nameInSentence(field) + " " + *said;
+    const std::string what = isYear ? "date " + TagTexts::dateIn(tag) : nameInSentence(field) + " " + *said;
     addTo(sentence, ", ", "its " + what + (now.empty() ? " is not read" : " is read"));
     if (isYear) sentence += now.empty() ? " as a year" : " as the year " + now;
     if (!isYear && !now.empty()) sentence += " as " + inQuotes(now);

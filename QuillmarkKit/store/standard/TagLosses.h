@@ -30,8 +30,4 @@ std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
 /// sentence: "its date 2004-05-06 is not read as a year."
 std::string ofReading(const FileTags& tags, const TagSet& read, TagFields selected);
 
-/// Returns what the tag contains that no field holds, as an enumeration such as "2 TXXX, POPM, a picture
-/// (back cover), the day and month of its date"; empty if nothing.
-std::string beyondFields(const ID3v2::Tag& tag);
-
 }  // namespace QuillmarkKit::TagLosses

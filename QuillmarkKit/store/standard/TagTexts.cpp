@@ -150,4 +150,15 @@ Position positionIn(std::string_view text) {
           .total = std::string(Strings::trimmingWhiteSpace(total))};
 }
 
+std::string dateIn(const ID3v2::Tag& tag) {
+  const auto valueOf = [&](std::string_view identifier) { return firstValue(tag, identifier); };
+  if (std::string date = valueOf("TDRC"); !date.empty()) return date;
+  std::string date = valueOf("TYER");
+  const std::string day = valueOf("TDAT");
+  const std::string time = valueOf("TIME");
+  if (day.size() == 4) date.append("-").append(day, 2).append("-").append(day, 0, 2);
+  if (time.size() == 4) date.append("T").append(time, 0, 2).append(":").append(time, 2);
+  return date;
+}
+
 }  // namespace QuillmarkKit::TagTexts

@@ -48,4 +48,7 @@ struct Position {
 };
 Position positionIn(std::string_view text);
 
+/// Returns the date in the tag, from the year to the second, as far as it goes; empty if there is none.
+std::string dateIn(const ID3v2::Tag& tag);
+
 }  // namespace QuillmarkKit::TagTexts
