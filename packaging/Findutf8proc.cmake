@@ -1,0 +1,14 @@
+# Finds utf8proc, which not every version of it helps CMake to find, and defines utf8proc::utf8proc. A caller that
+# wants a certain file, such as the static library, sets utf8proc_LIBRARY beforehand.
+find_path(utf8proc_INCLUDE_DIR utf8proc.h)
+find_library(utf8proc_LIBRARY utf8proc)
+mark_as_advanced(utf8proc_INCLUDE_DIR utf8proc_LIBRARY)
+
+include(FindPackageHandleStandardArgs)
+find_package_handle_standard_args(utf8proc REQUIRED_VARS utf8proc_LIBRARY utf8proc_INCLUDE_DIR)
+
+if(utf8proc_FOUND AND NOT TARGET utf8proc::utf8proc)
+  add_library(utf8proc::utf8proc UNKNOWN IMPORTED)
+  set_target_properties(
+    utf8proc::utf8proc PROPERTIES IMPORTED_LOCATION ${utf8proc_LIBRARY} INTERFACE_INCLUDE_DIRECTORIES ${utf8proc_INCLUDE_DIR})
+endif()
