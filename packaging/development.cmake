@@ -75,4 +75,5 @@ install(EXPORT quillmark NAMESPACE quillmark:: DESTINATION ${package_dir} FILE q
 write_basic_package_version_file(quillmark-config-version.cmake COMPATIBILITY SameMinorVersion)
 install(FILES quillmark-config.cmake Findutf8proc.cmake ${CMAKE_CURRENT_BINARY_DIR}/quillmark-config-version.cmake
         DESTINATION ${package_dir} ${development})
-install(FILES third-party-notices DESTINATION ${CMAKE_INSTALL_DOCDIR} ${development})
+install(FILES ${PROJECT_SOURCE_DIR}/docs/library.md third-party-notices DESTINATION ${CMAKE_INSTALL_DOCDIR} ${development})
+install(DIRECTORY ${PROJECT_SOURCE_DIR}/examples DESTINATION ${CMAKE_INSTALL_DOCDIR} ${development})

@@ -16,8 +16,9 @@ struct Artwork {
   platform::SharedBytes data;
   Format format;
 
-  /// The format is told by the signature at the start; nothing for bytes that are neither JPEG nor PNG. What
-  /// follows the signature is not checked.
+  /// Returns the picture with the format that the bytes' signature shows; nothing for bytes that are neither
+  /// JPEG nor PNG. Checks only the signature. The caller must check the result before a write that selects
+  /// the artwork: a tag set without artwork then removes the file's pictures.
   static std::optional<Artwork> detecting(platform::SharedBytes bytes);
 
   bool operator==(const Artwork&) const = default;

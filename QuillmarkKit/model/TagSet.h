@@ -47,7 +47,7 @@ struct TagSet {
   bool isEmpty() const { return *this == TagSet(); }
   /// The fields that `other` has another value for, or none.
   TagFields differing(const TagSet& other) const;
-  /// This tag set with the given fields as `other` has them, absent ones included.
+  /// Returns this tag set with the given fields as `other` has them; those that are absent there are removed.
   TagSet merging(const TagSet& other, TagFields fields) const;
   /// This tag set with its texts trimmed of white space and then of U+0000 at both ends, empty ones made
   /// absent.

@@ -16,7 +16,8 @@
 namespace QuillmarkKit {
 
 /// Writes fields of one tag set into files. Changes the selected fields and no others, writes only the files
-/// that change, and goes on after one that fails.
+/// that change, and goes on after one that fails. A selected field that is absent in the tag set is removed
+/// from the files; without artwork in the tag set, selecting the artwork removes their pictures.
 class TagApplier {
  public:
   /// What a write changes, as far as the applier was asked for it.
