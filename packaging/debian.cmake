@@ -1,17 +1,20 @@
-# Turns what was installed into what Debian expects, before the package is made of it.
-set(share ${CPACK_TEMPORARY_INSTALL_DIRECTORY}/usr/share)
-set(doc ${share}/doc/@PROJECT_NAME@)
+# Turns what was installed into what Debian expects, before the packages are made of it.
+set(root ${CPACK_TEMPORARY_INSTALL_DIRECTORY})
+set(share ${root}/program/usr/share)
 
 # Debian's zsh looks for the functions of packages under another name.
 file(RENAME ${share}/zsh/site-functions ${share}/zsh/vendor-completions)
+file(RENAME ${root}/development/usr/share/doc/quillmark ${root}/development/usr/share/doc/libquillmark-dev)
+execute_process(COMMAND gzip -9n ${share}/man/man1/quillmark.1 ${share}/doc/quillmark/CHANGELOG.md COMMAND_ERROR_IS_FATAL ANY)
 
 string(TIMESTAMP now "%a, %d %b %Y %H:%M:%S +0000" UTC)
-file(WRITE ${doc}/changelog "@PROJECT_NAME@ (@PROJECT_VERSION@) unstable; urgency=medium
+foreach(doc ${share}/doc/quillmark ${root}/development/usr/share/doc/libquillmark-dev)
+  file(WRITE ${doc}/changelog "@PROJECT_NAME@ (@PROJECT_VERSION@) unstable; urgency=medium
 
-  * What is new stands in CHANGELOG.md.
+  * See CHANGELOG.md in the package @PROJECT_NAME@.
 
  -- @CPACK_PACKAGE_CONTACT@  ${now}
 ")
-file(CHMOD ${doc}/changelog PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
-execute_process(COMMAND gzip -9n ${share}/man/man1/quillmark.1 ${doc}/CHANGELOG.md ${doc}/changelog
-                COMMAND_ERROR_IS_FATAL ANY)
+  file(CHMOD ${doc}/changelog PERMISSIONS OWNER_READ OWNER_WRITE GROUP_READ WORLD_READ)
+  execute_process(COMMAND gzip -9n ${doc}/changelog COMMAND_ERROR_IS_FATAL ANY)
+endforeach()
