@@ -6,6 +6,7 @@
 #include <string_view>
 #include <vector>
 
+#include "platform/ReadAhead.h"
 #include "platform/base/Bytes.h"
 #include "quillmark/Arguments.h"
 
@@ -28,6 +29,10 @@ class FileList {
   std::string_view name(std::size_t index) const { return names_[index]; }
   /// Only a word of the command line may start with a tilde for a home directory.
   std::filesystem::path location(std::size_t index) const;
+  /// Returns what reads ahead for a run over the files in their order. This list must outlive it.
+  platform::ReadAhead readAhead() const {
+    return {size(), [this](std::size_t index) { return location(index); }};
+  }
 
  private:
   void addNamesIn(std::string_view list);

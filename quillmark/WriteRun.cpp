@@ -14,8 +14,10 @@ int writeInto(const WriteRun& run, Console& console) {
   platform::ReplacementRun replacements;
   Report report(run.options, notesRemovals ? run.source : "", console);
   Progress progress(run.files.size(), console);
+  platform::ReadAhead readAhead = run.files.readAhead();
   std::size_t reached = 0;
   for (; reached < run.files.size() && platform::Signals::interruption() == 0; ++reached) {
+    readAhead.advanceTo(reached);
     const std::filesystem::path file = run.files.location(reached);
     progress.next(file);
     report.add(applier.applyToOne(run.tags, file, run.selection, run.options.dryRun, replacements),

@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <string_view>
 
+#include "platform/base/Bytes.h"
+
 /// Facts of file formats that modules need which do not know each other.
 namespace platform {
 
@@ -26,6 +28,17 @@ constexpr std::uint32_t synchsafe(std::uint32_t number) {
 constexpr std::uint32_t numberFromSynchsafe(std::uint32_t spread) {
   return (spread >> 24 & 0x7F) << 21 | (spread >> 16 & 0x7F) << 14 | (spread >> 8 & 0x7F) << 7 |
          (spread & 0x7F);
+}
+
+/// Returns the size of the ID3v2 tag that starts with these bytes, header and footer included, as its header
+/// claims it, whatever the version; 0 if no tag starts there, or if its header is not complete.
+constexpr std::uint64_t claimedTagSize(ByteView start) {
+  constexpr std::uint8_t versionWithFooter = 4;
+  constexpr std::uint8_t footerFlag = 0x10;
+  if (start.size() < tagHeaderSize || start[0] != 'I' || start[1] != 'D' || start[2] != '3') return 0;
+  const std::uint64_t bodySize = numberFromSynchsafe(bigEndian(start.subspan(6, 4)));
+  const bool hasFooter = start[3] == versionWithFooter && (start[5] & footerFlag) != 0;
+  return tagHeaderSize + bodySize + (hasFooter ? tagHeaderSize : 0);
 }
 
 /// The first bytes of every JPEG file.

@@ -32,17 +32,6 @@ bool hasAt(platform::ByteView data, std::size_t offset, std::string_view text) {
          platform::charactersOf(data.subspan(offset, text.size())) == text;
 }
 
-/// Returns the size of the tag that starts with these bytes, header and footer included, or the number of
-/// these bytes if none does.
-std::uint64_t claimedSize(platform::ByteView start) {
-  constexpr std::uint8_t versionWithFooter = 4;
-  constexpr std::uint8_t footerFlag = 0x10;
-  if (start.size() < platform::tagHeaderSize || !hasAt(start, 0, "ID3")) return start.size();
-  const std::uint64_t bodySize = platform::numberFromSynchsafe(platform::bigEndian(start.subspan(6, 4)));
-  const bool hasFooter = start[3] == versionWithFooter && (start[5] & footerFlag) != 0;
-  return platform::tagHeaderSize + bodySize + (hasFooter ? platform::tagHeaderSize : 0);
-}
-
 }  // namespace
 
 MP3File::MP3File(const std::filesystem::path& path) : MP3File(openForReading(path)) {
@@ -53,7 +42,10 @@ MP3File::MP3File(const std::filesystem::path& path) : MP3File(openForReading(pat
 
 const platform::SharedBytes& MP3File::tagBytes() {
   if (!tagBytes_) {
-    const auto size = static_cast<std::size_t>(std::min(claimedSize(handle_.start()), handle_.size()));
+    const platform::ByteView start = handle_.start();
+    const std::uint64_t claimed = platform::claimedTagSize(start);
+    const auto size = static_cast<std::size_t>(
+        std::min(claimed > 0 ? claimed : std::uint64_t{start.size()}, handle_.size()));
     platform::Bytes bytes = handle_.readFirst(size);
     if (bytes.size() < size) {
       throw platform::FileConflict(platform::FileConflict::Case::changed, handle_.path());
