@@ -52,10 +52,10 @@ _quillmark() {
         '
         [set]='
             --recursive --files0-from --lossless --notes --strict --help --dry-run --diff --backup --paths
-            --quiet --clear
+            --quiet --clear --from-json
         '
     )
-    local -A suffixes_of=([--save-artwork]='*' [--files0-from]='*' [--from]='mp3' [--artwork]='jpg|jpeg|png')
+    local -A suffixes_of=([--save-artwork]='*' [--files0-from]='*' [--from]='mp3' [--from-json]='json' [--artwork]='jpg|jpeg|png')
     local lists='--fields|--fields|--clear'
     # end of options
     local options

@@ -48,6 +48,7 @@ complete -c quillmark -n '__quillmark_is paste apply set' -l quiet -d 'print no 
 complete -c quillmark -n '__quillmark_is apply' -l from -xka '(__fish_complete_suffix .mp3)' -d 'the MP3 whose tags are written'
 complete -c quillmark -n '__quillmark_is apply' -l whole-tag -d 'copy the whole tag, frame for frame'
 complete -c quillmark -n '__quillmark_is set' -l clear -xa "(__quillmark_list $fields)" -d 'remove these fields'
+complete -c quillmark -n '__quillmark_is set' -l from-json -xka '(__fish_complete_suffix .json)' -d 'write a document of read --json; - is standard input'
 # end of options
 complete -c quillmark -n '__quillmark_is ""' -a fields -d 'list the names of the fields'
 complete -c quillmark -n '__quillmark_is ""' -a help -d 'print a short text on all commands'

@@ -1,9 +1,11 @@
 #include "QuillmarkKit/model/TagSetJSON.h"
 
+#include <algorithm>
 #include <array>
 #include <optional>
 #include <string>
 
+#include "QuillmarkKit/transfer/TagDocument.h"
 #include "fuzz/FuzzTarget.h"
 #include "platform/base/JSON.h"
 
@@ -25,11 +27,32 @@ auto unlessMalformed(Read read) {
   }
 }
 
+/// Whether both change the same file in the same way.
+bool isSameChange(const FileChange& a, const FileChange& b) {
+  return a.file == b.file && a.tags == b.tags && a.selected == b.selected;
+}
+
+void requireSameChanges(std::string_view document) {
+  const auto changes = unlessMalformed([&] { return changesIn(document); });
+  if (!changes) return;
+  JSON::Object files;
+  for (const FileChange& change : *changes) {
+    JSON::Value fields = encodeTagSet(change.tags);
+    for (const TagField field : allTagFields) {
+      if (change.selected.contains(field)) fields.object()->try_emplace(std::string(rawValue(field)));
+    }
+    files.emplace(change.file, std::move(fields));
+  }
+  const auto again = changesIn(JSON::print(files, JSON::Layout::pretty));
+  require(std::ranges::equal(again, *changes, isSameChange), "a printed document changes the same");
+}
+
 }  // namespace
 
 void fuzzTarget(const platform::SharedBytes& input) {
   const auto document = unlessMalformed([&] { return JSON::parse(platform::charactersOf(input)); });
   if (!document) return;
+  requireSameChanges(platform::charactersOf(input));
   const std::string andMore = std::string(platform::charactersOf(input)) + "]";
   require(!unlessMalformed([&] { return JSON::parse(andMore); }), "a document is all there is");
   for (const JSON::Layout layout : layouts) {

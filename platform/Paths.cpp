@@ -62,6 +62,12 @@ std::filesystem::path absoluteLocation(std::string_view name) {
   return failure || absolute.native().size() >= PATH_MAX ? location : tidied(absolute.native());
 }
 
+std::filesystem::path realLocation(const std::filesystem::path& location) {
+  std::error_code failure;
+  std::filesystem::path real = std::filesystem::canonical(location, failure);
+  return failure ? location : real;
+}
+
 std::filesystem::path fileLocation(std::string_view word) {
   return absoluteLocation(expandingTilde(word));
 }

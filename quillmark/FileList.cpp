@@ -1,5 +1,7 @@
 #include "quillmark/FileList.h"
 
+#include <utility>
+
 #include "platform/FileError.h"
 #include "platform/FileManager.h"
 #include "platform/Input.h"
@@ -34,6 +36,10 @@ void FileList::replaceFoldersByTheirFiles() {
   wordCount_ = wordCount;
 }
 
+FileList::FileList(platform::Bytes names) : list_(std::move(names)) {
+  addNamesInList();
+}
+
 void FileList::addNamesIn(std::string_view list) {
   // More than any file system has names for one run; an endless input comes to an end here.
   constexpr std::uint64_t limit = std::uint64_t{1} << 30;
@@ -48,12 +54,18 @@ void FileList::addNamesIn(std::string_view list) {
   if (list_.size() == limit) refuse("it is longer than 1 GiB");
   if (!list_.empty() && list_.back() != 0)
     refuse("its last name is not ended by a NUL, as find -print0 does");
+  if (!addNamesInList()) refuse("a name in it is empty");
+}
+
+/// Returns false if one of the names is empty.
+bool FileList::addNamesInList() {
   for (std::string_view rest = platform::charactersOf(list_); !rest.empty();) {
     const std::size_t end = rest.find('\0');
-    if (end == 0) refuse("a name in it is empty");
+    if (end == 0) return false;
     names_.push_back(rest.substr(0, end));
     rest.remove_prefix(end + 1);
   }
+  return true;
 }
 
 std::filesystem::path FileList::location(std::size_t index) const {

@@ -20,6 +20,8 @@ class FileList {
   /// MP3 files below a folder instead of the folder. Throws CLIError if there are none, and FileError for a
   /// list that cannot be used and a folder that cannot be read. The words must outlive the list.
   explicit FileList(const Arguments& arguments);
+  /// The files with these names, each ended by a NUL. There may be none.
+  explicit FileList(platform::Bytes names);
 
   FileList(FileList&&) = default;
   FileList& operator=(FileList&&) = default;
@@ -37,6 +39,7 @@ class FileList {
  private:
   void addNamesIn(std::string_view list);
   void replaceFoldersByTheirFiles();
+  bool addNamesInList();
 
   std::vector<std::string_view> names_;
   std::size_t wordCount_ = 0;

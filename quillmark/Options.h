@@ -35,6 +35,8 @@ inline constexpr Option fields{"fields", OptionValue::fieldList, "write these fi
 inline constexpr Option files0From{"files0-from", OptionValue::file,
                                    "take further files from a list, names ended by NUL"};
 inline constexpr Option from{"from", OptionValue::file, "the MP3 whose tags are written"};
+inline constexpr Option fromJSON{"from-json", OptionValue::file,
+                                 "write a document of read --json; - is standard input"};
 inline constexpr Option help{"help", OptionValue::none, "print this text"};
 inline constexpr Option keepGoing{"keep-going", OptionValue::none,
                                   "report files that cannot be read, and go on"};
@@ -83,8 +85,8 @@ inline constexpr std::array ofPaste{all,       fields,     dryRun,   diff,  back
                                     recursive, files0From, lossless, notes, strict, help};
 inline constexpr std::array ofApply{from,  all,       fields,     wholeTag, dryRun, diff,   backup, paths,
                                     quiet, recursive, files0From, lossless, notes,  strict, help};
-inline constexpr std::array ofSet{clear,     dryRun,     diff,     backup, paths,  quiet,
-                                  recursive, files0From, lossless, notes,  strict, help};
+inline constexpr std::array ofSet{clear,     fromJSON,   dryRun,   diff,  backup, paths, quiet,
+                                  recursive, files0From, lossless, notes, strict, help};
 
 }  // namespace options
 

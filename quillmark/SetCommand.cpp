@@ -8,6 +8,7 @@
 #include "platform/base/Strings.h"
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
+#include "quillmark/DocumentRun.h"
 #include "quillmark/FieldSelection.h"
 #include "quillmark/Hints.h"
 #include "quillmark/Stores.h"
@@ -61,6 +62,9 @@ void setField(TagField field, std::string_view option, std::string_view value, T
 }  // namespace
 
 WriteRun prepareSet(const Arguments& arguments, Console&) {
+  if (const auto document = arguments.value(options::fromJSON)) {
+    return prepareFromDocument(*document, arguments);
+  }
   FileList files(arguments);
   TagSet tags;
   TagFields selection;

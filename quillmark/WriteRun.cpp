@@ -20,7 +20,10 @@ int writeInto(const WriteRun& run, Console& console) {
     readAhead.advanceTo(reached);
     const std::filesystem::path file = run.files.location(reached);
     progress.next(file);
-    report.add(applier.applyToOne(run.tags, file, run.selection, run.options.dryRun, replacements),
+    const bool hasOwn = !run.changes.empty();
+    const QuillmarkKit::TagSet& tags = hasOwn ? run.changes[reached].tags : run.tags;
+    const QuillmarkKit::TagFields selection = hasOwn ? run.changes[reached].selected : run.selection;
+    report.add(applier.applyToOne(tags, file, selection, run.options.dryRun, replacements),
                run.files.name(reached));
   }
   report.synchronise(replacements);

@@ -2,9 +2,11 @@
 
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "QuillmarkKit/model/TagSet.h"
 #include "QuillmarkKit/store/TagStore.h"
+#include "QuillmarkKit/transfer/TagDocument.h"
 #include "quillmark/Console.h"
 #include "quillmark/FileList.h"
 #include "quillmark/RunOptions.h"
@@ -21,6 +23,8 @@ struct WriteRun {
   RunOptions options;
   /// Names for people where the values come from, if fields that it does not have are removed from files.
   std::string source = {};
+  /// If files get different values: what each of them gets, in the place of `tags` and `selection`.
+  std::vector<QuillmarkKit::FileChange> changes = {};
 };
 
 /// Applies the fields to one file after another, reports each, and returns the exit status. After an

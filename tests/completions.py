@@ -107,7 +107,7 @@ def main():
         os.environ["HOME"] = scratch  # where the shells keep notes of their own
         folder = pathlib.Path(scratch, "album")
         folder.mkdir()
-        for name in ("a b.mp3", "B.MP3", "cover.jpg"):
+        for name in ("a b.mp3", "B.MP3", "cover.jpg", "album.json"):
             (folder / name).touch()
         for shell in (bash, fish, Zsh(folder, pathlib.Path(scratch, "out"))):
             name = getattr(shell, "__name__", "zsh")
@@ -127,6 +127,7 @@ def main():
             offers("quillmark set --title ")
             for option in ("set --artwork", "read --save-artwork"):
                 offers(f"quillmark {option} ", "cover.jpg", only=False)
+            offers("quillmark set --from-json ", "album.json", only=False)
             offers("quillmark apply --from ", "a b.mp3", "B.MP3", only=False)
 
 

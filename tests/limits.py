@@ -53,6 +53,20 @@ def check_file_size_limit(program, album):
         check(f"file size limit {limit}", check_files(f"file size limit {limit}", album, result, os.strerror(errno.EFBIG)), fits)
 
 
+def check_saved_artwork(program, folder):
+    """A picture that cannot be written leaves the file that is there, and nothing beside it."""
+    folder.mkdir()
+    (folder / "01.mp3").write_bytes(proof.identity("Songs") + AUDIO)
+    (folder / "cover").write_bytes(b"old")
+    def save(name, limit):
+        return run(program, ["read", "--save-artwork", name, "01.mp3"], folder,
+                   preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+    for name in ("cover", "new"):
+        check(f"limit on {name}", save(name, 2000), (1, "", f"quillmark: {name} could not be written: {os.strerror(errno.EFBIG)}.\n"))
+    check("limit on a picture", (sorted(os.listdir(folder)), (folder / "cover").read_bytes()), (["01.mp3", "cover"], b"old"))
+    check("within the limit", (save("cover", 3005)[0], (folder / "cover").stat().st_size), (0, 3004))
+
+
 def check_rights(program, album):
     """A user without rights over the folder or a file changes nothing there."""
     def attempt(what, reason, mode):
@@ -236,6 +250,7 @@ def main():
         album.learn(program)
         check_file_size_limit(program, album)
         check_rights(program, album)
+        check_saved_artwork(program, folder / "artwork")
         check_names(program, folder / "names", album)
         check_signals(program, folder / "run", album)
         check_outputs(program, folder / "run", album)

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -77,9 +78,17 @@ class DecodingError : public std::exception {
   std::string description_;
 };
 
-/// Reads one document. Of a name that stands twice in an object, the later member counts. Throws
-/// DecodingError for anything that is not JSON in UTF-8, and for values nested more than 512 deep.
-Value parse(std::string_view document);
+/// What `parse` does about a name that an object contains more than once: the last member of that name
+/// counts, or it throws.
+enum class RepeatedNames : std::uint8_t { accepted, refused };
+
+/// Reads one document. Throws DecodingError for anything that is not JSON in UTF-8, and for values nested
+/// more than 512 deep.
+Value parse(std::string_view document, RepeatedNames repeatedNames = RepeatedNames::accepted);
+
+/// Returns a member's place in a document, such as `"title" of "01.mp3"`, from the names of the members that
+/// lead to it, the outermost first. Control characters in names are made visible.
+std::string placeOf(std::span<const std::string_view> names);
 
 enum class Layout : std::uint8_t {
   /// No white space at all.

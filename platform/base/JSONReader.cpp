@@ -59,7 +59,8 @@ char tokenBefore(std::string_view document, std::size_t end) {
 /// Builds a Value from the events of the parser, with a stack of its own: no recursion over the document.
 class ValueBuilder {
  public:
-  explicit ValueBuilder(std::string_view document) : document_(document) {}
+  ValueBuilder(std::string_view document, RepeatedNames repeatedNames)
+      : document_(document), repeatedNames_(repeatedNames) {}
 
   Value take() { return std::move(root_); }
 
@@ -71,7 +72,11 @@ class ValueBuilder {
   bool string(std::string& value) { return add(Value(std::move(value))); }
   bool binary(std::vector<std::uint8_t>&) { return false; }
   bool key(std::string& name) {
+    const bool isRepeated = open_.back().object()->contains(name);
     names_.back() = std::move(name);
+    if (isRepeated && repeatedNames_ == RepeatedNames::refused) {
+      throw DecodingError(place() + " is there twice");
+    }
     last_ = Event::key;
     return true;
   }
@@ -105,6 +110,15 @@ class ValueBuilder {
     return isObject ? "a name in quotes" : "a value";
   }
 
+  /// Returns the place of the member that is being read.
+  std::string place() const {
+    std::vector<std::string_view> names;
+    for (std::size_t i = 0; i < open_.size(); ++i) {
+      if (open_[i].object() != nullptr) names.emplace_back(names_[i]);
+    }
+    return placeOf(names);
+  }
+
   bool open(Value container) {
     if (open_.size() == greatestDepth) {
       throw DecodingError("values nested more than " + std::to_string(greatestDepth) + " deep");
@@ -135,6 +149,7 @@ class ValueBuilder {
   }
 
   std::string_view document_;
+  RepeatedNames repeatedNames_;
   Event last_ = Event::opened;
   Value root_;
   std::vector<Value> open_;
@@ -144,13 +159,22 @@ class ValueBuilder {
 
 }  // namespace
 
-Value parse(std::string_view document) {
+Value parse(std::string_view document, RepeatedNames repeatedNames) {
   // The parser takes a zero byte for the end of the document, whatever follows it.
   if (document.find('\0') != std::string_view::npos)
     throw DecodingError("not valid JSON: it holds a zero byte");
-  ValueBuilder builder(document);
+  ValueBuilder builder(document, repeatedNames);
   Parser::sax_parse(document.begin(), document.end(), &builder);
   return builder.take();
+}
+
+std::string placeOf(std::span<const std::string_view> names) {
+  std::string place;
+  for (const std::string_view name : names) {
+    const std::string quoted = "\"" + Strings::visible(name) + "\"";
+    place = place.empty() ? quoted : quoted + " of " + place;
+  }
+  return place;
 }
 
 std::optional<std::int64_t> Number::integer() const {

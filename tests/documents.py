@@ -1,0 +1,243 @@
+#!/usr/bin/env python3
+"""Documents of `read --json`, edited or not, through `set --from-json`: what was not edited stays, what was edited is what
+another `read --json` prints, and a document with a mistake changes nothing.
+
+Usage: documents.py PROGRAM SAMPLES_FOLDER
+"""
+import base64
+import json
+import os
+import pathlib
+import random
+import shutil
+import sys
+import tempfile
+
+import proof
+from lossless import AUDIO, HAND_MADE, ID3V1, APE, JPEG, PNG, f3, f4, others, tag, text, view
+from proof import ENVIRONMENT, check, run
+
+ROUNDS = 3
+FILES = 40
+TEXTS = ("title", "artist", "album", "albumArtist", "composer", "conductor", "grouping", "publisher", "copyright", "lyricist",
+         "subtitle", "encodedBy", "initialKey", "fileOwner", "genre", "comment", "lyrics")
+FRAMES = ("TIT2", "TPE1", "TALB", "TPE2", "TCOM", "TIT1", "TPUB", "TCOP", "TENC", "TCON")
+WORDS = ("Kyrie", "Väskelund", "春の海", "שלום", "🎵", "a\\b", 'q"', "R&B", "x\ny", "/", "\u202e", "\t", "e\u0301")
+
+
+def words(chance, joint=" "):
+    return joint.join(chance.sample(WORDS[:5], chance.randint(1, 2)) + chance.sample(WORDS, chance.randint(0, 2)) + ["."])
+
+
+def picture(chance):
+    return chance.choice((PNG, JPEG)) + chance.randbytes(chance.randint(0, 5000))
+
+
+def generated(chance):
+    """A tag as other programs write it, of v2.3 or v2.4, with frames that no field stands for."""
+    version, frame, wide = chance.choice(((3, f3, 1), (4, f4, 3)))
+    frames = [frame(name, text(words(chance), wide)) for name in chance.sample(FRAMES, chance.randint(0, 6))]
+    frames += [frame("TRCK", text(f"{chance.randint(1, 30)}/30")), frame("TBPM", text(f"{chance.randint(1, 300)}"))]
+    frames += [frame("TDRC" if version == 4 else "TYER", text(f"{chance.randint(1000, 2100)}"))]
+    frames += [frame("PRIV", b"owner\0" + chance.randbytes(99)), frame("TXXX", text("k\0v"))]
+    frames += [frame("COMM", b"\0eng\0at dawn"), frame("APIC", b"\0image/x\0\3\0" + picture(chance))]
+    return tag(version, *chance.sample(frames, chance.randint(1, len(frames))))
+
+
+def edit(chance, fields, is_lossless):
+    """Changes some fields of a member; removed ones become null."""
+    for field in chance.sample(TEXTS, 3):
+        several = is_lossless and field in ("artist", "composer") and chance.random() < 0.3
+        fields[field] = None if chance.random() < 0.3 else words(chance, "\0" if several else " ")
+    for field in ("year", "bpm"):
+        if chance.random() < 0.3:
+            fields[field] = chance.choice((None, chance.randint(1000, 9999)))
+    for kind in ("track", "disc"):  # without its number, a total has no place in a tag
+        if chance.random() < 0.5:
+            fields[kind + "Number"] = chance.choice((None, chance.randint(1, 99)))
+            fields[kind + "Total"] = fields[kind + "Number"] and chance.choice((None, chance.randint(1, 99)))
+    if chance.random() < 0.3:
+        data = picture(chance)
+        fields["artwork"] = chance.choice((None, {"data": base64.b64encode(data).decode(),
+                                                  "format": "png" if data.startswith(PNG[:4]) else "jpeg"}))
+
+
+class Proof:
+    def __init__(self, program, folder):
+        self.program, self.folder = program, folder
+
+    def names(self):
+        return sorted(path.name for path in self.folder.glob("*.mp3"))
+
+    def read(self, *options):
+        status, document, errors = run(self.program, ["read", "--json", *options, *self.names()], self.folder)
+        check("read", (status, errors), (0, ""))
+        return document
+
+    def write(self, document, *options):
+        path = self.folder / "album.json"
+        path.write_bytes(document if isinstance(document, bytes) else document.encode())
+        with path.open() as stream:
+            return run(self.program, ["set", "--from-json", "-", *options], self.folder, stdin=stream)
+
+    def contents(self):
+        return {path.name: (path.stat().st_ino, path.read_bytes()) for path in self.folder.iterdir() if path.suffix != ".json"}
+
+    def check_unchanged(self, what):
+        for options in ((), ("--lossless",)):
+            for more in ((), ("--no-artwork",)):
+                result = self.write(self.read(*options, *more), *options)
+                count = len(self.names())
+                check(f"{what} {options} {more}", (result[0], result[1].splitlines()[-1:], result[2]),
+                      (0, [f"changed 0, unchanged {count}, failed 0"], ""))
+
+    def check_edits(self, chance, options):
+        old = json.loads(self.read(*options))
+        frames = {name: others(view(self.folder / name)) for name in self.names()}
+        document = json.loads(self.read(*options, "--no-artwork"))
+        for fields in document.values():
+            for field in chance.sample(list(fields), len(fields) // 3):
+                del fields[field]
+            if chance.random() < 0.8:
+                edit(chance, fields, "--lossless" in options)
+        expected = {name: {field: value for field, value in {**old[name], **fields}.items() if value is not None}
+                    for name, fields in document.items()}
+        for name, fields in document.items():
+            if "bytes" in (fields.get("artwork") or {}):
+                expected[name]["artwork"] = old[name]["artwork"]
+        result = self.write(json.dumps(document, ensure_ascii=chance.random() < 0.5), *options)
+        changed = sum(old[name] != expected[name] for name in old)
+        check("edits", (result[0], result[1].splitlines()[-1], result[2]),
+              (0, f"changed {changed}, unchanged {len(old) - changed}, failed 0", ""))
+        after = json.loads(self.read(*options))
+        for name in old:
+            check(f"edits {options}: {name}", after[name], expected[name])
+            check(f"edits {options}: other frames", others(view(pathlib.Path(name))), frames[pathlib.Path(name).name])
+
+
+# Each document has one mistake, and only where it is named may differ between the rows of a kind.
+TRACK = '"/d/01 Kyrie.mp3"'
+AT = f"of {TRACK} "
+BROKEN = (
+    ("", "not valid JSON: it ends too early"),
+    ('{"01.mp3": {"title": "x"}', "not valid JSON: it ends too early"),
+    ('{"01.mp3":\n {"title": "x",}}', "not valid JSON: a name in quotes was expected at line 2, column 16"),
+    ('{"01.mp3" {}}', "not valid JSON: a colon was expected at line 1, column 11"),
+    ('{"01.mp3": {"title": x}}', "not valid JSON: a value was expected at line 1, column 22"),
+    ('{"01.mp3": {"year": 01}}', "not valid JSON: a comma or a closing brace was expected at line 1, column 22"),
+    ('{"01.mp3": {"title": "a\nb"}}', "not valid JSON: a value was expected at line 2, column 0"),
+    (b'{"01.mp3": {"title": "\xff"}}', "not valid JSON: a value was expected at line 1, column 23"),
+    ('{"01.mp3": {"title": "\\ud800"}}', "not valid JSON: a value was expected at line 1, column 29"),
+    ('{"01.mp3": {}}\n{}', "not valid JSON: the end was expected at line 2, column 1"),
+    ("{}".encode("utf-16"), "not valid JSON: it holds a zero byte"),
+    ("[" * 600, "values nested more than 512 deep"),
+    ("[]", "the document is not an object"),
+    ('{"/d/01 Kyrie.mp3": {}, "\\/d\\/01 Kyrie.mp3": {}}', f"{TRACK} is there twice"),
+    ('{"01.mp3": {}, "./01.mp3": {}}', '"./01.mp3" and "01.mp3" are the same file'),
+    ('{"01.mp3": {}, "link.mp3": {}}', '"01.mp3" and "link.mp3" are the same file'),
+    ('{"": {}}', '"" cannot be the name of a file'),
+    ('{"01.mp3\\u0000x": {}}', '"01.mp3\\x00x" cannot be the name of a file'),
+    ('{"01\\n.mp3": null}', '"01\\x0a.mp3" is not an object'),
+    ("{T: [1]}", f"{TRACK} is not an object"),
+    ('{T: {"mood": "x"}}', f'"mood" {AT}is not a field'),
+    ('{T: {"track-number": 1}}', f'"track-number" {AT}is not a field, but "trackNumber" is one'),
+    ('{T: {"title": "x", "title": "y"}}', f'"title" {AT}is there twice'),
+    ('{T: {"title": 1}}', f'"title" {AT}is not a text'),
+    ('{T: {"lyrics": ["a", "b"]}}', f'"lyrics" {AT}is not a text'),
+    ('{T: {"trackNumber": "3/12"}}', f'"trackNumber" {AT}is not a number'),
+    ('{T: {"year": true}}', f'"year" {AT}is not a number'),
+    ('{T: {"bpm": 98.6}}', f'"bpm" {AT}is not a whole number of at most 64 bits'),
+    ('{T: {"year": 9223372036854775808}}', f'"year" {AT}is not a whole number of at most 64 bits'),
+    ('{T: {"year": 1e999}}', f'"year" {AT}is not a whole number of at most 64 bits'),
+    ('{T: {"artwork": "cover.jpg"}}', f'"artwork" {AT}is not an object'),
+    ('{T: {"artwork": {"bytes": 3}}}', f'"artwork" {AT}has no "format"'),
+    ('{T: {"artwork": {"format": "png"}}}', f'"artwork" {AT}needs either "data" or "bytes"'),
+    ('{T: {"artwork": {"format": "png", "data": "", "bytes": 0}}}', f'"artwork" {AT}needs either "data" or "bytes"'),
+    ('{T: {"artwork": {"format": "gif", "bytes": 3}}}', f'"format" of "artwork" {AT}is neither "jpeg" nor "png"'),
+    ('{T: {"artwork": {"format": "png", "bytes": -1}}}', f'"bytes" of "artwork" {AT}is less than 0'),
+    ('{T: {"artwork": {"format": "png", "data": null}}}', f'"data" of "artwork" {AT}is not a text'),
+    ('{T: {"artwork": {"format": "png", "data": "iVBORw0KGgo"}}}', f'"data" of "artwork" {AT}is not Base64'),
+    ('{T: {"artwork": {"format": "png", "data": "R0lGODlh"}}}', f'"data" of "artwork" {AT}is not a PNG picture'),
+    ('{T: {"artwork": {"format": "jpeg", "data": "iVBORw0KGgo="}}}', f'"data" of "artwork" {AT}is not a JPEG picture'),
+    ('{T: {"artwork": {"format": "png", "bytes": 3, "type": 3}}}', f'"type" of "artwork" {AT}is not part of a picture'),
+    ('{T: {"year": 12345}}', f'{TRACK}: --lossless cannot write the year 12345 (expected a year of four digits)'),
+)
+
+
+def check_broken(proof_of):
+    """Nothing is written, not even what is sound in front of the mistake."""
+    before = proof_of.contents()
+    for document, mistake in BROKEN:
+        if isinstance(document, str) and "T:" in document:
+            document = '{"01.mp3": {"title": "new"}, ' + document[1:].replace("T:", TRACK + ":")
+        result = proof_of.write(document, "--lossless")
+        check(f"{document!r:.70}", result, (1, "", f"quillmark: standard input: {mistake}.\n"))
+    check("a broken document writes nothing", proof_of.contents(), before)
+
+
+def check_runs(proof_of):
+    """What stands around the document."""
+    program, folder = proof_of.program, proof_of.folder
+    document = json.dumps({"02.mp3": {"title": " new ", "comment": ""}, "no.mp3": {"title": "x"}, "./01.mp3": {"album": None},
+                           "~/01.mp3": {}, str(folder / "03.mp3"): {}})
+    (folder / "album.json").write_text(document)
+    def result(*words):
+        return run(program, ["set", *words], folder, env={**ENVIRONMENT, "HOME": str(folder)})
+    before = proof_of.contents()
+    dry = result("--from-json", "~/album.json", "--paths", "--dry-run", "--diff")
+    failures = ("quillmark: failed    no.mp3: no.mp3 could not be read.\n"
+                "quillmark: failed    ~/01.mp3: 01.mp3 could not be read.\n")
+    check("dry run", dry, (2, "would     ./01.mp3\n    - Album         A\n" f"unchanged {folder}/03.mp3\n"
+                           "would     02.mp3\n    - Title         K\n    + Title         new\n    - Comment       c\n"
+                           "\nwould change 2, unchanged 1, failed 2\n", failures))
+    check("a dry run writes nothing", proof_of.contents(), before)
+    check("run", result("--from-json", "album.json", "--backup")[0], 2)
+    check("backups", sorted(path.name for path in folder.glob("*.orig")), ["01.mp3.orig", "02.mp3.orig"])
+    check("listing", run(program, ["read", "01.mp3", "02.mp3"], folder)[1],
+          "01.mp3:\n  Title    K\n  Comment  c\n\n02.mp3:\n  Title  new\n  Album  A\n")
+    (folder / "album.json").write_text("\ufeff{}")
+    check("no files", result("--from-json", "album.json"), (0, "\nchanged 0, unchanged 0, failed 0\n", ""))
+    for beside, named in ((["01.mp3"], "01.mp3"), (["--title", "x"], "--title"), (["--files0-from", "x"], "--files0-from")):
+        check(f"beside: {named}", result("--from-json", "album.json", *beside),
+              (1, "", f"quillmark: --from-json takes its files and fields from the document; leave out {named}.\n"))
+    check("no document", result("--from-json", "no.json"), (1, "", "quillmark: no.json could not be read: No such file or directory.\n"))
+
+
+def main():
+    program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).resolve()
+    chance = random.Random(int(os.environ.get("SEED", "1")))
+    def fresh(folder):
+        shutil.rmtree(folder, ignore_errors=True)
+        folder.mkdir()
+        return Proof(program, folder)
+    with tempfile.TemporaryDirectory() as scratch:
+        folder = pathlib.Path(scratch, "album").resolve()
+        one = fresh(folder)
+        for sample in samples.glob("*.mp3"):
+            shutil.copy(sample, folder)
+        for name, data in HAND_MADE.items():
+            if name == "v2.4 line break, no mark":  # any write trims a line break in front of U+0000
+                continue
+            (folder / f"{name}.mp3").write_bytes(data + AUDIO + (APE if "APE" in name else b"") + (ID3V1 if "ID3v1" in name else b""))
+        (folder / "damaged PNG.mp3").write_bytes(tag(3, f3("APIC", b"\0image/png\0\3\0" + PNG[:4] + bytes(9))) + AUDIO)
+        one.check_unchanged("samples and oddities")
+        for _ in range(ROUNDS):
+            for options in ((), ("--lossless",)):
+                one = fresh(folder)
+                for number in range(FILES):
+                    (folder / f"{number:02}.mp3").write_bytes(generated(chance) + AUDIO)
+                one.check_unchanged("generated tags")
+                one.check_edits(chance, options)
+                one.check_unchanged("edited tags")
+        one = fresh(folder)
+        for name in ("01.mp3", "02.mp3", "03.mp3"):
+            (folder / name).write_bytes(tag(3, f3("TIT2", text("K")), f3("TALB", text("A")), f3("COMM", b"\0eng\0c")) + AUDIO)
+        os.symlink("01.mp3", folder / "link.mp3")
+        check_broken(one)
+        (folder / "link.mp3").unlink()
+        check_runs(one)
+
+
+if __name__ == "__main__":
+    main()
+    proof.finish("What a document says is written, and nothing else.")
