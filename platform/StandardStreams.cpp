@@ -33,6 +33,12 @@ int descriptorOf(Stream stream) {
 
 void StandardOutput::write(std::string_view text) {
   if (failure_ != 0) return;
+  // A large text is not worth collecting.
+  if (text.size() >= pieceSize / 2) {
+    flush();
+    if (failure_ == 0) failure_ = writeAll(STDOUT_FILENO, text);
+    return;
+  }
   pending_ += text;
   if (pending_.size() >= pieceSize) flush();
 }

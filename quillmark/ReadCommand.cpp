@@ -2,7 +2,10 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
+#include <string>
 #include <utility>
+#include <vector>
 
 #include "QuillmarkKit/model/TagSetJSON.h"
 #include "platform/FileError.h"
@@ -122,9 +125,11 @@ class Reader {
 void readAsText(const FileList& files, Reader& reader, Console& console) {
   const std::string_view ifEmpty = reader.isLimited() ? "  (none of these fields)\n" : "  (no tags)\n";
   bool isFirst = true;
+  platform::ReadAhead readAhead = files.readAhead();
   for (std::size_t i = 0; i < files.size(); ++i) {
     // Nobody is there to read what else would come.
     if (console.failure() != 0) return;
+    readAhead.advanceTo(i);
     const std::filesystem::path file = files.location(i);
     const auto writeHeader = [&] {
       if (!std::exchange(isFirst, false)) console.write("\n");
@@ -146,36 +151,112 @@ struct Member {
   std::string nameInBytes;
 };
 
-void readAsJSON(const FileList& files, QuillmarkKit::ArtworkForm form, Reader& reader, Console& console) {
-  const auto escapes = console.outputIsTerminal() ? JSON::Escapes::forTerminal : JSON::Escapes::few;
-  const auto print = [&](const JSON::Value& value, std::size_t level) {
-    return JSON::Printed(value, JSON::Layout::pretty, escapes, level);
+using Members = std::map<std::string, Member>;
+
+/// Prints the JSON document, its members in ascending order of their names.
+class Document {
+ public:
+  explicit Document(Console& console) : console_(console) {}
+
+  JSON::Printed print(const JSON::Value& value) const {
+    return JSON::Printed(value, JSON::Layout::pretty, escapes_, 1);
+  }
+
+  void write(const Members& members) {
+    const auto write = [&](std::string_view piece) { console_.write(piece); };
+    for (const auto& [name, member] : members) {
+      write(std::exchange(isEmpty_, false) ? "{\n  " : ",\n  ");
+      print(name).writeTo(write, encoder_);
+      write(" : ");
+      member.tags.writeTo(write, encoder_);
+    }
+  }
+
+  /// Returns whether the output failed, so that nobody is there to read the rest.
+  bool isLost() const { return console_.failure() != 0; }
+  void finish() { console_.write(isEmpty_ ? "{\n\n}\n" : "\n}\n"); }
+
+ private:
+  Console& console_;
+  JSON::Escapes escapes_ = console_.outputIsTerminal() ? JSON::Escapes::forTerminal : JSON::Escapes::few;
+  JSON::Base64Encoder encoder_{JSON::Base64Encoder::Keeping::sharedText};
+  bool isEmpty_ = true;
+};
+
+std::string memberName(const std::filesystem::path& file) {
+  return platform::Strings::fromUTF8Lossily(file.native());
+}
+
+/// Returns the indices of the files in the order of their members; nothing if members of different files
+/// would have one name.
+std::optional<std::vector<std::size_t>> orderOfMembers(const FileList& files) {
+  std::vector<std::pair<std::string, std::size_t>> members;
+  members.reserve(files.size());
+  for (std::size_t i = 0; i < files.size(); ++i) members.emplace_back(memberName(files.location(i)), i);
+  std::ranges::sort(members);
+  const auto clash = [&](const auto& a, const auto& b) {
+    return a.first == b.first && files.location(a.second) != files.location(b.second);
   };
-  std::map<std::string, Member> members;
-  for (std::size_t i = 0; i < files.size(); ++i) {
-    const std::filesystem::path file = files.location(i);
+  if (std::ranges::adjacent_find(members, clash) != members.end()) return std::nullopt;
+  std::vector<std::size_t> order(files.size());
+  std::ranges::transform(members, order.begin(), [](const auto& member) { return member.second; });
+  return order;
+}
+
+/// Keeps pictures, equal ones once.
+class Pictures {
+ public:
+  using Bytes = platform::SharedBytes;
+
+  /// Returns the kept bytes that equal these.
+  Bytes keep(const Bytes& picture) {
+    const auto known = kept_.find(picture);
+    return known != kept_.end() ? *known : *kept_.insert(picture.compacted()).first;
+  }
+
+ private:
+  struct Before {
+    bool operator()(const Bytes& a, const Bytes& b) const {
+      if (a.size() != b.size()) return a.size() < b.size();
+      return platform::charactersOf(a) < platform::charactersOf(b);
+    }
+  };
+  std::set<Bytes, Before> kept_;
+};
+
+/// Returns the members of all files that could be read, as far as they are not in the document yet. With
+/// `order`, the files are read in it, and a file's member is written when that of the next one is known.
+Members readMembers(const FileList& files, const std::optional<std::vector<std::size_t>>& order,
+                    QuillmarkKit::ArtworkForm form, Reader& reader, Document& document) {
+  const auto location = [&](std::size_t i) { return files.location(order ? (*order)[i] : i); };
+  platform::ReadAhead readAhead(files.size(), location);
+  Pictures pictures;
+  Members members;
+  for (std::size_t i = 0; i < files.size() && !document.isLost(); ++i) {
+    readAhead.advanceTo(i);
+    const std::filesystem::path file = location(i);
     auto tags = reader.tagsOf(file);
     if (!tags) continue;
-    if (tags->artwork) tags->artwork->data = tags->artwork->data.compacted();
-    const std::string name = platform::Strings::fromUTF8Lossily(file.native());
-    Member member{print(QuillmarkKit::encodeTagSet(*tags, form), 1),
+    const bool keepsPicture = tags->artwork && !order && form == QuillmarkKit::ArtworkForm::data;
+    if (keepsPicture) tags->artwork->data = pictures.keep(tags->artwork->data);
+    const std::string name = memberName(file);
+    Member member{document.print(QuillmarkKit::encodeTagSet(*tags, form)),
                   name == file.native() ? "" : file.native()};
+    if (order && !members.contains(name)) document.write(std::exchange(members, {}));
     const auto [place, isNew] = members.try_emplace(name, member);
     if (isNew) continue;
     if (place->second.nameInBytes != member.nameInBytes) throw CLIError::sameMember(file);
     place->second = std::move(member);
   }
+  return members;
+}
 
-  const auto write = [&](std::string_view piece) { console.write(piece); };
-  write("{");
-  bool isFirst = true;
-  for (const auto& [name, member] : members) {
-    write(std::exchange(isFirst, false) ? "\n  " : ",\n  ");
-    print(name, 1).writeTo(write);
-    write(" : ");
-    member.tags.writeTo(write);
-  }
-  write(members.empty() ? "\n\n}\n" : "\n}\n");
+void readAsJSON(const FileList& files, QuillmarkKit::ArtworkForm form, Reader& reader, Console& console) {
+  // A failure must leave nothing printed, unless the run goes on after it.
+  const auto order = reader.keepsGoing() ? orderOfMembers(files) : std::nullopt;
+  Document document(console);
+  document.write(readMembers(files, order, form, reader, document));
+  document.finish();
 }
 
 void readAsTable(const FileList& files, const Arguments& arguments, Reader& reader, Console& console) {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
-#include <string>
+#include <span>
 #include <string_view>
 
 #include "platform/base/Bytes.h"
@@ -9,8 +11,18 @@
 /// Base64 with the standard alphabet and "=" padding, without line breaks (RFC 4648 section 4).
 namespace platform::Base64 {
 
-std::string encode(ByteView bytes);
-/// Nothing for a foreign character, a blank or missing padding.
+/// How a slash is written: as it is, or after a backslash, as JSON texts may have it.
+enum class Slash : std::uint8_t { plain, escaped };
+
+/// Returns the most characters that `encode` can make of this number of bytes.
+constexpr std::size_t mostCharacters(std::size_t byteCount, Slash slash) {
+  return (byteCount + 2) / 3 * (slash == Slash::escaped ? 8 : 4);
+}
+
+/// Writes the text of the bytes to the start of `to`, which must have room for `mostCharacters`. Returns the
+/// number of characters.
+std::size_t encode(ByteView bytes, Slash slash, std::span<char> to);
+/// Returns the bytes of a text; nothing for a foreign character, a blank or missing padding.
 std::optional<Bytes> decode(std::string_view text);
 
 }  // namespace platform::Base64

@@ -74,6 +74,13 @@ class SharedBytes {
     return isLarge ? SharedBytes(Bytes(view_.begin(), view_.end())) : *this;
   }
 
+  /// Returns whether these are the same place in the same buffer.
+  bool isSameAs(const SharedBytes& other) const {
+    return view_.data() == other.view_.data() && size() == other.size();
+  }
+  /// Returns whether other objects share the buffer at this moment.
+  bool isShared() const { return owner_.use_count() > 1; }
+
   std::size_t size() const { return view_.size(); }
   bool empty() const { return view_.empty(); }
   operator ByteView() const { return view_; }

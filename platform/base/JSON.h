@@ -106,6 +106,30 @@ enum class Escapes : std::uint8_t {
   forTerminal,
 };
 
+/// Takes a printed text in pieces.
+using Sink = std::function<void(std::string_view)>;
+
+/// Makes base64 texts of bytes.
+class Base64Encoder {
+ public:
+  enum class Keeping : std::uint8_t {
+    nothing,
+    /// The last text, if other objects share its bytes: an album's cover is encoded once for all tracks.
+    sharedText,
+  };
+
+  explicit Base64Encoder(Keeping keeping = Keeping::nothing) : keeping_(keeping) {}
+
+  /// Hands the text out in pieces, its slashes escaped.
+  void write(const SharedBytes& bytes, const Sink& sink);
+
+ private:
+  Keeping keeping_;
+  SharedBytes keptBytes_;
+  std::string keptText_;
+  std::vector<char> piece_;
+};
+
 /// A value in print, in which bytes are turned into base64 only when it is handed out: until then they are
 /// shared with who else has them.
 class Printed {
@@ -113,8 +137,9 @@ class Printed {
   /// `level` is how deep in a document the value stands.
   explicit Printed(const Value& value, Layout layout, Escapes escapes = Escapes::few, std::size_t level = 0);
 
-  /// Hands the text out in pieces, as UTF-8 without a line feed at its end.
-  void writeTo(const std::function<void(std::string_view)>& sink) const;
+  /// Hands the text out in pieces, as UTF-8 without a line feed at its end. Values that share bytes can share
+  /// the encoder, too.
+  void writeTo(const Sink& sink, Base64Encoder& encoder) const;
 
  private:
   friend class Printer;

@@ -119,39 +119,36 @@ class Printer {
   std::size_t level_;
 };
 
-namespace {
-
-/// Of the characters of base64, the slash is the only one that is escaped. `buffer` takes the result.
-std::string_view escapingSlashes(std::string_view base64, std::string& buffer) {
-  buffer.clear();
-  for (;;) {
-    const std::size_t slash = base64.find('/');
-    buffer += base64.substr(0, slash);
-    if (slash == std::string_view::npos) return buffer;
-    buffer += "\\/";
-    base64.remove_prefix(slash + 1);
-  }
-}
-
-}  // namespace
-
 Printed::Printed(const Value& value, Layout layout, Escapes escapes, std::size_t level) {
   Printer(*this, layout, escapes, level).print(value);
 }
 
-void Printed::writeTo(const std::function<void(std::string_view)>& sink) const {
-  // A piece stays in the processor's nearest memory, and leaves no rest in front of the next one.
-  constexpr std::size_t pieceSize = 0x6000;
-  std::string piece;
+void Base64Encoder::write(const SharedBytes& bytes, const Sink& sink) {
+  // The text of a piece stays in the processor's nearer memory and is large enough to be printed at once. A
+  // multiple of three bytes has no padding, which may stand at the end only.
+  constexpr std::size_t pieceSize = 0xC000;
+  if (!keptText_.empty() && bytes.isSameAs(keptBytes_)) return sink(keptText_);
+
+  keptText_.clear();
+  keptBytes_ = {};
+  const bool isKept = keeping_ == Keeping::sharedText && bytes.isShared();
+  if (isKept) keptBytes_ = bytes;
+  piece_.resize(Base64::mostCharacters(pieceSize, Base64::Slash::escaped));
+  for (ByteView rest = bytes; !rest.empty();) {
+    const ByteView next = rest.first(std::min(rest.size(), pieceSize));
+    const std::string_view text(piece_.data(), Base64::encode(next, Base64::Slash::escaped, piece_));
+    if (isKept) keptText_ += text;
+    sink(text);
+    rest = rest.subspan(next.size());
+  }
+}
+
+void Printed::writeTo(const Sink& sink, Base64Encoder& encoder) const {
   std::size_t at = 0;
   for (const Gap& gap : gaps_) {
     sink(std::string_view(text_).substr(at, gap.at - at));
     at = gap.at;
-    for (ByteView rest = gap.bytes; !rest.empty();) {
-      const ByteView bytes = rest.first(std::min(rest.size(), pieceSize));
-      sink(escapingSlashes(Base64::encode(bytes), piece));
-      rest = rest.subspan(bytes.size());
-    }
+    encoder.write(gap.bytes, sink);
   }
   sink(std::string_view(text_).substr(at));
 }
@@ -165,7 +162,8 @@ std::string_view Value::kind() const {
 
 std::string print(const Value& value, Layout layout) {
   std::string text;
-  Printed(value, layout).writeTo([&](std::string_view piece) { text += piece; });
+  Base64Encoder encoder;
+  Printed(value, layout).writeTo([&](std::string_view piece) { text += piece; }, encoder);
   return text;
 }
 

@@ -100,6 +100,11 @@ TEST_F(ReadCommandTest, PrintsJSONByPath) {
   }
 }
 )");
+  const Finished early =
+      quillmark({"read", "03.mp3", "02 Gloria.mp3", "--json", odd, "no.mp3", ".//./03.mp3", "--keep-going"},
+                folder.path());
+  EXPECT_EQ(early.output, run.output);
+  EXPECT_EQ(early.error + std::to_string(early.status), "quillmark: no.mp3 could not be read.\n2");
 }
 
 TEST_F(ReadCommandTest, TellsPicturesInJSONByTheirSizeAndNamesThatAreOne) {
