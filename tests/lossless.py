@@ -474,6 +474,9 @@ def check_unread_frames(program, folder):
             ("a blank value at the end", tag(4, f4("TIT2", text("T\0\r\n", 2))), ["--album", "A"], ""),
             ("another comment", tag(3, f3("COMM", b"\0deud\0a"), f3("USLT", b"\0lat\0b")), ["--comment", "c"],
              'drops the language "lat" of the lyrics. --lossless keeps them.\n'),
+            ("flags that v2.3 has elsewhere", tag(4, f4("PRIV", b"\x81a\0?", 4), f4("PRIV", b"Gb\0?", 0x40), f4("PRIV", b"Gc\0?", 0x40),
+                                                  f4("PRIV", b"d\0?", 0x4000)), ["--album", "A"],
+             "drops the encryption flag of a PRIV frame, 2 group flags of PRIV frames. --lossless keeps them.\n"),
             ("a date beside a year", tag(4, f4("TDRC", text("1966")), f4("TIT2", text("T"))), ["--year", "1999"],
              "the old date 1966 (TDRC) stays beside the new year 1999; --lossless replaces it.\n")):
         path.write_bytes(data + AUDIO)

@@ -91,8 +91,8 @@ const Row rows[] = {
     {"less than the size of one", v3(0x40).raw("\0\0\0"s).characters(), v3()},
     {"compression and lengths",
      v4().frame("TIT2", "\0\0\0\x1F"s + deflatedUTF8, 9).frame("TPE1", deflatedUTF8, 8)
-         .frame("TPE2", "\0\0\0\3\3ab"s, 1).characters(),
-     v3().text("TIT2", tenTimes).text("TPE1", tenTimes).text("TPE2", "ab")},
+         .frame("TPE2", "\0\0\0\3\3ab"s, 1).frame("PRIV", deflatedLatin1).characters(),
+     v3().text("TIT2", tenTimes).text("TPE1", tenTimes).text("TPE2", "ab").frame("PRIV", deflatedLatin1)},
     {"a compressed frame of v2.3 stays as it is",
      v3().frame("TIT2", "\0\0\0\x1F"s + deflatedLatin1, 0x80).characters(),
      v3().frame("TIT2", "\0\0\0\x1F"s + deflatedLatin1, 0x80)},

@@ -51,6 +51,7 @@ TEST(JSON, SaysWhatWasExpected) {
            {R"({"a":1)", "it ends too early"},
            {R"(["a)", "it ends too early"},
            {"[-", "it ends too early"},
+           {"{}\0x"s, "it holds a zero byte"},
            {"x", "a value was expected at line 1, column 1"},
            {"[1,]", "a value was expected at line 1, column 4"},
            {"[\"\xFF\"", "a value was expected at line 1, column 3"},
