@@ -121,7 +121,7 @@ class Album:
         for name, mode in zip(self.names, self.MODES):
             os.chmod(self.folder / name, mode)
         rich = self.folder / self.rich
-        os.setxattr(rich, "user.note", b"kept" * 20)
+        os.setxattr(rich, "user.note", b"kept" * 100)
         everybody = 0xFFFFFFFF
         entries = ((1, 6, everybody), (2, 4, 65534), (4, 4, everybody), (16, 4, everybody), (32, 0, everybody))
         os.setxattr(rich, "system.posix_acl_access",
