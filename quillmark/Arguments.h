@@ -13,13 +13,13 @@
 
 namespace quillmark {
 
-/// Words of the command line where the system has put them.
+/// Words of the command line, in the memory that the system passed.
 using Words = std::span<char* const>;
 
-/// A word that takes a value but is the last one.
+/// An option that takes a value but is the last word.
 class ArgumentError : public std::exception {
  public:
-  /// `name` is the option's, without its hyphens.
+  /// `name` is the option's name without its hyphens.
   static ArgumentError missingValue(std::string_view name) {
     return ArgumentError("--" + std::string(name) + " needs a value.");
   }
@@ -31,23 +31,23 @@ class ArgumentError : public std::exception {
   std::string description_;
 };
 
-/// The words behind a command, told apart. Words that start with two hyphens are options, where the command
-/// takes a value for them, or else flags; all others are positional. Nothing is refused for being unknown,
-/// and nothing ends the options.
+/// The words after a command, by their kinds. A word that starts with two hyphens is an option if the command
+/// takes a value for it, else a flag; all others are positional. Unknown options are accepted, and no word
+/// ends the options.
 struct Arguments {
-  /// Throws ArgumentError. What follows the name of an option with a value is its value, whatever it looks
-  /// like. The words must outlive the arguments.
-  /// Flags in `defaults`, without their hyphens, count as given if the command has them.
+  /// The word after an option with a value is its value, even if it looks like an option. Flags in
+  /// `defaults`, without their hyphens, count as given if the command has them. The words must outlive the
+  /// arguments. Throws ArgumentError.
   Arguments(Words words, const CommandOptions& command, std::span<const std::string_view> defaults = {});
 
-  /// The option's value, the last one when it was given more than once.
+  /// Returns the option's value, the last one if there are several.
   std::optional<std::string_view> value(const Option& option) const;
   bool has(const Option& flag) const { return flags.contains(flag.name); }
 
   std::set<std::string_view> flags;
-  /// The flags that are no option of the command, in their order.
+  /// The flags that are not options of the command, in their order.
   std::vector<std::string_view> unknown;
-  /// Names and values, each name once, in the order in which they were last given.
+  /// Names and values, each name once, in the order of their last occurrence.
   std::vector<std::pair<std::string_view, std::string_view>> options;
   std::vector<std::string_view> positional;
 };

@@ -19,7 +19,7 @@ void saveArtwork(const FileList& files, std::string_view to, const QuillmarkKit:
     throw CLIError("--save-artwork does not write a picture to a terminal. Name a file instead of -.");
   }
   const std::filesystem::path target = platform::fileLocation(to);
-  // In "--save-artwork *.mp3", the first MP3 would be taken for the picture's file.
+  // Otherwise, "--save-artwork *.mp3" would replace the first MP3.
   if (platform::Strings::equalIgnoringASCIICase(target.extension().native(), ".mp3")) {
     throw CLIError("--save-artwork does not replace an MP3 with a picture: " + std::string(to) + ".");
   }
@@ -30,7 +30,7 @@ void saveArtwork(const FileList& files, std::string_view to, const QuillmarkKit:
     console.write(platform::charactersOf(artwork->data));
     return;
   }
-  // A signal must not leave an unfinished file behind.
+  // A signal must not leave an unfinished file.
   platform::Signals::noteInterruptions();
   platform::replaceContents(target, artwork->data);
 }

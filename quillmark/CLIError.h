@@ -9,23 +9,23 @@
 
 namespace quillmark {
 
-/// What is wrong with a command line.
+/// A mistake in a command line.
 class CLIError : public std::exception {
  public:
-  /// `hint` is a sentence for a note, or empty, as in all errors.
+  /// `hint` is a sentence for a note, or empty.
   static CLIError unknownField(std::string_view name, std::string hint);
   static CLIError unreadableArtwork(std::string_view path, std::string hint);
   static CLIError noFiles();
-  /// For a file that would take another one's place in a JSON document.
+  /// For a file whose member in a JSON document would have the name of another file's.
   static CLIError sameMember(const std::filesystem::path& file);
-  /// For a field that is to be pasted although no field could hold its value.
+  /// For a selected field whose copied value no field can hold.
   static CLIError cannotCarry(QuillmarkKit::TagField field, const std::string& value);
-  /// A message that only one command has.
+  /// For messages that are used only once.
   explicit CLIError(std::string description, std::string hint = {})
       : description_(std::move(description)), hint_(std::move(hint)) {}
 
   const char* what() const noexcept override { return description_.c_str(); }
-  /// What may help, as a sentence that goes into a note; empty if nothing.
+  /// Returns a sentence for a note that may help, or an empty text.
   const std::string& hint() const { return hint_; }
 
  private:

@@ -4,21 +4,21 @@
 #include "quillmark/Console.h"
 #include "quillmark/WriteRun.h"
 
-// The commands. Errors that escape mean status 1.
+// The commands. An exception that they throw means status 1.
 namespace quillmark {
 
-/// Lists the tags of files, or prints them as JSON. Gives the exit status, as the two below.
+/// Prints the tags of files and returns the exit status, as do the next two.
 int commandRead(const Arguments& arguments, Console& console);
-/// Puts one file's tags on the pasteboard.
+/// Puts one file's tags on the clipboard.
 int commandCopy(const Arguments& arguments, Console& console);
 /// Lists the names of the fields.
 int commandFields(Console& console);
 
-/// What is to be written for the tags on the pasteboard.
+/// Returns the run that writes the tags on the clipboard.
 WriteRun preparePaste(const Arguments& arguments, Console& console);
-/// What is to be written for the tags of one file.
+/// Returns the run that writes the tags of one file.
 WriteRun prepareApply(const Arguments& arguments, Console& console);
-/// What is to be written for given values.
+/// Returns the run that writes the given values.
 WriteRun prepareSet(const Arguments& arguments, Console& console);
 
 }  // namespace quillmark

@@ -16,7 +16,7 @@ bool remembered(std::optional<bool>& answer, Stream stream) {
   return *answer;
 }
 
-/// The pieces of a text between the separators, each as `show` gives it, with `joint` between them.
+/// Splits a text at the separators, applies `show` to each piece, and joins the results with `joint`.
 template <class Show>
 std::string rejoined(std::string_view text, char separator, std::string_view joint, Show show) {
   std::string pieces;
@@ -72,9 +72,9 @@ void Console::printNote(std::string_view message) {
 }
 
 void Console::showStatus(std::string_view line) {
-  // What was printed before must not come to stand behind it.
+  // Buffered output must appear before the status line.
   flush();
-  // A terminal may start a new line behind its last column.
+  // A terminal may start a new line after its last column.
   const std::size_t columns = platform::columnsOf(Stream::error) - 1;
   const std::string text = platform::Strings::visible(line);
   platform::writeToStandardError(std::string(platform::Strings::fitting(text, columns)));

@@ -21,20 +21,20 @@ namespace {
 constexpr std::size_t mostCharacters = 60;
 constexpr std::string_view ellipsis = "…";
 
-/// A field's value on both sides, as it is shown.
+/// A field's old and new value, in the form in which they are printed.
 struct Sides {
   std::optional<std::string> before;
   std::optional<std::string> after;
 };
 
-/// The text's first characters, at most so many.
+/// Returns at most so many characters from the front of the text.
 std::string_view front(std::string_view text, std::size_t count) {
   std::size_t length = 0;
   while (count-- > 0 && length < text.size()) length += Strings::firstCharacter(text.substr(length)).length;
   return text.substr(0, length);
 }
 
-/// One line for the text from `start` on.
+/// Returns one line with the text from `start` on.
 template <class Show>
 std::string excerpt(std::string_view text, std::size_t start, Show show) {
   const std::string_view rest = text.substr(start);
@@ -44,7 +44,8 @@ std::string excerpt(std::string_view text, std::size_t start, Show show) {
   return line.append(show(part)).append(part.size() < rest.size() ? ellipsis : "");
 }
 
-/// Where to start so that two texts show in what they differ: somewhat in front of it, on the same line.
+/// Returns the position from which two texts are printed: shortly before their first difference, in the same
+/// line.
 std::size_t startOfDifference(std::string_view a, std::string_view b) {
   constexpr std::size_t lead = 20;
   auto at = static_cast<std::size_t>(std::ranges::mismatch(a, b).in1 - a.begin());

@@ -23,7 +23,7 @@ namespace JSON = platform::JSON;
 
 namespace {
 
-/// Throws CLIError if the command line names files or fields, too.
+/// Throws CLIError if the command line also names files or fields.
 void requireNothingBeside(const Arguments& arguments) {
   std::string other;
   for (const auto& [name, value] : arguments.options) {
@@ -39,7 +39,7 @@ std::string placeOf(const FileChange& change) {
   return JSON::placeOf(names);
 }
 
-/// Throws DecodingError if two of the names lead to the same file: its tags could only be one of both.
+/// Throws DecodingError if two of the names lead to the same file, which can have only one of the tags.
 void requireDifferentFiles(const std::vector<FileChange>& changes) {
   std::unordered_map<std::string, const FileChange*> seen;
   for (const FileChange& change : changes) {
@@ -65,7 +65,7 @@ void accept(std::vector<FileChange>& changes, const QuillmarkKit::TagStore& stor
 
 std::vector<FileChange> changesIn(const std::filesystem::path& file, bool isStandardInput,
                                   const QuillmarkKit::TagStore& store) {
-  // An endless input comes to an end here.
+  // An endless input is cut here.
   constexpr std::uint64_t limit = std::uint64_t{1} << 30;
   const platform::Bytes document = isStandardInput ? platform::Input::contentsOfStandardInput(limit)
                                                    : platform::Input::contents(file, limit);

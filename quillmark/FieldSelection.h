@@ -14,8 +14,8 @@ std::vector<QuillmarkKit::TagField> fieldsInOrder(std::string_view list);
 /// Returns the same fields as a selection.
 QuillmarkKit::TagFields fieldsNamed(std::string_view list);
 
-/// What paste and apply write: the fields of `--fields`, else with `--all` every field, else the album
-/// identity. Throws CLIError for a name of no field.
+/// Returns the fields that paste and apply write: those of `--fields`, else with `--all` every field, else
+/// the album identity. Throws CLIError for the first name that no field has.
 QuillmarkKit::TagFields fieldMask(const Arguments& from);
 
 }  // namespace quillmark

@@ -41,11 +41,12 @@ FileList::FileList(platform::Bytes names) : list_(std::move(names)) {
 }
 
 void FileList::addNamesIn(std::string_view list) {
-  // More than any file system has names for one run; an endless input comes to an end here.
+  // No run has that many names; an endless input is cut here.
   constexpr std::uint64_t limit = std::uint64_t{1} << 30;
   const bool isStandardInput = list == "-";
   const std::filesystem::path file = isStandardInput ? "standard input" : platform::fileLocation(list);
-  // To its end before the first file is touched, so that who is still writing it finds nothing of ours.
+  // The list is read to its end before the first file is touched, because a program such as find may still be
+  // writing it and must not see our changes.
   list_ = isStandardInput ? platform::Input::contentsOfStandardInput(limit)
                           : platform::Input::contents(file, limit);
   const auto refuse = [&](std::string_view reason) {

@@ -16,22 +16,23 @@ namespace quillmark {
 /// for one, so that a hundred thousand files take no more memory than their names.
 class FileList {
  public:
-  /// The positional words, followed by the names in the list that an option may name; with --recursive, the
-  /// MP3 files below a folder instead of the folder. Throws CLIError if there are none, and FileError for a
-  /// list that cannot be used and a folder that cannot be read. The words must outlive the list.
+  /// Lists the positional words, followed by the names in the list that an option may name; with --recursive,
+  /// the MP3 files below a folder instead of the folder. Throws CLIError if there are none, and FileError for
+  /// a list that cannot be used and a folder that cannot be read. The words must outlive the list.
   explicit FileList(const Arguments& arguments);
-  /// The files with these names, each ended by a NUL. There may be none.
+  /// Lists the files with these names, each ended by a NUL. There may be none.
   explicit FileList(platform::Bytes names);
 
   FileList(FileList&&) = default;
   FileList& operator=(FileList&&) = default;
 
   std::size_t size() const { return names_.size(); }
-  /// The name as it was given.
+  /// Returns the name as it was given.
   std::string_view name(std::size_t index) const { return names_[index]; }
-  /// Only a word of the command line may start with a tilde for a home directory.
+  /// Returns the file's absolute path. Expands a tilde for a home directory only in words of the command
+  /// line.
   std::filesystem::path location(std::size_t index) const;
-  /// Returns what reads ahead for a run over the files in their order. This list must outlive it.
+  /// Returns an object that reads ahead in a run over the files in their order. This list must outlive it.
   platform::ReadAhead readAhead() const {
     return {size(), [this](std::size_t index) { return location(index); }};
   }

@@ -29,7 +29,7 @@ constexpr auto otherWords = std::to_array<std::pair<std::string_view, std::strin
 
 /// Returns how many bytes must be inserted, removed or replaced to turn one word into the other.
 std::size_t editDistance(std::string_view a, std::string_view b) {
-  // The distances from the part of `a` seen so far to each beginning of `b`.
+  // The distances from the processed part of `a` to each beginning of `b`.
   std::vector<std::size_t> distances(b.size() + 1);
   std::iota(distances.begin(), distances.end(), std::size_t{0});
   for (const char character : a) {

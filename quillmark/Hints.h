@@ -9,7 +9,7 @@
 #include "platform/base/Bytes.h"
 #include "quillmark/Options.h"
 
-// Guesses what was meant by words that the program does not know.
+// Guesses at the meaning of unknown words.
 namespace quillmark {
 
 /// Returns the name that `typed` was probably meant to be: the same but for case and hyphens, the one that

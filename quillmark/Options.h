@@ -20,7 +20,7 @@ struct Option {
   /// Without its hyphens.
   std::string_view name;
   OptionValue value;
-  /// What it does, in one line.
+  /// Its effect, in one line.
   std::string_view help;
 };
 

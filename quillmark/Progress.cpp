@@ -8,7 +8,7 @@ namespace quillmark {
 
 namespace {
 
-/// With a comma between thousands.
+/// Returns the number with commas between thousands.
 std::string grouped(std::size_t number) {
   std::string digits = std::to_string(number);
   for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");

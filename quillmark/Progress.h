@@ -7,7 +7,7 @@
 
 namespace quillmark {
 
-/// Shows how far a run over many files is, once it has lasted a second, where standard error is a terminal.
+/// Shows the progress of a run over many files after it has lasted a second, if standard error is a terminal.
 class Progress {
  public:
   Progress(std::size_t fileCount, Console& console) : fileCount_(fileCount), console_(console) {}
@@ -15,7 +15,7 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  /// The next file's turn has come.
+  /// Must be called before each file.
   void next(const std::filesystem::path& file);
 
  private:

@@ -10,12 +10,12 @@
 
 namespace quillmark {
 
-/// Reports what became of each file: a line for each as soon as it is done, failures and notes on standard
-/// error, and a summary.
+/// Prints the result for each file as soon as it is known, with failures and notes on standard error, and a
+/// summary.
 class Report {
  public:
-  /// `source` names for people where the values come from if fields that it does not have are removed from
-  /// files, or is empty.
+  /// `source` names the origin of the values in a note about fields that are removed because it does not have
+  /// them; if it is empty, there is no such note.
   Report(const RunOptions& options, std::string source, Console& console)
       : options_(options), source_(std::move(source)), console_(console) {}
 
@@ -25,7 +25,7 @@ class Report {
   /// changed, but the exit status is that of a failure.
   void synchronise(platform::ReplacementRun& run);
   /// Writes the summary and returns the exit status: 2 if a file failed or may not have reached the disk,
-  /// else 0. `notReached` is the number of files that an interruption has left out.
+  /// else 0. `notReached` is the number of files that were left out because of an interruption.
   int finish(std::size_t notReached);
 
  private:

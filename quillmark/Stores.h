@@ -21,8 +21,8 @@ struct SourceOptions {
   bool acceptsUncarried = false;
 };
 
-/// Reads the tags of `from` to write `fields` of them into other files, and prints a note about what is read
-/// otherwise than it was meant. Throws as the store does.
+/// Reads the tags of `from` to write `fields` of them into other files, and prints a note about values that
+/// are read otherwise than they were meant. Throws as the store does.
 QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
                                           const std::filesystem::path& from, QuillmarkKit::TagFields fields,
                                           Console& console, SourceOptions options = {});

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view gap = "  ";
 
-/// The field's label without the word that the values of numbers go without.
+/// Returns the field's label, without the word "Number".
 std::string headingOf(TagField field) {
   constexpr std::string_view number = " Number";
   std::string_view label = displayName(field);
@@ -49,7 +49,7 @@ std::string escaped(std::string_view text) {
   return line;
 }
 
-/// The text, or as much of it as fits in so many columns with a sign that there is more.
+/// Returns the text, or as much of it as fits in so many columns, followed by an ellipsis.
 std::string shortened(std::string text, std::size_t columns) {
   if (Strings::columnsOf(text) <= columns) return text;
   return std::string(Strings::fitting(text, columns - 1)) + "…";
@@ -79,7 +79,7 @@ void TagTable::add(std::string_view name, const TagSet& tags) {
     Row& heading = rows_.emplace_back(Row{"File"});
     for (const TagField field : fields_) heading.push_back(headingOf(field));
   }
-  // No more of a value than a line has room for, so that long texts of many files take no memory.
+  // Only the part of a value that fits in a line is kept, so that long texts of many files take no memory.
   const std::size_t window = platform::columnsOf(platform::Stream::output);
   Row& row = rows_.emplace_back(Row{shortened(Strings::visible(name), window)});
   for (const TagField field : fields_) {

@@ -16,12 +16,12 @@ namespace quillmark {
 ///
 /// At a terminal, the columns have a heading and are aligned, and long values are shortened so that a line
 /// fits in the window. Elsewhere, tabs separate the columns, there is no heading, and "\t", "\n", "\r" and
-/// "\\" stand for a tab, a line feed, a carriage return and a backslash in a name or value. " / " separates
+/// "\\" represent a tab, a line feed, a carriage return and a backslash in a name or value. " / " separates
 /// several values of one field.
 class TagTable {
  public:
   using Fields = std::vector<QuillmarkKit::TagField>;
-  /// The fields of a table unless others are asked for.
+  /// The fields of a table by default.
   static constexpr std::array usualFields{
       QuillmarkKit::TagField::trackNumber, QuillmarkKit::TagField::title, QuillmarkKit::TagField::artist,
       QuillmarkKit::TagField::album,       QuillmarkKit::TagField::year,
@@ -29,9 +29,9 @@ class TagTable {
 
   TagTable(Fields fields, Console& console) : fields_(std::move(fields)), console_(console) {}
 
-  /// Adds a line; where there is no terminal, it is printed at once.
+  /// Adds a line, and prints it at once if there is no terminal.
   void add(std::string_view name, const QuillmarkKit::TagSet& tags);
-  /// Prints the lines whose widths had to be known first.
+  /// Prints the remaining lines; at a terminal, all of them.
   void finish();
 
  private:
@@ -41,7 +41,7 @@ class TagTable {
 
   Fields fields_;
   Console& console_;
-  /// What a terminal is to show; the heading is the first row.
+  /// The rows for a terminal; the first is the heading.
   std::vector<Row> rows_;
 };
 

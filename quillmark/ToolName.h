@@ -4,7 +4,7 @@
 
 namespace quillmark {
 
-/// The tool's name in everything it prints, under whatever name it was started.
+/// The tool's name in everything that it prints, even if it was started under another name.
 inline constexpr std::string_view toolName = "quillmark";
 
 }  // namespace quillmark

@@ -19,7 +19,7 @@ using QuillmarkKit::TagSet;
 
 namespace {
 
-/// The tag set's summary, each line indented.
+/// Returns the tag set's summary with indented lines.
 std::string indentedSummary(const TagSet& tags) {
   const std::string summary = tags.summary();
   std::string text;
@@ -28,7 +28,7 @@ std::string indentedSummary(const TagSet& tags) {
   return text;
 }
 
-/// The same as a terminal shows it: what the lines are about stays told apart from what a file makes of them.
+/// Returns the same for a terminal: no text of a file can look like a label of the summary.
 std::string visibleSummary(const TagSet& tags, const Console& console) {
   std::string text;
   for (const QuillmarkKit::TagField field : TagSet::summaryFields) {
@@ -65,7 +65,7 @@ int commandCopy(const Arguments& arguments, Console& console) {
   console.write("Copied tags from " + console.shown(platform::lastPathComponent(file)) + ".\n");
   console.write(console.outputIsTerminal() ? visibleSummary(tags, console) : indentedSummary(tags));
   console.flush();
-  // Last, so that nobody waits for a desktop that does not answer to see that the tags are stored.
+  // Last, because a desktop may be slow to answer and the tags are stored already.
   if (!arguments.has(options::noDesktop)) platform::putOnDesktopClipboard(harmless(tags.summary()));
   return 0;
 }

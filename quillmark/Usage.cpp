@@ -11,7 +11,7 @@ namespace quillmark {
 
 namespace {
 
-// "%" stands for the tool's name.
+// "%" is replaced by the tool's name.
 constexpr std::string_view usageTemplate = R"(% — read and write ID3 tags on MP3 files.
 
 USAGE

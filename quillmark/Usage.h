@@ -7,10 +7,10 @@
 
 namespace quillmark {
 
-/// What the tool is for and how it is called, without a line feed at the end.
+/// Returns the purpose of the tool and the forms of its commands, without a line feed at the end.
 std::string usageText();
 
-/// What one command is for, its options and one example, in lines that end in a line feed.
+/// Returns a command's purpose, its options and one example, in lines that end in a line feed.
 std::string helpText(const CommandOptions& command);
 
 /// Returns the notes that follow the usage text at a terminal.

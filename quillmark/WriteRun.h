@@ -21,9 +21,10 @@ struct WriteRun {
   QuillmarkKit::TagSet tags;
   QuillmarkKit::TagFields selection;
   RunOptions options;
-  /// Names for people where the values come from, if fields that it does not have are removed from files.
+  /// Names the origin of the values in a note about fields that are removed because it does not have them;
+  /// empty if no note is needed.
   std::string source = {};
-  /// If files get different values: what each of them gets, in the place of `tags` and `selection`.
+  /// The change of each file, instead of `tags` and `selection`; empty if all files get the same values.
   std::vector<QuillmarkKit::FileChange> changes = {};
 };
 

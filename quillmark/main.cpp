@@ -29,7 +29,7 @@ std::string usage;
 Words allArguments;
 Words rest;
 
-/// What a command word does: it runs to its end, or prepares what is then to be written.
+/// A command, which either runs to its end or prepares a run that writes.
 struct Command {
   std::string_view word;
   int (*run)(const Arguments& arguments, Console& console) = nullptr;
@@ -60,7 +60,7 @@ int printVersion(Console& console) {
   return 0;
 }
 
-/// The words that take no others into account.
+/// A command that ignores further words.
 struct PlainCommand {
   std::string_view word;
   int (*run)(Console& console);
@@ -91,7 +91,7 @@ int runCommand(const Command& command, const CommandOptions& words, Console& con
   if (command.run != nullptr) return command.run(arguments, console);
   const WriteRun run = command.prepare(arguments, console);
   if (arguments.has(options::strict)) requireMP3Files(run.files);
-  // Until here nothing would be left behind, and some inputs may keep the program waiting.
+  // Until here a signal may end the program at once: nothing has been written, and some inputs block.
   platform::Signals::noteInterruptions();
   return writeInto(run, console);
 }
@@ -111,7 +111,7 @@ int dispatch(Console& console) {
   return 1;
 }
 
-/// Runs the command and says on standard error what it failed for.
+/// Runs the command, prints its error, and returns the exit status.
 int run(Console& console) {
   try {
     return dispatch(console);
@@ -133,7 +133,7 @@ int quillmarkMain(int argumentCount, char** arguments) {
   platform::Process::keepOwnFilesUsable();
   platform::Signals::reportFailedWrites();
   usage = usageText();
-  // Not even the program's own path has to be there.
+  // The list of arguments may be empty, even without the program's own path.
   allArguments = Words(arguments, static_cast<std::size_t>(argumentCount)).subspan(argumentCount > 0 ? 1 : 0);
 
   Console console;
@@ -141,7 +141,7 @@ int quillmarkMain(int argumentCount, char** arguments) {
   console.flush();
   if (const int signal = platform::Signals::interruption()) platform::Signals::dieOf(signal);
   if (console.failure() == 0) return status;
-  // A reader that has seen enough is no failure to complain about.
+  // If the reader closed the pipe, the output was not needed any more.
   if (console.failure() == EPIPE) platform::Signals::dieOf(SIGPIPE);
   console.printError(
       "The output could not be written: " + std::generic_category().message(console.failure()) + ".");
