@@ -8,11 +8,11 @@
 
 namespace ID3TagEditor {
 
-/// Makes one whole text frame.
+/// Writes text frames.
 class FrameFromStringContentCreator {
  public:
   virtual ~FrameFromStringContentCreator() = default;
-  /// Appends the frame to `output`.
+  /// Appends the whole frame to `output`.
   virtual void createFrame(FrameType frameType, ID3Version version, std::string_view content,
                            platform::Bytes& output) const = 0;
 };

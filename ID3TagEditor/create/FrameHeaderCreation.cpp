@@ -8,7 +8,8 @@ using platform::Bytes;
 
 void ID3FrameContentSizeCalculator::calculateSizeOf(std::uint64_t contentSize, ID3Version version,
                                                     Bytes& output) const {
-  // A frame too long for the size field of the other versions makes a tag that is refused as a whole.
+  // Only the size field of v2.2 is checked here: a frame that is too long for that of another version makes
+  // the whole tag too big, and the tag is then refused.
   constexpr std::uint64_t version2Limit = std::uint64_t{1} << 24;
   if (version == ID3Version::version2 && contentSize >= version2Limit) {
     throw ID3TagEditorError(ID3TagEditorError::tagTooBig);

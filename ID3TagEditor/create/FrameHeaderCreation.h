@@ -6,8 +6,8 @@
 #include "ID3TagEditor/model/ID3FrameConfiguration.h"
 #include "platform/base/Bytes.h"
 
-// The header in front of a frame's body (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). Every
-// operation here appends to `output`, so that a body that is long already lies where it stays.
+// Writes frame headers (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). All operations append to
+// `output`, so that a long body can be appended in place and is not moved again.
 namespace ID3TagEditor {
 
 class FrameContentSizeCalculator {
@@ -18,15 +18,15 @@ class FrameContentSizeCalculator {
                                platform::Bytes& output) const = 0;
 };
 
-/// Three plain bytes in v2.2, four in v2.3, four synchsafe ones in v2.4.
+/// Writes three plain bytes in v2.2, four plain bytes in v2.3 and four synchsafe bytes in v2.4.
 class ID3FrameContentSizeCalculator : public FrameContentSizeCalculator {
  public:
   ID3FrameContentSizeCalculator(std::unique_ptr<UInt32ToByteArrayAdapter> uInt32ToByteArrayAdapter,
                                 std::unique_ptr<SynchsafeEncoder> synchsafeEncoder)
       : uInt32ToByteArrayAdapter_(std::move(uInt32ToByteArrayAdapter)),
         synchsafeEncoder_(std::move(synchsafeEncoder)) {}
-  /// Throws `tagTooBig` for a size that the field of v2.2 cannot tell; those of the others tell more than
-  /// fits in a tag.
+  /// Throws `tagTooBig` if the size does not fit into the field of v2.2. The fields of the other versions can
+  /// hold more than fits into a tag.
   void calculateSizeOf(std::uint64_t contentSize, ID3Version version, platform::Bytes& output) const override;
 
  private:
@@ -40,7 +40,7 @@ class FrameFlagsCreator {
   virtual void createFor(ID3Version version, platform::Bytes& output) const = 0;
 };
 
-/// No frame flag is ever set.
+/// Writes frame flags that are all zero.
 class ID3FrameFlagsCreator : public FrameFlagsCreator {
  public:
   void createFor(ID3Version version, platform::Bytes& output) const override;
@@ -60,7 +60,7 @@ class ID3FrameHeaderCreator : public FrameHeaderCreator {
                         std::unique_ptr<FrameFlagsCreator> frameFlagsCreator)
       : frameContentSizeCalculator_(std::move(frameContentSizeCalculator)),
         frameFlagsCreator_(std::move(frameFlagsCreator)) {}
-  /// Throws as the calculator does.
+  /// Throws `tagTooBig` if the size does not fit into the field of v2.2.
   void createUsing(ID3Version version, FrameType frameType, std::uint64_t bodySize,
                    platform::Bytes& output) const override;
 

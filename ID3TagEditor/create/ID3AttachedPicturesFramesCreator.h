@@ -12,12 +12,12 @@ namespace ID3TagEditor {
 class AttachedPictureFrameCreator {
  public:
   virtual ~AttachedPictureFrameCreator() = default;
-  /// Appends one picture frame for a tag like `id3Tag`.
+  /// Appends one picture frame of the version of `id3Tag`.
   virtual void createFrame(const ID3FrameAttachedPicture& picture, const ID3Tag& id3Tag,
                            platform::Bytes& output) const = 0;
 };
 
-/// Writes the type that the frame itself names and an empty description (ID3v2.2.0 §4.15, ID3v2.3.0 §4.15).
+/// Writes the picture type of the frame object and an empty description (ID3v2.2.0 §4.15, ID3v2.3.0 §4.15).
 class ID3AttachedPictureFrameCreator : public AttachedPictureFrameCreator {
  public:
   explicit ID3AttachedPictureFrameCreator(std::unique_ptr<FrameHeaderCreator> frameHeaderCreator)

@@ -11,7 +11,8 @@ namespace ID3TagEditor {
 class FrameContentAdapter {
  public:
   virtual ~FrameContentAdapter() = default;
-  /// Appends the frame under `frameName`, written as `frameType`, if the tag has one of the right class.
+  /// Appends the tag's frame `frameName` as a frame of type `frameType`. Appends nothing if the tag has no
+  /// such frame or one of another class.
   virtual void createFrames(const ID3Tag& id3Tag, FrameName frameName, FrameType frameType,
                             platform::Bytes& output) const = 0;
 };
@@ -27,7 +28,7 @@ class FrameFromStringContentAdapter : public FrameContentAdapter {
   std::unique_ptr<FrameFromStringContentCreator> frameCreator_;
 };
 
-/// A frame without a value is not written.
+/// Writes frames with a value; skips those without.
 class FrameFromIntegerContentAdapter : public FrameContentAdapter {
  public:
   explicit FrameFromIntegerContentAdapter(std::unique_ptr<FrameFromStringContentCreator> frameCreator)
@@ -39,7 +40,7 @@ class FrameFromIntegerContentAdapter : public FrameContentAdapter {
   std::unique_ptr<FrameFromStringContentCreator> frameCreator_;
 };
 
-/// Writes the frame under one name.
+/// Writes the frame of one name.
 class ID3FrameContentCreator : public ID3FrameCreator {
  public:
   ID3FrameContentCreator(std::unique_ptr<FrameContentAdapter> frameContentAdapter, FrameName frameName,

@@ -9,8 +9,8 @@ namespace ID3TagEditor {
 class ID3FrameCreator {
  public:
   virtual ~ID3FrameCreator() = default;
-  /// Appends the tag's frames of the kind to `output`: none, one or several whole frames. A frame of another
-  /// class than the kind's, or one that lacks what is written, is skipped.
+  /// Appends the tag's frames of this kind to `output`: none, one or several whole frames. Skips frames of
+  /// the wrong class and frames that lack a value that has to be written.
   virtual void createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const = 0;
 };
 

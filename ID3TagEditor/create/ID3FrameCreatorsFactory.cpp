@@ -23,7 +23,7 @@ std::unique_ptr<FrameFromStringContentCreator> textCreator(ID3StringEncoding enc
              : ID3FrameFromStringContentCreatorWithISO88591EncodingFactory::make();
 }
 
-/// What stands in its frame as one text or number.
+/// Returns a creator for a kind of frame that contains a single text or number.
 template <class Adapter>
 CreatorPointer plain(const FrameKind& kind) {
   return std::make_unique<ID3FrameContentCreator>(std::make_unique<Adapter>(textCreator(kind.encoding)),
@@ -74,7 +74,7 @@ static_assert(std::ranges::all_of(frameKinds,
 
 using Kinds = std::span<const FrameKind>;
 
-/// The rows from the one type's to the other's.
+/// Returns the rows from `first` to `last`, both included.
 constexpr Kinds rows(FrameType first, FrameType last) {
   return {&kindOf(first), static_cast<std::size_t>(&kindOf(last) - &kindOf(first)) + 1};
 }

@@ -9,7 +9,7 @@ namespace ID3TagEditor {
 
 using FrameCreators = std::vector<std::unique_ptr<ID3FrameCreator>>;
 
-/// The creators of year, day and month, hour and minute, and the v2.4 recording time.
+/// Makes the creators for the year, day and month, hour and minute, and the recording time of v2.4.
 struct ID3RecordingTimesFrameCreatorsFactory {
   static FrameCreators make();
 };
@@ -18,7 +18,8 @@ struct ID3iTunesFrameCreatorsFactory {
   static FrameCreators make();
 };
 
-/// The creators of all kinds; their order is the order of the frames in every tag that is written.
+/// Makes the creators for all kinds of frame. Their order is the order of the frames in every tag that is
+/// written.
 struct ID3FrameCreatorsFactory {
   static FrameCreators make();
 };

@@ -8,7 +8,8 @@ namespace ID3TagEditor {
 
 namespace {
 
-/// Room for the tag's pictures, which are most of a long tag, and for a usual amount of everything else.
+/// Returns the number of bytes to reserve for the frames: the size of the pictures, which are most of a long
+/// tag, and a usual amount for the rest.
 std::size_t expectedSize(const ID3Tag& tag) {
   std::size_t size = 0x2000;
   for (const auto* frame : picturesIn(tag)) size += frame->picture().size();

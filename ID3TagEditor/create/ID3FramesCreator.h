@@ -11,7 +11,7 @@ class ID3FramesCreator {
       : id3FrameCreators_(std::move(id3FrameCreators)) {}
 
   /// Appends the frames in their fixed order, then `platform::usualPadding` zero bytes, with capacity for
-  /// `spare` more. Throws `invalidTagData` if there is no frame to write, and `tagTooBig` for a frame that is
+  /// `spare` more bytes. Throws `invalidTagData` if there is no frame to write, and `tagTooBig` if a frame is
   /// too long for the size field of v2.2.
   void createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& output, std::size_t spare = 0) const;
 

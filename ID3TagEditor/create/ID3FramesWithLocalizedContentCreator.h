@@ -16,8 +16,8 @@ class LocalizedFrameCreator {
                            platform::Bytes& output) const = 0;
 };
 
-/// Writes one comment or lyrics frame in UTF-16, the content without a terminator (ID3v2.3.0 §4.9, §4.11). An
-/// unknown language is written as "XXX", the code that ID3v2.4.0 structure §4 keeps for it.
+/// Writes one comment or lyrics frame in UTF-16, without a terminator after the content (ID3v2.3.0 §4.9,
+/// §4.11). An unknown language is written as "XXX", the code that ID3v2.4.0 structure §4 reserves for it.
 class ID3LocalizedFrameCreator : public LocalizedFrameCreator {
  public:
   ID3LocalizedFrameCreator(std::unique_ptr<FrameHeaderCreator> frameHeaderCreator,

@@ -19,7 +19,7 @@ Bytes ID3TagHeaderCreator::createTagHeader(std::uint32_t contentSize, ID3Tag& id
 }
 
 Bytes ID3TagCreator::create(ID3Tag& id3Tag, std::size_t spare) const {
-  // The frames go straight behind the room that the header takes, so that a picture is not moved again.
+  // The frames are appended after room for the header, so that no picture has to be moved.
   Bytes tag(ID3TagConfiguration::headerSize());
   id3FramesCreator_.createFramesUsing(id3Tag, tag, spare);
   const std::uint64_t contentSize = tag.size() - ID3TagConfiguration::headerSize();

@@ -8,12 +8,12 @@
 
 namespace ID3TagEditor {
 
-/// Makes the ten bytes in front of the frames (ID3v2.3.0 §3.1).
+/// Makes the ten bytes of a tag header (ID3v2.3.0 §3.1).
 class ID3TagHeaderCreator {
  public:
   explicit ID3TagHeaderCreator(std::unique_ptr<UInt32ToByteArrayAdapter> uInt32ToByteArrayAdapter)
       : uInt32ToByteArrayAdapter_(std::move(uInt32ToByteArrayAdapter)) {}
-  /// The header for `contentSize` bytes, no flag set; the tag's properties get that size.
+  /// Returns a header with the size `contentSize` and without flags. Sets the size in the tag's properties.
   platform::Bytes createTagHeader(std::uint32_t contentSize, ID3Tag& id3Tag) const;
 
  private:
@@ -24,16 +24,16 @@ class ID3TagHeaderCreator {
 /// Turns a tag into bytes.
 class ID3TagCreator {
  public:
-  /// A tag of this many bytes or more, header included, is too big.
+  /// The size of the smallest tag that is too big, in bytes, header included.
   static constexpr std::uint64_t tagSizeLimit = platform::synchsafeLimit;
 
   ID3TagCreator(ID3FramesCreator id3FramesCreator, ID3TagHeaderCreator id3TagHeaderCreator)
       : id3FramesCreator_(std::move(id3FramesCreator)),
         id3TagHeaderCreator_(std::move(id3TagHeaderCreator)) {}
 
-  /// Returns header, frames and padding, with capacity for `spare` more bytes; the tag's properties get the
-  /// new size. Throws `invalidTagData` if there is no frame to write, and `tagTooBig` if the tag reaches the
-  /// limit; the size is then already the new one.
+  /// Returns the header, the frames and the padding, with capacity for `spare` more bytes. Sets the size in
+  /// the tag's properties. Throws `invalidTagData` if there is no frame to write, and `tagTooBig` if the tag
+  /// reaches `tagSizeLimit`; the size is then already set.
   platform::Bytes create(ID3Tag& id3Tag, std::size_t spare = 0) const;
 
  private:

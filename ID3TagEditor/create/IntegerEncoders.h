@@ -6,7 +6,7 @@
 #include "platform/base/Bytes.h"
 #include "platform/base/Formats.h"
 
-// The two forms in which a size is written.
+// The two encodings of sizes.
 namespace ID3TagEditor {
 
 class SynchsafeEncoder {
@@ -27,7 +27,7 @@ class UInt32ToByteArrayAdapter {
   virtual std::array<std::uint8_t, 4> adapt(std::uint32_t uInt32) const = 0;
 };
 
-/// The bytes most significant first, whatever the order of the machine.
+/// Returns the bytes in big-endian order, independent of the machine's byte order.
 class UInt32ToByteArrayAdapterUsingUnsafePointer : public UInt32ToByteArrayAdapter {
  public:
   std::array<std::uint8_t, 4> adapt(std::uint32_t uInt32) const override {

@@ -9,13 +9,13 @@ namespace ID3TagEditor {
 /// Replaces the tag of an MP3 file in memory.
 class Mp3WithID3TagBuilder {
  public:
-  /// The creator must outlive its user.
+  /// The creator must outlive this object.
   explicit Mp3WithID3TagBuilder(const ID3TagCreator& id3TagCreator) : id3TagCreator_(id3TagCreator) {}
   explicit Mp3WithID3TagBuilder(const ID3TagCreator&&) = delete;
 
-  /// The new tag, then what follows the current tag in `mp3`: all of it when there is no current tag, nothing
-  /// when `mp3` is empty. Throws as ID3TagCreator does, and `corruptedFile` when `mp3` holds less than the
-  /// current tag.
+  /// Returns the new tag, followed by the bytes of `mp3` after its current tag: all of them if there is no
+  /// current tag, none if `mp3` is empty. Throws `invalidTagData` and `tagTooBig` as ID3TagCreator does, and
+  /// `corruptedFile` if `mp3` ends before the current tag does.
   platform::Bytes build(platform::ByteView mp3, ID3Tag& newId3Tag,
                         const std::optional<ID3Tag>& currentId3Tag) const;
 

@@ -9,7 +9,7 @@
 // The bodies of text frames (ID3v2.3.0 §3.3, §4.2): encoding byte, text, terminator.
 namespace ID3TagEditor {
 
-/// The text in UTF-16 with a little-endian mark; no bytes at all for a text that is not UTF-8.
+/// Returns the text in UTF-16 with a little-endian mark, or no bytes at all if the text is not UTF-8.
 platform::Bytes utf16(std::string_view text);
 
 class PaddingAdder {
@@ -31,8 +31,8 @@ class StringToBytesAdapter {
   virtual platform::Bytes adapt(std::string_view string, ID3Version version) const = 0;
 };
 
-/// UTF-16 with a little-endian mark, an empty text included; a text that is not UTF-8 is written as an empty
-/// one, without the mark.
+/// Writes UTF-16 with a little-endian mark, for an empty text too. A text that is not UTF-8 is written as an
+/// empty text without the mark.
 class ID3UTF16StringToByteAdapter : public StringToBytesAdapter {
  public:
   explicit ID3UTF16StringToByteAdapter(std::unique_ptr<PaddingAdder> paddingAdder)
@@ -44,7 +44,7 @@ class ID3UTF16StringToByteAdapter : public StringToBytesAdapter {
   ID3FrameConfiguration frameConfiguration_;
 };
 
-/// ISO-8859-1; a text that does not fit it becomes UTF-16, so that no character is lost.
+/// Writes ISO-8859-1, or UTF-16 if the text has other characters.
 class ID3ISO88591StringToByteAdapter : public StringToBytesAdapter {
  public:
   explicit ID3ISO88591StringToByteAdapter(std::unique_ptr<PaddingAdder> paddingAdder)

@@ -8,7 +8,7 @@ namespace ID3TagEditor {
 
 namespace {
 
-/// At least two digits; the minus sign of a negative number counts as one.
+/// Returns the number with at least two characters; a minus sign counts as one of them.
 std::string twoDigits(std::int64_t number) {
   const std::string digits = std::to_string(number);
   return digits.size() < 2 ? "0" + digits : digits;
@@ -59,7 +59,7 @@ std::optional<std::string> ID3TimestampCreator::createFrom(const RecordingDateTi
   if (!date || !time || !date->year || !date->month || !date->day || !time->hour || !time->minute) {
     return std::nullopt;
   }
-  // The fields are a caller's and may be any number; days and hours beyond their unit carry over.
+  // The caller can set the fields to any number. Days, hours and minutes beyond their unit carry over.
   const auto fits = [](std::int64_t value, std::int64_t most) { return value >= -most && value <= most; };
   constexpr std::int64_t mostUnits = 1'000'000'000;
   if (!fits(*date->year, static_cast<int>(year::max())) || !fits(*date->month, mostUnits) ||

@@ -9,10 +9,10 @@
 #include "ID3TagEditor/model/FrameKinds.h"
 #include "ID3TagEditor/model/RecordingDateTime.h"
 
-// The frames whose text is put together from several values.
+// Creators of frames whose text combines several values.
 namespace ID3TagEditor {
 
-/// What the creators here share: the text of the tag's frame, written as one kind of frame.
+/// Writes the text that the derived class makes of the tag's frame, as a frame of one kind.
 class ID3StructuredFrameCreator : public ID3FrameCreator {
  public:
   ID3StructuredFrameCreator(const FrameKind& kind,
@@ -21,20 +21,20 @@ class ID3StructuredFrameCreator : public ID3FrameCreator {
   void createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const final;
 
  private:
-  /// Nothing when there is nothing to write under the name.
+  /// Returns nothing if the tag has no frame of that name, or one that cannot be written.
   virtual std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const = 0;
 
   FrameKind kind_;
   std::unique_ptr<FrameFromStringContentCreator> frameCreator_;
 };
 
-/// "(17)Rock", "(17)" or "Rock" (ID3v2.3.0 §4.2.1, "TCON").
+/// Writes "(17)Rock", "(17)" or "Rock" (ID3v2.3.0 §4.2.1, "TCON").
 class ID3GenreFrameCreator : public ID3StructuredFrameCreator {
   using ID3StructuredFrameCreator::ID3StructuredFrameCreator;
   std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const override;
 };
 
-/// "5/12" or "5" (ID3v2.3.0 §4.2.1, "TRCK", "TPOS").
+/// Writes "5/12" or "5" (ID3v2.3.0 §4.2.1, "TRCK", "TPOS").
 class ID3PartOfTotalFrameCreator : public ID3StructuredFrameCreator {
   using ID3StructuredFrameCreator::ID3StructuredFrameCreator;
   std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const override;
@@ -42,13 +42,13 @@ class ID3PartOfTotalFrameCreator : public ID3StructuredFrameCreator {
 using ID3TrackPositionFrameCreator = ID3PartOfTotalFrameCreator;
 using ID3DiscPositionFrameCreator = ID3PartOfTotalFrameCreator;
 
-/// "0303" for 3 March (ID3v2.3.0 §4.2.1, "TDAT").
+/// Writes "0303" for 3 March (ID3v2.3.0 §4.2.1, "TDAT").
 class ID3RecordingDayMonthFrameCreator : public ID3StructuredFrameCreator {
   using ID3StructuredFrameCreator::ID3StructuredFrameCreator;
   std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const override;
 };
 
-/// "0905" for five past nine (ID3v2.3.0 §4.2.1, "TIME").
+/// Writes "0905" for five past nine (ID3v2.3.0 §4.2.1, "TIME").
 class ID3RecordingHourMinuteFrameCreator : public ID3StructuredFrameCreator {
   using ID3StructuredFrameCreator::ID3StructuredFrameCreator;
   std::optional<std::string> textIn(const ID3Tag& id3Tag, FrameName name) const override;
@@ -60,14 +60,14 @@ class TimestampCreator {
   virtual std::optional<std::string> createFrom(const RecordingDateTime& recordingDateTime) const = 0;
 };
 
-/// The whole seconds from 1970-01-01 00:00 GMT to the moment, in decimal; nothing unless the moment is known
-/// to the minute and lies in the calendar.
+/// Returns the number of seconds from 1970-01-01 00:00 UTC to the given moment, in decimal. Returns nothing
+/// if a part of the moment, down to the minute, is absent, or if it lies outside the calendar.
 class ID3TimestampCreator : public TimestampCreator {
  public:
   std::optional<std::string> createFrom(const RecordingDateTime& recordingDateTime) const override;
 };
 
-/// A timestamp or, when the moment is not known to the minute, the year (ID3v2.4.0 frames §4.2.5, "TDRC").
+/// Writes a timestamp, or the year if no timestamp can be made (ID3v2.4.0 frames §4.2.5, "TDRC").
 class ID3RecordingDateTimeFrameCreator : public ID3StructuredFrameCreator {
  public:
   ID3RecordingDateTimeFrameCreator(const FrameKind& kind,

@@ -10,7 +10,7 @@
 #include "ID3TagEditor/model/RecordingDateTime.h"
 #include "platform/base/Bytes.h"
 
-// What a tag's frames hold, as plain values.
+// The contents of a tag's frames as plain values.
 namespace ID3TagEditor {
 
 struct Genre {

@@ -10,12 +10,13 @@
 #include "ID3TagEditor/model/ID3StringEncoding.h"
 #include "ID3TagEditor/model/ID3Version.h"
 
-// All that tells one kind of frame from another: what reads, writes, names and shows frames is made of these
-// rows. The builders and the content reader have an operation for each kind, which is held against its row.
+// The table of the kinds of frame. The code that reads, writes, names and shows frames is driven by its rows.
+// The builders and the content reader have one function for each kind, which the compiler checks against the
+// row.
 namespace ID3TagEditor {
 
-/// How a frame holds what it holds: which class of frame object stands for it, and so how it is read, written
-/// and shown.
+/// The form of a frame's content. It decides the class of the frame object, and so how the frame is read,
+/// written and shown.
 enum class FrameContent : std::uint8_t {
   string,
   integer,
@@ -34,21 +35,21 @@ struct FrameKind {
   FrameName::Kind name;
   std::string_view rawValue;
   FrameContent content;
-  /// In which it is written.
+  /// The encoding in which the frame is written.
   ID3StringEncoding encoding;
-  /// In v2.2, v2.3 and v2.4 (ID3v2.2.0 §4, ID3v2.3.0 §4, ID3v2.4.0 frames §4), empty where the version has
-  /// none.
+  /// The identifiers in v2.2, v2.3 and v2.4 (ID3v2.2.0 §4, ID3v2.3.0 §4, ID3v2.4.0 frames §4). Empty if the
+  /// version has none.
   std::array<std::string_view, 3> identifiers;
-  /// Its place among the lines of a tag's description, from 1 on.
+  /// The line of a tag's description that shows the frame, counted from 1; 0 if none does.
   std::size_t line;
-  /// What that line calls it, where that is not the raw value.
+  /// The label of that line, if it is not the raw value.
   std::string_view otherLabel = {};
 
   constexpr std::string_view identifierIn(ID3Version version) const { return identifiers[columnOf(version)]; }
   constexpr std::string_view label() const { return otherLabel.empty() ? rawValue : otherLabel; }
 };
 
-/// In the order in which the frames of a tag are written.
+/// The rows are in the order in which the frames of a tag are written.
 inline constexpr std::array frameKinds = [] {
   using Type = FrameType;
   using Name = FrameName;
@@ -104,7 +105,8 @@ namespace detail {
 
 constexpr std::size_t noRow = frameKinds.size();
 
-/// The row of each case that counts from 0, by the column that holds it; `noRow` where there is none.
+/// Returns, for each case of an enumeration that counts from 0, the row that has the case in `column`, or
+/// `noRow`.
 template <std::size_t count, class Case>
 constexpr std::array<std::size_t, count> rowsBy(Case FrameKind::*column) {
   std::array<std::size_t, count> rows{};
@@ -142,7 +144,7 @@ static_assert(areIdentifiersSound(), "an identifier has its version's size and s
 
 }  // namespace detail
 
-/// The type must not be `invalid`.
+/// Returns the row of the type, which must not be `invalid`.
 constexpr const FrameKind& kindOf(FrameType type) {
   return frameKinds[detail::rowsByType[static_cast<std::size_t>(type)]];
 }

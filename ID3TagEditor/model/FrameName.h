@@ -11,8 +11,8 @@
 
 namespace ID3TagEditor {
 
-/// What a frame means to the caller: the key of a tag's frames. A tag holds one picture for each picture
-/// type, and one lyrics and one comment frame for each language; every other name stands for one frame.
+/// The meaning of a frame, which is the key of a tag's frames. A tag can have one picture for each picture
+/// type, and one lyrics frame and one comment for each language. It can have one frame of every other name.
 class FrameName {
  public:
   // clang-format off
@@ -23,13 +23,13 @@ class FrameName {
     recordingYear, recordingHourMinute, recordingDateTime, iTunesGrouping, iTunesMovementName,
     iTunesMovementIndex, iTunesMovementCount, iTunesPodcastCategory, iTunesPodcastDescription, iTunesPodcastID,
     iTunesPodcastKeywords,
-    // One name for each picture type, and for each language.
+    // These have one name for each picture type or each language.
     pictureKind, lyricsKind, commentKind,
   };
   // clang-format on
   static constexpr Kind lastKind = commentKind;
 
-  /// Of the last three kinds this is the name of the first picture type or language.
+  /// For the last three kinds, constructs the name of the first picture type or language.
   constexpr FrameName(Kind kind) : kind_(kind) {}
   static constexpr FrameName attachedPicture(ID3PictureType type) {
     return {pictureKind, static_cast<std::uint16_t>(type)};
@@ -40,27 +40,29 @@ class FrameName {
   static constexpr FrameName comment(ID3FrameContentLanguage language) {
     return localized(commentKind, language);
   }
-  /// The lyrics or the comment, as `kind` tells, of the language.
+  /// Returns the name of the lyrics or the comment in the language. `kind` must be `lyricsKind` or
+  /// `commentKind`.
   static constexpr FrameName localized(Kind kind, ID3FrameContentLanguage language) {
     return {kind, static_cast<std::uint16_t>(language)};
   }
 
   constexpr Kind kind() const { return kind_; }
-  /// Nothing but for a picture.
+  /// Returns nothing if this is not the name of a picture.
   constexpr std::optional<ID3PictureType> pictureType() const {
     return kind_ == pictureKind ? std::optional(static_cast<ID3PictureType>(payload_)) : std::nullopt;
   }
-  /// Nothing but for lyrics and comments.
+  /// Returns nothing if this is not the name of lyrics or a comment.
   constexpr std::optional<ID3FrameContentLanguage> language() const {
     const bool isLocalized = kind_ == lyricsKind || kind_ == commentKind;
     return isLocalized ? std::optional(static_cast<ID3FrameContentLanguage>(payload_)) : std::nullopt;
   }
 
-  /// The plain names but for beatsPerMinute, originalFilename, lengthInMilliseconds and sizeInBytes, then the
-  /// lyrics and then the comment of every language.
+  /// Returns the names without picture type or language, except beatsPerMinute, originalFilename,
+  /// lengthInMilliseconds and sizeInBytes, then the lyrics of every language, then the comments of every
+  /// language.
   static std::vector<FrameName> allCases();
 
-  /// Names with a payload stand together, in the order of their payload's cases.
+  /// Orders names by kind, then by picture type or language.
   friend constexpr auto operator<=>(const FrameName&,
                                     const FrameName&) = default;  // NOLINT(modernize-use-nullptr)
 

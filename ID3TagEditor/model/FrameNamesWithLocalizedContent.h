@@ -10,8 +10,8 @@ namespace ID3TagEditor {
 inline constexpr std::size_t localizedKindCount =
     static_cast<std::size_t>(std::ranges::count(frameKinds, FrameContent::localized, &FrameKind::content));
 
-/// The kinds of which a tag holds one frame for each language in `allLanguages`, in the order in which they
-/// are written.
+/// The kinds of which a tag can have one frame for each language in `allLanguages`, in the order in which
+/// they are written.
 inline constexpr std::array<FrameName::Kind, localizedKindCount> FrameNamesWithLocalizedContent = [] {
   std::array<FrameName::Kind, localizedKindCount> names{};
   std::size_t count = 0;

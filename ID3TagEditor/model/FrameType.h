@@ -4,8 +4,8 @@
 
 namespace ID3TagEditor {
 
-/// The kinds of frame that the engine knows on disk. `invalid` stands for every identifier that the tag's
-/// version does not know.
+/// The kinds of frame that the engine can read and write. `invalid` represents all identifiers that are
+/// unknown in the tag's version.
 enum class FrameType : std::uint8_t {
   title,
   artist,

@@ -9,16 +9,17 @@
 
 namespace ID3TagEditor {
 
-/// The fixed start of a picture frame's body (ID3v2.2.0 §4.15, ID3v2.3.0 §4.15): encoding byte 0, the MIME
-/// type (v2.2: the three-letter image format, without terminator), the picture type, an empty description.
+/// The start of the body of the picture frames that the engine writes (ID3v2.2.0 §4.15, ID3v2.3.0 §4.15):
+/// encoding byte 0, the MIME type (in v2.2 the three-letter image format, without terminator), the picture
+/// type, an empty description.
 class ID3AttachedPictureFrameConfiguration {
  public:
-  /// Where the picture type byte stands, counted from the start of the body.
+  /// Returns the offset of the picture type byte from the start of the body.
   std::size_t getPictureTypeBytePositionFor(ID3PictureFormat pictureFormat, ID3Version version) const {
     return getHeaderMimeTypeFor(pictureFormat, version).size() - 2;
   }
 
-  /// The start of the body, its picture type set to front cover.
+  /// Returns the start of the body, with the picture type front cover.
   platform::ByteView getHeaderMimeTypeFor(ID3PictureFormat pictureFormat, ID3Version version) const {
     using namespace std::string_view_literals;
     const bool isJPEG = pictureFormat == ID3PictureFormat::jpeg;

@@ -6,17 +6,17 @@
 
 namespace ID3TagEditor {
 
-/// What all frames have in common: where they came from.
+/// The base class of all frames. Records where a frame was read from.
 class ID3Frame {
  public:
   virtual ~ID3Frame() = default;
 
-  /// The fields in one line, for looking at while debugging.
+  /// Returns the fields in one line, for debugging.
   virtual std::string debugDescription() const = 0;
 
-  /// The identifier that the frame had on disk; absent on a frame that a caller built.
+  /// The identifier that the frame had on disk; absent if the caller built the frame.
   std::optional<std::string> id3Identifier;
-  /// The length that the frame had on disk, header included, in bytes; absent on a frame that a caller built.
+  /// The length of the frame on disk in bytes, header included; absent if the caller built the frame.
   std::optional<std::size_t> size;
 
  protected:

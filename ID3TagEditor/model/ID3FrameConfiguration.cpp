@@ -10,8 +10,8 @@ namespace ID3TagEditor {
 
 namespace {
 
-/// An identifier of at most four characters as one number, which compares faster than a text: every ten bytes
-/// of a tag's padding are looked up as one. The empty identifier is 0.
+/// Returns an identifier of at most four characters as one number, 0 for an empty one. Numbers compare faster
+/// than texts, and the walk looks up an identifier for every ten bytes of padding.
 constexpr std::uint32_t packed(std::string_view identifier) {
   std::uint32_t number = 0;
   for (const char character : identifier) number = number << 8 | static_cast<unsigned char>(character);
@@ -23,7 +23,7 @@ struct IdentifierEntry {
   FrameType type = FrameType::invalid;
 };
 
-/// One version's identifiers in ascending order; kinds that the version lacks come first.
+/// The identifiers of one version in ascending order. Kinds that the version lacks come first.
 using IdentifierIndex = std::array<IdentifierEntry, frameKinds.size()>;
 
 constexpr std::array<IdentifierIndex, allVersions.size()> indices = [] {

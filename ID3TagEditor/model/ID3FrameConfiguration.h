@@ -11,27 +11,28 @@
 
 namespace ID3TagEditor {
 
-/// How a frame lies on disk in each version (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4):
-/// identifier, big-endian size that does not count the header, flags (not in v2.2), then the body, whose
-/// first byte tells the encoding where the body is text. All lengths and offsets are in bytes.
+/// The layout of a frame in each version (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4):
+/// identifier, big-endian size without the header, flags (not in v2.2), body. The first byte of a text's body
+/// is the encoding. All lengths and offsets are in bytes.
 class ID3FrameConfiguration {
  public:
   std::size_t headerSizeFor(ID3Version version) const { return layoutOf(version).headerSize; }
-  /// Where the four bytes begin that hold the size; in v2.2 the first of them is the identifier's last.
+  /// Returns the offset of the four bytes that contain the size. In v2.2, the first of them is the last one
+  /// of the identifier.
   std::size_t sizeOffsetFor(ID3Version version) const { return layoutOf(version).sizeOffset; }
-  /// What of these four bytes is the size.
+  /// Returns the bits of these four bytes that are the size.
   std::uint32_t sizeMaskFor(ID3Version version) const { return layoutOf(version).sizeMask; }
   std::size_t identifierSizeFor(ID3Version version) const { return layoutOf(version).identifierSize; }
-  /// Where the text-encoding byte stands, counted from the frame's start.
+  /// Returns the offset of the text-encoding byte from the start of the frame.
   std::size_t encodingPositionFor(ID3Version version) const { return layoutOf(version).headerSize; }
   static constexpr std::size_t encodingSize() { return 1; }
 
-  /// The identifier's ASCII characters. A kind that the version lacks is an error in the program and ends it:
-  /// the tag builders let no such frame into a tag.
+  /// Returns the identifier in ASCII. Aborts the program if the version lacks the kind: the tag builders let
+  /// no such frame into a tag.
   std::string_view identifierFor(FrameType frameType, ID3Version version) const;
-  /// `invalid` for an identifier that the version does not know.
+  /// Returns `invalid` for an identifier that is unknown in the version.
   FrameType frameTypeFor(std::string_view identifier, ID3Version version) const;
-  /// The text-encoding byte to write. UTF-8 outside v2.4 is an error in the program and ends it.
+  /// Returns the text-encoding byte to write. Aborts the program for UTF-8 in other versions than v2.4.
   std::uint8_t encodingByteFor(ID3Version version, ID3StringEncoding encoding) const;
 
  private:

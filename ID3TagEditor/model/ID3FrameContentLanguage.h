@@ -50,9 +50,9 @@ namespace ID3TagEditor {
   X(zul) X(zun) X(zxx) X(zza) X(unknown)
 // clang-format on
 
-/// The language of a comment or lyrics frame (ID3v2.3.0 §3.3): the codes of ISO 639-2, where there are two
-/// the bibliographic one before the terminological one, and `unknown` for whatever is no such code. A code
-/// that is a word of C++ has an underscore behind it; its raw value has not.
+/// The language of a comment or lyrics frame (ID3v2.3.0 §3.3): the codes of ISO 639-2, and `unknown` for any
+/// other code. Where ISO 639-2 has two codes for a language, the bibliographic one comes before the
+/// terminological one. A code that is a keyword of C++ has an underscore appended; its raw value has not.
 enum class ID3FrameContentLanguage : std::uint16_t {
 #define ID3_LANGUAGE(name) name,
   ID3_LANGUAGES(ID3_LANGUAGE)
@@ -74,12 +74,12 @@ inline constexpr std::array languageCodes = std::to_array<std::string_view>({
 
 inline constexpr auto allLanguages = platform::everyCase<ID3FrameContentLanguage, languageCodes.size()>();
 
-/// The lower-case three-letter code, or "unknown".
+/// Returns the lower-case three-letter code, or "unknown".
 constexpr std::string_view rawValue(ID3FrameContentLanguage language) {
   return languageCodes[static_cast<std::size_t>(language)];
 }
 
-/// The raw value serves as the case's name too.
+/// Returns the raw value, which is the name of the case, too.
 constexpr std::string_view caseName(ID3FrameContentLanguage language) {
   return rawValue(language);
 }

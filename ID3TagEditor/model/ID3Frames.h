@@ -49,7 +49,7 @@ class ID3FrameWithLocalizedContent : public ID3FrameWithStringContent {
   std::string contentDescription_;
 };
 
-/// A text frame whose text is a number; absent when the text is none.
+/// A text frame whose text is a number. The value is absent if the text is not a number.
 class ID3FrameWithIntegerContent : public ID3Frame {
  public:
   static constexpr FrameContent heldContent = FrameContent::integer;
@@ -163,8 +163,8 @@ class ID3FrameRecordingHourMinute : public ID3Frame {
   OptionalInteger minute_;
 };
 
-/// A name under which frames of the class stand, and which the versions of the builders have an identifier
-/// for; any other one does not compile.
+/// A name of frames of class `Frame` that has an identifier in the versions of all `Builders`. Any other name
+/// does not compile.
 template <class Frame, class... Builders>
 struct NameOf {
   consteval NameOf(FrameName::Kind kind) : name(kind) {

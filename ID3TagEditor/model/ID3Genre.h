@@ -23,8 +23,8 @@ namespace ID3TagEditor {
   X(rockAndRoll) X(hardRock) X(remix) X(cover)
 // clang-format on
 
-/// The genres that stand as numbers in a genre text (ID3v2.3.0 §4.2.1, "TCON"): 0 to 79 as ID3v1 numbers
-/// them, then the two refinements that the format calls RX and CR. The raw value is the position.
+/// The genres that a genre text can name by number (ID3v2.3.0 §4.2.1, "TCON"): 0 to 79 as in ID3v1, then the
+/// refinements RX and CR. The raw value is the position.
 enum class ID3Genre : std::uint8_t {
 #define ID3_GENRE(name) name,
   ID3_GENRES(ID3_GENRE)

@@ -6,7 +6,7 @@
 
 namespace ID3TagEditor {
 
-/// The picture formats that the engine tells apart.
+/// The picture formats that the engine distinguishes.
 enum class ID3PictureFormat : std::uint8_t { jpeg, png };
 
 inline constexpr std::array<ID3PictureFormat, 2> allPictureFormats{ID3PictureFormat::jpeg,

@@ -18,7 +18,7 @@ namespace ID3TagEditor {
   X(publisherStudioLogotype)
 // clang-format on
 
-/// What an attached picture shows. The raw value is the picture type byte (ID3v2.3.0 §4.15).
+/// The subject of an attached picture. The raw value is the picture type byte (ID3v2.3.0 §4.15).
 enum class ID3PictureType : std::uint8_t {
 #define ID3_PICTURE_TYPE(name) name,
   ID3_PICTURE_TYPES(ID3_PICTURE_TYPE)

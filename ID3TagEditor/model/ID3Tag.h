@@ -13,12 +13,12 @@
 namespace ID3TagEditor {
 
 struct ID3TagProperties {
-  /// The bytes of the tag behind its 10-byte header, as they were read or as they were last written.
+  /// The length of the tag in bytes without its 10-byte header, as it was last read or written.
   std::uint32_t size = 0;
   ID3Version version;
 };
 
-/// The frames of a tag by their names. Tags that were made from each other share frames.
+/// The frames of a tag by name. Copies of a tag share the frames.
 using Frames = std::map<FrameName, std::shared_ptr<const ID3Frame>>;
 
 /// One ID3v2 tag in memory.
@@ -27,17 +27,18 @@ class ID3Tag {
   explicit ID3Tag(ID3Version version, Frames initialFrames = {})
       : properties{.version = version}, frames(std::move(initialFrames)) {}
 
-  /// All that is in the tag, as a text of many lines for looking at while debugging.
+  /// Returns the whole tag as a text of many lines, for debugging.
   std::string debugDescription() const;
 
-  /// The frame under the name; null when there is none or when it is of another class.
+  /// Returns the frame of that name, or null if there is none or if it is of another class.
   template <class Frame>
   const Frame* frame(FrameName name) const {
     const auto found = frames.find(name);
     return found != frames.end() ? dynamic_cast<const Frame*>(found->second.get()) : nullptr;
   }
 
-  /// The frames of that class from the one name to the other, in the order of their names.
+  /// Returns the frames of that class from name `first` to name `last`, both included, in the order of their
+  /// names.
   template <class Frame>
   std::vector<const Frame*> framesBetween(FrameName first, FrameName last) const {
     std::vector<const Frame*> found;

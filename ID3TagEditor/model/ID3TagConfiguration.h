@@ -12,9 +12,9 @@ namespace ID3TagEditor {
 /// The fixed parts of a tag header (ID3v2.3.0 §3.1).
 class ID3TagConfiguration {
  public:
-  /// "ID3", the major version and revision 0: the header's first five bytes.
+  /// Returns the first five bytes of the header: "ID3", the major version and revision 0.
   platform::ByteView headerFor(ID3Version version) const { return headers[columnOf(version)]; }
-  /// The length of the whole header in bytes, in every version.
+  /// Returns the length of the whole header in bytes, which is the same in all versions.
   static constexpr std::uint32_t headerSize() { return platform::tagHeaderSize; }
 
  private:

@@ -7,18 +7,18 @@
 
 namespace ID3TagEditor {
 
-/// Why the engine cannot read or write a tag. The values carry no file and no text for people; a caller that
-/// knows the file says what is wrong with it.
+/// The reason why the engine cannot read or write a tag. It contains neither the file nor a message for
+/// people: the caller, which has the file's name, adds them.
 class ID3TagEditorError : public std::exception {
  public:
   enum Case : std::uint8_t {
     /// The path's extension is not "mp3".
     invalidFileFormat,
-    /// The serialised tag, or one frame of it, is longer than its size field can tell.
+    /// The serialised tag, or one frame of it, is too long for its size field.
     tagTooBig,
-    /// The tag to write holds no frame that could be written.
+    /// The tag to write has no frame that can be written.
     invalidTagData,
-    /// Fewer bytes are there than the tag header announces, or than a header has.
+    /// The file ends before its tag does, or is shorter than a tag header.
     corruptedFile,
   };
   static constexpr Case lastCase = corruptedFile;

@@ -23,12 +23,12 @@ constexpr std::optional<ID3Version> versionFromRawValue(std::uint8_t raw) {
   return static_cast<ID3Version>(raw);
 }
 
-/// The position of the version's column in the tables of this folder.
+/// Returns the column of the version in the tables of this folder.
 constexpr std::size_t columnOf(ID3Version version) {
   return static_cast<std::size_t>(rawValue(version)) - 2;
 }
 
-/// "version2", "version3" or "version4".
+/// Returns "version2", "version3" or "version4".
 constexpr std::string_view caseName(ID3Version version) {
   constexpr std::array<std::string_view, 3> names{"version2", "version3", "version4"};
   return names[columnOf(version)];

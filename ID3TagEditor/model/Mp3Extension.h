@@ -4,8 +4,8 @@
 
 namespace ID3TagEditor {
 
-/// Throws `invalidFileFormat` unless the text behind the last dot of the path's last component is "mp3" in
-/// any letter case.
+/// Throws `invalidFileFormat` unless the text after the last dot in the last component of the path is "mp3"
+/// in any letter case.
 void requireMp3Extension(const std::filesystem::path& path);
 
 }  // namespace ID3TagEditor

@@ -9,7 +9,7 @@ namespace ID3TagEditor {
 
 using OptionalInteger = std::optional<std::int64_t>;
 
-/// A day of the Gregorian calendar, as far as it is known.
+/// A day of the Gregorian calendar. Unknown parts are absent.
 struct RecordingDate {
   OptionalInteger day;
   OptionalInteger month;
@@ -18,7 +18,7 @@ struct RecordingDate {
   bool operator==(const RecordingDate&) const = default;
 };
 
-/// A time of day in UTC, as far as it is known.
+/// A time of day in UTC. Unknown parts are absent.
 struct RecordingTime {
   OptionalInteger hour;
   OptionalInteger minute;
@@ -26,7 +26,7 @@ struct RecordingTime {
   bool operator==(const RecordingTime&) const = default;
 };
 
-/// When a v2.4 tag says that the track was recorded.
+/// The recording time in a v2.4 tag.
 struct RecordingDateTime {
   std::optional<RecordingDate> date;
   std::optional<RecordingTime> time;
@@ -34,7 +34,7 @@ struct RecordingDateTime {
   bool operator==(const RecordingDateTime&) const = default;
 };
 
-/// The numbers in decimal with one space between them, 0 for an absent one.
+/// Returns the numbers in decimal, separated by spaces, with 0 for an absent one.
 inline std::string spaced(std::initializer_list<OptionalInteger> numbers) {
   std::string text;
   for (const OptionalInteger& number : numbers) {
@@ -52,7 +52,7 @@ inline std::string description(const RecordingTime& time) {
   return spaced({time.hour, time.minute});
 }
 
-/// "Date: (1 2 2019) - Time: (10 30)", with a hyphen for an absent part.
+/// Returns "Date: (1 2 2019) - Time: (10 30)", with a hyphen for an absent part.
 inline std::string description(const RecordingDateTime& dateTime) {
   return "Date: (" + (dateTime.date ? description(*dateTime.date) : "-") + ") - Time: (" +
          (dateTime.time ? description(*dateTime.time) : "-") + ")";

@@ -7,20 +7,20 @@
 #include "ID3TagEditor/model/ID3Frames.h"
 #include "ID3TagEditor/model/ID3Tag.h"
 
-// One builder for each version, with a setter for each frame that the version has an identifier for: a tag
-// that comes from a builder can be written. Setters replace what was set under the same name before, and
-// chain.
+// One builder for each version. A builder has a setter for each frame that has an identifier in its version,
+// so a tag with a frame in it can be written. A setter replaces the frame that was set under the same name
+// before, and returns the builder.
 namespace ID3TagEditor {
 
-/// Where a tag comes from.
+/// The interface of the builders.
 class TagBuilder {
  public:
   virtual ~TagBuilder() = default;
-  /// A new tag with the frames set so far; the builder keeps them.
+  /// Returns a new tag with the frames set so far. The builder keeps them.
   virtual ID3Tag build() const = 0;
 };
 
-/// The setters that all versions share.
+/// The setters of all versions.
 template <class Builder>
 class CommonFrameSetters : public TagBuilder {
  public:
@@ -54,7 +54,8 @@ class CommonFrameSetters : public TagBuilder {
     return set(FrameName::trackPosition, std::move(frame));
   }
 
-  // The first argument alone decides the name; the frame's own type or language is what gets written.
+  // The first argument decides the name alone. The picture type or language that is written is the frame's
+  // own.
   Builder& attachedPicture(ID3PictureType pictureType, ID3FrameAttachedPicture frame) {
     return setUnder(FrameName::attachedPicture(pictureType), std::move(frame));
   }
@@ -83,7 +84,7 @@ class CommonFrameSetters : public TagBuilder {
   Frames frames_;
 };
 
-/// The setters for what v2.2 and v2.3 keep in frames of their own.
+/// The setters for frames that only v2.2 and v2.3 have.
 template <class Builder>
 class SizeAndCalendarFrameSetters : public CommonFrameSetters<Builder> {
  public:
@@ -101,7 +102,7 @@ class SizeAndCalendarFrameSetters : public CommonFrameSetters<Builder> {
   }
 };
 
-/// The setters for what has an identifier of four letters only.
+/// The setters for frames that only have four-letter identifiers.
 template <class Builder, class Base>
 class FourLetterFrameSetters : public Base {
  public:

@@ -8,7 +8,8 @@ namespace Strings = platform::Strings;
 
 namespace {
 
-/// The first "(", word characters and ")" of the text, parentheses included; empty when there are none.
+/// Returns the first sequence of "(", word characters and ")", parentheses included. Returns an empty text if
+/// there is none.
 std::string_view firstParenthesisedWord(std::string_view text) {
   std::size_t open = text.find('(');
   while (open != std::string_view::npos) {
@@ -60,7 +61,7 @@ ID3FramePartOfTotal ID3PartOfTotalStringAdapter::adapt(std::string_view partOfTo
 std::pair<OptionalInteger, OptionalInteger> ID3CoupleOfNumbersAdapter::adapt(
     std::string_view coupleOfNumbers) const {
   const std::size_t half = Strings::characterCount(coupleOfNumbers) / 2;
-  // Counting bytes from here on is enough: a half with a longer character in it is no number either way.
+  // From here on, counting bytes is enough: a half that contains a longer character is not a number anyway.
   return {Strings::decimalInteger(coupleOfNumbers.substr(0, half)),
           Strings::decimalInteger(coupleOfNumbers.substr(coupleOfNumbers.size() - half))};
 }

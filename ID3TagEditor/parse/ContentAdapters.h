@@ -9,15 +9,15 @@
 #include "ID3TagEditor/model/ID3Frames.h"
 #include "platform/base/Bytes.h"
 
-// How structured values are read out of a frame's text or bytes.
+// Read structured values from a frame's text or bytes.
 namespace ID3TagEditor {
 
-/// Reads a genre text (ID3v2.3.0 §4.2.1, "TCON"): a number, RX or CR in parentheses, a text behind it, or
+/// Reads a genre text (ID3v2.3.0 §4.2.1, "TCON"): a number, RX or CR in parentheses, a text after it, or
 /// both.
 class ID3GenreStringAdapter {
  public:
-  /// Only the first pair of parentheses around word characters counts, and what stands before it is dropped;
-  /// what names no genre in it goes behind the description.
+  /// Only the first pair of parentheses around word characters counts. The text before it is dropped. If the
+  /// word does not name a genre, it is appended to the description, parentheses included.
   ID3FrameGenre adapt(std::string_view genre) const;
 };
 
@@ -27,14 +27,14 @@ class PartOfTotalStringAdapter {
   virtual ID3FramePartOfTotal adapt(std::string_view partOfTotal) const = 0;
 };
 
-/// Reads "3/12" or "3" (ID3v2.3.0 §4.2.1, "TRCK", "TPOS"); a part that is no number is 0, a total that is
-/// none is absent.
+/// Reads "3/12" or "3" (ID3v2.3.0 §4.2.1, "TRCK", "TPOS"). A part that is not a number is read as 0. A total
+/// that is not a number is absent.
 class ID3PartOfTotalStringAdapter : public PartOfTotalStringAdapter {
  public:
   ID3FramePartOfTotal adapt(std::string_view partOfTotal) const override;
 };
 
-/// Reads two numbers of the same length (ID3v2.3.0 §4.2.1, "TDAT", "TIME"); the middle character of an odd
+/// Reads two numbers of the same length (ID3v2.3.0 §4.2.1, "TDAT", "TIME"). The middle character of an odd
 /// count is ignored.
 class ID3CoupleOfNumbersAdapter {
  public:
@@ -44,13 +44,14 @@ class ID3CoupleOfNumbersAdapter {
 class PictureTypeAdapter {
  public:
   virtual ~PictureTypeAdapter() = default;
-  /// Nothing when the frame, given whole, is too short to have a picture type byte.
+  /// `frame` must be a whole frame, header included. Returns nothing if it is too short for a picture type
+  /// byte.
   virtual std::optional<ID3PictureType> adapt(platform::ByteView frame, ID3PictureFormat format,
                                               ID3Version version) const = 0;
 };
 
-/// Reads the picture type byte where it stands behind the MIME type that the engine itself writes
-/// (ID3v2.3.0 §4.15); a byte that is no picture type is `other`.
+/// Reads the picture type byte from the place that it has in the frames that the engine writes (ID3v2.3.0
+/// §4.15), whatever MIME type this frame has. Returns `other` if the byte is not a picture type.
 class ID3PictureTypeAdapter : public PictureTypeAdapter {
  public:
   std::optional<ID3PictureType> adapt(platform::ByteView frame, ID3PictureFormat format,

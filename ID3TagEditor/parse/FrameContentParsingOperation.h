@@ -10,15 +10,15 @@
 
 namespace ID3TagEditor {
 
-/// Takes one parsed frame and the name to store it under.
+/// Receives a parsed frame and the name under which to store it.
 using FrameReceiver = std::function<void(FrameName, std::unique_ptr<ID3Frame>)>;
 
-/// Makes frames of a kind out of their bytes.
+/// Parses frames of one kind.
 class FrameContentParsingOperation {
  public:
   virtual ~FrameContentParsingOperation() = default;
-  /// `frame` is a whole frame, header included. A frame that cannot be read is dropped: `completed` is not
-  /// called then.
+  /// Calls `completed` for each frame object that it makes of `frame`, a whole frame with its header. Does
+  /// not call it if the frame cannot be read.
   virtual void parse(const platform::SharedBytes& frame, ID3Version version,
                      const FrameReceiver& completed) const = 0;
 };

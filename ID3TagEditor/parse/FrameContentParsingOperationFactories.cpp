@@ -16,7 +16,7 @@ OperationPointer ID3FrameStringContentParsingOperationFactory::make(
 
 namespace {
 
-/// An operation whose frame, stored under `name`, is what `makeFrame` makes of the text.
+/// Returns an operation that stores the result of `makeFrame(text)` under `name`.
 template <class MakeFrame>
 OperationPointer textOperation(FrameName name, MakeFrame makeFrame) {
   return ID3FrameStringContentParsingOperationFactory::make([name, makeFrame](std::string text) {
@@ -26,7 +26,7 @@ OperationPointer textOperation(FrameName name, MakeFrame makeFrame) {
   });
 }
 
-/// An operation for two numbers in one text.
+/// Returns an operation for a text that contains two numbers.
 template <class Frame>
 OperationPointer coupleOperation(FrameName name) {
   return textOperation(name, [](const std::string& text) {

@@ -6,13 +6,13 @@
 #include "ID3TagEditor/model/FrameKinds.h"
 #include "ID3TagEditor/parse/FrameContentParsingOperations.h"
 
-// How the operations are put together.
+// Factories of the operations that parse frames.
 namespace ID3TagEditor {
 
 using FrameContentParsingOperationPointer = std::unique_ptr<FrameContentParsingOperation>;
 using FrameContentParsingOperations = std::map<FrameType, FrameContentParsingOperationPointer>;
 
-/// An operation for frames whose text the given function turns into a frame.
+/// Makes an operation for text frames. `createFrameOperation` turns a text into a frame object.
 struct ID3FrameStringContentParsingOperationFactory {
   static FrameContentParsingOperationPointer make(
       ID3FrameStringContentParsingOperation::CreateFrame createFrameOperation);
@@ -27,11 +27,11 @@ struct ID3ParsingOperationForID3FrameWithIntegerFactory {
 };
 
 struct ID3LocalizedFrameContentParsingOperationFactory {
-  /// For lyrics or comments, as `kind` tells.
+  /// Makes an operation for lyrics or comments. `kind` must be `lyricsKind` or `commentKind`.
   static FrameContentParsingOperationPointer make(FrameName::Kind kind);
 };
 
-/// The operation that reads frames of the kind.
+/// Makes the operation that parses frames of the kind.
 struct FrameKindParsingOperationFactory {
   static FrameContentParsingOperationPointer make(const FrameKind& kind);
 };
@@ -56,7 +56,7 @@ using ID3RecordingTimeFrameContentParsingOperationFactory =
 using ID3AttachedPictureFrameContentParsingOperationFactory =
     ParsingOperationFactoryFor<FrameType::attachedPicture>;
 
-/// The operations for all kinds of frame.
+/// Makes the operations for all kinds of frame.
 struct ID3FrameContentParsingOperationFactory {
   static FrameContentParsingOperations make();
 };

@@ -39,7 +39,8 @@ DescriptionAndContent split(ByteView body, CharacterEncoding encoding) {
   const auto last = std::find_end(body.begin(), body.end(), separator.begin(), separator.end());
   if (last == body.end()) return {{}, body};
   const auto start = static_cast<std::size_t>(last - body.begin());
-  // A mark in the separator belongs to the content; a bare terminator is trimmed off it later.
+  // The mark in the separator belongs to the content. A separator without a mark is left at the start of the
+  // content, which is trimmed later.
   const std::size_t contentStart = start + separator.size() - terminatorSize;
   return {body.first(start), body.subspan(contentStart)};
 }
@@ -68,8 +69,8 @@ void ID3LocalizedFrameContentParsingOperation::parse(const platform::SharedBytes
 
 namespace {
 
-/// Where the rest begins behind a text that a terminator of `width` zero bytes ends, on a boundary of that
-/// width; nothing when none does.
+/// Returns the offset after the terminator of the text that begins at `start`. A terminator is `width` zero
+/// bytes at a multiple of `width` bytes from `start`. Returns nothing if there is no terminator.
 std::optional<std::size_t> behindText(std::string_view bytes, std::size_t start, std::size_t width) {
   const std::string_view terminator = "\0\0"sv.substr(0, width);
   for (std::size_t at = start; at + width <= bytes.size(); at += width) {
@@ -84,7 +85,7 @@ std::optional<std::size_t> ID3AttachedPictureFrameContentParsingOperation::start
     ByteView frame, ID3Version version) const {
   constexpr std::size_t formatSize = 3;
   constexpr std::size_t typeSize = 1;
-  // Both forms of UTF-16, with a mark and without (ID3v2.4.0 structure §4).
+  // UTF-16 with a mark and without one (ID3v2.4.0 structure §4).
   constexpr std::string_view wideEncodings = "\1\2";
   const std::string_view bytes = platform::charactersOf(frame);
   const std::size_t encoding = id3FrameConfiguration_.encodingPositionFor(version);
@@ -130,7 +131,7 @@ void ID3AttachedPictureFrameContentParsingOperation::parse(const platform::Share
 
 RecordingDateTime ID3RecordingTimeFrameContentParsingOperation::recordingDateTime(std::string_view text) {
   constexpr double lastYear = 9999.0;
-  // The first second behind the last day that the calendar has.
+  // The first second after the last day that the calendar can represent.
   constexpr auto calendarEnd =
       std::chrono::sys_days(std::chrono::year::max() / std::chrono::December / 31) + std::chrono::days(1);
   constexpr auto endOfTime = static_cast<double>(

@@ -11,7 +11,7 @@
 
 namespace ID3TagEditor {
 
-/// Reads a text frame and leaves it to a function what its text means.
+/// Reads a text frame and passes the text to a function, which makes a frame object of it.
 class ID3FrameStringContentParsingOperation : public FrameContentParsingOperation {
  public:
   using CreateFrame = std::function<std::pair<FrameName, std::unique_ptr<ID3Frame>>(std::string text)>;
@@ -26,11 +26,12 @@ class ID3FrameStringContentParsingOperation : public FrameContentParsingOperatio
   CreateFrame createFrameOperation_;
 };
 
-/// Reads a comment or lyrics frame (ID3v2.3.0 §4.9, §4.11). Only a two-byte terminator parts the description
-/// from the content, for UTF-16 together with the content's little-endian mark; without one all is content.
+/// Reads a comment or lyrics frame (ID3v2.3.0 §4.9, §4.11). The description ends at the last separator: two
+/// zero bytes, in UTF-16 followed by the little-endian mark of the content. Without a separator, everything
+/// is content.
 class ID3LocalizedFrameContentParsingOperation : public FrameContentParsingOperation {
  public:
-  /// For lyrics or comments, as `kind` tells.
+  /// `kind` must be `lyricsKind` or `commentKind`.
   explicit ID3LocalizedFrameContentParsingOperation(FrameName::Kind kind) : kind_(kind) {}
   void parse(const platform::SharedBytes& frame, ID3Version version,
              const FrameReceiver& completed) const override;
@@ -42,10 +43,10 @@ class ID3LocalizedFrameContentParsingOperation : public FrameContentParsingOpera
   FrameName::Kind kind_;
 };
 
-/// Reads a picture frame (ID3v2.2.0 §4.15, ID3v2.3.0 §4.15). Where the frame's fields lead to a JPEG that
-/// does not start as a JFIF file does, such as one from a camera, that is the picture. In every other frame
-/// it is what follows from a format's signature on, wherever that stands; a frame that holds both signatures
-/// is delivered for each of them, JPEG first.
+/// Reads a picture frame (ID3v2.2.0 §4.15, ID3v2.3.0 §4.15). If the frame's fields lead to a JPEG that is not
+/// a JFIF file, such as one from a camera, this is the picture. In all other frames, a picture begins at the
+/// signature of its format, wherever that is. A frame that contains both signatures makes two pictures, the
+/// JPEG first.
 class ID3AttachedPictureFrameContentParsingOperation : public FrameContentParsingOperation {
  public:
   void parse(const platform::SharedBytes& frame, ID3Version version,
@@ -55,15 +56,16 @@ class ID3AttachedPictureFrameContentParsingOperation : public FrameContentParsin
   static constexpr std::string_view jpegMagicNumber = "\xFF\xD8\xFF\xE0";
   static constexpr std::string_view pngMagicNumber = platform::pngSignature.substr(0, 4);
 
-  /// Where a JPEG that lacks the magic number begins by the frame's fields; nothing when there is none.
+  /// Returns the offset of a JPEG without the magic number, found by the frame's fields. Returns nothing if
+  /// there is none.
   std::optional<std::size_t> startOfOtherJPEG(platform::ByteView frame, ID3Version version) const;
 
   ID3FrameConfiguration id3FrameConfiguration_;
   ID3PictureTypeAdapter pictureTypeAdapter_;
 };
 
-/// Reads the recording time of a v2.4 tag: a count of seconds since 1970 in UTC when the number is above
-/// 9999, else a year. The standard's own form "2023-05-17T10:30" is neither and gives an empty time.
+/// Reads the recording time of a v2.4 tag: a number above 9999 is a count of seconds since 1970 in UTC, any
+/// other number a year. The standard's own form "2023-05-17T10:30" is neither: it is read as an empty time.
 class ID3RecordingTimeFrameContentParsingOperation : public FrameContentParsingOperation {
  public:
   void parse(const platform::SharedBytes& frame, ID3Version version,

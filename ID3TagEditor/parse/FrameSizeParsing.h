@@ -8,14 +8,14 @@
 #include "ID3TagEditor/parse/TagHeaderParsing.h"
 #include "platform/base/Bytes.h"
 
-// The size field of a frame header (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). The buffer must
-// hold the whole header of the frame at `framePosition`.
+// Reads the size field of a frame header (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). The buffer
+// must contain the whole header of the frame at `framePosition`.
 namespace ID3TagEditor {
 
 class FrameContentSizeParser {
  public:
   virtual ~FrameContentSizeParser() = default;
-  /// The bytes of the frame behind its header, as the header tells.
+  /// Returns the number of bytes after the frame's header, as its size field states.
   virtual std::uint32_t parse(platform::ByteView mp3, std::size_t framePosition,
                               ID3Version version) const = 0;
 };
@@ -32,7 +32,7 @@ class ID3FrameContentSizeParser : public FrameContentSizeParser {
 class FrameSizeParser {
  public:
   virtual ~FrameSizeParser() = default;
-  /// The bytes of the whole frame, header included.
+  /// Returns the number of bytes of the whole frame, header included.
   virtual std::uint64_t parse(platform::ByteView mp3, std::size_t framePosition,
                               ID3Version version) const = 0;
 };

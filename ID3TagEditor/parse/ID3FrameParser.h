@@ -13,9 +13,9 @@ class ID3FrameParser {
   explicit ID3FrameParser(FrameContentParsingOperations frameContentParsingOperations)
       : frameContentParsingOperations_(std::move(frameContentParsingOperations)) {}
 
-  /// Adds what the frame at that position holds to the tag; of frames with one name the last one stays. The
-  /// buffer must hold the whole frame, which is at least its header. Frames of unknown kinds, and frames that
-  /// cannot be read, are ignored.
+  /// Adds the content of the frame at that position to the tag, replacing a frame of the same name. The
+  /// buffer must contain the whole frame, which must be at least as long as its header. Ignores frames of
+  /// unknown kinds and frames that cannot be read.
   void parse(const platform::SharedBytes& mp3, std::size_t framePosition, std::size_t frameSize,
              ID3Tag& id3Tag) const;
 

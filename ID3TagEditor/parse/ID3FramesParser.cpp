@@ -3,8 +3,8 @@
 namespace ID3TagEditor {
 
 void ID3FramesParser::parse(const platform::SharedBytes& mp3, ID3Tag& id3Tag) const {
-  // Positions count from the header's start, the size from its end; comparing the two keeps the walk ten
-  // bytes away from the tag's end, so that a frame's header always lies inside the tag.
+  // The position counts from the start of the header, the size from its end. Comparing them stops the walk
+  // ten bytes before the end of the tag, so that every frame header that is read lies within the tag.
   const std::uint64_t size = id3Tag.properties.size;
   std::uint64_t position = ID3TagConfiguration::headerSize();
   while (position < size) {

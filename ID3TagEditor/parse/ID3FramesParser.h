@@ -14,9 +14,9 @@ class ID3FramesParser {
   ID3FramesParser(std::unique_ptr<FrameSizeParser> frameSizeParser, ID3FrameParser id3FrameParser)
       : frameSizeParser_(std::move(frameSizeParser)), id3FrameParser_(std::move(id3FrameParser)) {}
 
-  /// Adds the frames to the tag, whose properties must tell its size and version; the buffer must hold the
-  /// whole tag from its header on. The walk ends ten bytes before the tag does, and where a frame does not
-  /// fit; it never fails. Padding passes as frames of no known kind.
+  /// Adds the frames to the tag, whose properties must contain its size and version. The buffer must contain
+  /// the whole tag, header included. The walk stops ten bytes before the end of the tag, or at the first
+  /// frame that does not fit; it never fails. Padding is passed over as frames of unknown kinds.
   void parse(const platform::SharedBytes& mp3, ID3Tag& id3Tag) const;
 
  private:

@@ -10,8 +10,8 @@
 
 namespace ID3TagEditor {
 
-/// A typed view of a tag: plain values instead of frames. A value is absent when the tag has no frame of that
-/// name, or one of another class. The tag must outlive its reader.
+/// A typed view of a tag: plain values instead of frames. A value is absent if the tag has no frame of that
+/// name, or one of another class. The tag must outlive the reader.
 class ID3TagContentReader {
  public:
   explicit ID3TagContentReader(const ID3Tag& id3Tag) : id3Tag_(id3Tag) {}
@@ -56,7 +56,7 @@ class ID3TagContentReader {
   std::optional<HourMinute> recordingHourMinute() const;
   std::optional<DateTime> recordingDateTime() const;
 
-  // The lists follow the order of the picture types and of the languages, not that of the file.
+  // The lists are in the order of the picture types and of the languages, not in that of the file.
   std::vector<AttachedPicture> attachedPictures() const;
   std::vector<LocalizedContent> unsynchronizedLyrics() const;
   std::vector<LocalizedContent> comments() const;

@@ -20,8 +20,8 @@ class ID3TagParser {
         tagPresence_(std::move(tagPresence)),
         framesParser_(std::move(framesParser)) {}
 
-  /// The tag that the buffer starts with; nothing when it starts with none of a known version. Throws
-  /// `corruptedFile` when the buffer does not hold the whole tag. The flags of the header are not looked at.
+  /// Returns the tag at the start of the buffer, or nothing if there is no tag of a known version. Throws
+  /// `corruptedFile` if the buffer ends before the tag does. Ignores the flags in the header.
   std::optional<ID3Tag> parse(const platform::SharedBytes& mp3) const;
 
  private:

@@ -21,7 +21,7 @@ std::string text(const ID3Tag& tag, FrameName name) {
   return frame != nullptr ? frame->content() : std::string(absent);
 }
 
-/// The one-line form of a frame of the given class.
+/// Returns the one-line form of a frame of the given class, or a hyphen if the tag has none.
 template <class Frame>
 std::string described(const ID3Tag& tag, FrameName name) {
   const auto* frame = tag.frame<Frame>(name);
@@ -35,7 +35,7 @@ std::string position(const ID3Tag& tag, FrameName name) {
          (frame->total ? std::to_string(*frame->total) : std::string(absent));
 }
 
-/// The text between double quotes, as a string literal would hold it.
+/// Returns the text as a string literal: in double quotes, with special characters escaped.
 std::string quoted(std::string_view content) {
   std::string literal = "\"";
   for (const char character : content) {
@@ -110,7 +110,7 @@ static_assert(platform::hasARowForEachCase(renderings, &Rendering::content, last
 
 constexpr std::size_t lineCount = std::ranges::max(frameKinds, {}, &FrameKind::line).line;
 
-/// The kind of each line.
+/// The type of frame that each line shows.
 constexpr std::array<FrameType, lineCount> lines = [] {
   std::array<FrameType, lineCount> types{};
   types.fill(FrameType::invalid);

@@ -6,7 +6,7 @@
 
 namespace ID3TagEditor {
 
-/// Renders a whole tag as a text of many lines, for looking at while debugging.
+/// Renders a whole tag as a text of many lines, for debugging.
 class ID3TagToStringAdapter {
  public:
   std::string adapt(const ID3Tag& id3Tag) const;

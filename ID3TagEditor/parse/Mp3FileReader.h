@@ -10,7 +10,7 @@
 
 namespace ID3TagEditor {
 
-/// Fetches a file's tag and nothing of its audio.
+/// Reads the tag of a file without reading the audio.
 class Mp3FileReader {
  public:
   Mp3FileReader(std::unique_ptr<TagSizeParser> tagSizeParser,
@@ -19,14 +19,14 @@ class Mp3FileReader {
         tagVersionParser_(std::move(tagVersionParser)),
         tagPresence_(std::move(tagPresence)) {}
 
-  /// The file's tag, header included; nothing when the file starts with none that the engine knows. Throws
-  /// `invalidFileFormat` when the extension is not "mp3", `corruptedFile` when the file is shorter than a tag
-  /// header or than its tag, and platform::FileError.
+  /// Returns the file's tag, header included, or nothing if the file does not start with a tag of a known
+  /// version. Throws `invalidFileFormat` if the extension is not "mp3", `corruptedFile` if the file is
+  /// shorter than a tag header or ends before its tag does, and platform::FileError.
   std::optional<platform::Bytes> readID3TagFrom(const std::filesystem::path& path) const;
 
-  /// Returns the number of bytes that the open file's tag takes, read from its header alone, or nothing if
-  /// the file starts with no tag that the engine knows. Throws `corruptedFile` and platform::FileError as
-  /// `readID3TagFrom` does; the file's name is not checked.
+  /// Returns the length of the open file's tag in bytes, from the tag's header alone, or nothing if the file
+  /// does not start with a tag of a known version. Throws `corruptedFile` and platform::FileError as
+  /// `readID3TagFrom` does. Does not check the file's name.
   std::optional<std::uint64_t> tagLength(platform::FileHandle& file) const;
 
  private:

@@ -6,13 +6,13 @@
 #include "ID3TagEditor/model/ID3Version.h"
 #include "platform/base/Bytes.h"
 
-// What the ten bytes of a tag header say (ID3v2.3.0 §3.1). Buffers begin with the first byte of the file.
+// Reads the ten bytes of a tag header (ID3v2.3.0 §3.1). Buffers begin with the first byte of the file.
 namespace ID3TagEditor {
 
 /// Decodes the four 7-bit groups of a synchsafe integer (ID3v2.4.0 structure §6.2).
 class SynchsafeIntegerDecoder {
  public:
-  /// The top bit of each byte is dropped unseen; the result is below 2^28.
+  /// Returns a number below 2^28. Ignores the top bit of each byte.
   std::uint32_t decode(std::uint32_t integer) const;
 };
 
@@ -22,7 +22,7 @@ class TagVersionParser {
   virtual ID3Version parse(platform::ByteView mp3) const = 0;
 };
 
-/// Takes the major version byte; anything that is no known version counts as version 3.
+/// Reads the major version byte. Any unknown version counts as version 3.
 class ID3TagVersionParser : public TagVersionParser {
  public:
   ID3Version parse(platform::ByteView mp3) const override;
@@ -37,7 +37,7 @@ class TagPresence {
   virtual bool isTagPresentIn(platform::ByteView mp3, ID3Version version) const = 0;
 };
 
-/// A tag is there when the buffer starts with the version's prefix, revision 0 included.
+/// Returns whether the buffer starts with "ID3", the version and revision 0.
 class ID3TagPresence : public TagPresence {
  public:
   bool isTagPresentIn(platform::ByteView mp3, ID3Version version) const override;
@@ -49,7 +49,7 @@ class ID3TagPresence : public TagPresence {
 class TagSizeParser {
  public:
   virtual ~TagSizeParser() = default;
-  /// The bytes of the tag behind its header. The buffer must hold the whole header.
+  /// Returns the number of bytes of the tag after its header. The buffer must contain the whole header.
   virtual std::uint32_t parse(platform::ByteView data) const = 0;
 };
 

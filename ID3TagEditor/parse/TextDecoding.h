@@ -8,25 +8,25 @@
 #include "ID3TagEditor/model/ID3FrameConfiguration.h"
 #include "platform/base/Bytes.h"
 
-// How the bytes of a frame become text (ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). A frame is given whole,
+// Turn the bytes of a frame into text (ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). A `frame` is a whole frame,
 // header included.
 namespace ID3TagEditor {
 
-/// A way to turn bytes into text.
+/// The encodings in which the engine reads texts.
 enum class CharacterEncoding : std::uint8_t { ISOLatin1, UTF16, UTF8 };
 
-/// Nothing when the bytes are not text of that encoding.
+/// Returns nothing if the bytes are not valid in the encoding.
 std::optional<std::string> decode(platform::ByteView bytes, CharacterEncoding encoding);
 
 class ID3StringEncodingConverter {
  public:
-  /// An encoding that the version does not have, and no encoding at all, are read as ISO-8859-1.
+  /// Returns ISO-8859-1 if the encoding is absent or not part of the version.
   CharacterEncoding convert(std::optional<ID3StringEncoding> id3Encoding, ID3Version version) const;
 };
 
 class ID3FrameStringEncodingDetector {
  public:
-  /// What the frame's text-encoding byte stands for. The frame must hold that byte.
+  /// Returns the encoding that the text-encoding byte of the frame names. The frame must contain that byte.
   CharacterEncoding detect(platform::ByteView frame, ID3Version version) const;
 
  private:
@@ -49,8 +49,8 @@ class PaddingRemoverUsingTrimming : public PaddingRemover {
 /// Reads the text of a text frame.
 class ID3FrameStringContentParser {
  public:
-  /// Nothing when no byte follows the encoding byte, or when the bytes are text neither in the encoding that
-  /// the frame names nor in UTF-8.
+  /// Returns nothing if no byte follows the encoding byte, or if the bytes are valid neither in the encoding
+  /// that the frame names nor in UTF-8.
   std::optional<std::string> parse(platform::ByteView frame, ID3Version version) const;
 
  private:
