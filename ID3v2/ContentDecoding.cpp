@@ -41,8 +41,8 @@ std::optional<Content> decodeLanguageText(TextDecoder decoder, ByteView content)
                       .text = std::move(*text)};
 }
 
-/// The MIME type for a format of v2.2 (ID3v2.2.0 §4.15), and for any other three letters the one that they
-/// suggest; "-->" says in both that a link stands in the picture's place.
+/// Returns the MIME type for a picture format of v2.2 (ID3v2.2.0 §4.15). An unknown format becomes "image/"
+/// and its letters. "-->" means in both versions that the data is a link to the picture.
 std::string mimeTypeFor(ByteView format) {
   std::string letters = platform::Strings::fromLatin1(cutAtZero(format).text);
   if (letters == "-->") return letters;
@@ -74,7 +74,7 @@ std::optional<Content> decodePicture(TextDecoder decoder, const SharedBytes& byt
   return picture;
 }
 
-/// LINK names a frame by its identifier, which has three letters in v2.2.
+/// LINK identifies a frame by its identifier, which has three letters in v2.2.
 std::optional<Content> decodeLinkOfV22(ByteView content) {
   if (content.size() < 3) return std::nullopt;
   const auto identifier = fourLettersFor(platform::charactersOf(content.first(3)));

@@ -8,10 +8,10 @@
 
 namespace ID3v2 {
 
-/// The content of a frame of any kind without frames inside, from its bytes in the given version, which any
-/// compression and the like has been taken off. Opaque content comes in the form of v2.3. What does not have
-/// the layout of its kind, or holds a text that its encoding does not allow, is opaque. Nothing where that
-/// would not be the form of v2.3.
+/// Returns the content of a frame of any kind except chapters and tables of contents. `bytes` are the content
+/// in the given version, without compression, encryption and grouping data. Content that does not have the
+/// layout of its kind, or contains a text that is invalid in its encoding, is opaque. Opaque content is in
+/// the form of v2.3; returns nothing if it cannot be converted to that form.
 std::optional<Content> decodeContent(std::string_view identifier, const platform::SharedBytes& bytes,
                                      std::uint8_t version);
 

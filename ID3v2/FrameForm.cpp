@@ -8,14 +8,14 @@ namespace ID3v2 {
 
 namespace {
 
-// The flags of v2.4.
+// The flags of v2.4 (ID3v2.4.0 structure §4.1).
 constexpr std::uint16_t statusFlagsOfV24 = 0x7000;
 constexpr std::uint16_t groupingOfV24 = 0x40;
 constexpr std::uint16_t compressionOfV24 = 0x08;
 constexpr std::uint16_t encryptionOfV24 = 0x04;
 constexpr std::uint16_t lengthOfV24 = 0x01;
 
-/// Takes parts from the front of some bytes.
+/// Takes bytes from the front. The caller must check with `has` that there are enough.
 class Front {
  public:
   explicit Front(platform::SharedBytes bytes) : rest_(std::move(bytes)) {}
@@ -77,7 +77,8 @@ std::uint16_t FrameForm::flags() const {
 }
 
 std::optional<platform::SharedBytes> FrameForm::inV23() const {
-  // In v2.3 only compressed frames tell a length, and these must.
+  // In v2.3, exactly the compressed frames have a length field. An encrypted frame with a length that is not
+  // compressed has no form in v2.3.
   const bool tellsLength = length && (isCompressed || isEncrypted);
   if (tellsLength != isCompressed) return std::nullopt;
   if (!isCompressed && !method && !group) return content;

@@ -16,11 +16,11 @@ namespace {
 using platform::ByteView;
 using platform::SharedBytes;
 
-/// Chapters hold no chapters; that one more level is read is enough for those that do.
+/// A chapter must not contain chapters. One more level is read for programs that nest them.
 constexpr int deepestChapters = 2;
 
-/// The identifier that the frame has in v2.3, if there is one. Some programs have brought frames of v2.2 into
-/// later tags with a zero byte behind the three letters.
+/// Returns the frame's identifier in v2.3, or nothing if it has none. Some programs have copied frames of
+/// v2.2 into later tags, with a zero byte after the three letters.
 std::optional<std::string> identifierInV23(const RawFrame& raw) {
   if (!raw.isOfV22()) return raw.identifier;
   const std::string_view three = std::string_view(raw.identifier).substr(0, 3);
@@ -29,8 +29,9 @@ std::optional<std::string> identifierInV23(const RawFrame& raw) {
   return std::nullopt;
 }
 
-/// What the compressed content becomes. `bytes` are all that follows the frame's header. Some programs of
-/// v2.4 write the length without its flag or set the flag without writing it.
+/// Returns the inflated content, or nothing if that fails. `bytes` are all bytes after the frame's header.
+/// Also reads the v2.4 frames of programs that write the length without setting its flag, or set the flag
+/// without writing the length.
 std::optional<platform::Bytes> inflatedContent(const FrameForm& form, const SharedBytes& bytes,
                                                std::uint8_t version, std::size_t& budget) {
   constexpr std::size_t lengthSize = 4;
@@ -42,7 +43,7 @@ std::optional<platform::Bytes> inflatedContent(const FrameForm& form, const Shar
   return inflate(bytes.view().last(size - lengthSize), budget);
 }
 
-/// The same bytes behind the byte of the frame's group, as opaque content holds them.
+/// Returns the bytes with the frame's group byte in front of them, which is the form of opaque content.
 SharedBytes withGroup(const FrameForm& form, const SharedBytes& bytes) {
   FrameForm grouped;
   grouped.group = form.group;
@@ -50,7 +51,7 @@ SharedBytes withGroup(const FrameForm& form, const SharedBytes& bytes) {
   return grouped.inV23().value_or(bytes);
 }
 
-/// What people call a frame that cannot be said in v2.3.
+/// Returns the name, in messages, of a frame that cannot be converted to v2.3.
 std::string nameOf(const RawFrame& raw, std::uint8_t version) {
   const auto form = frameForm(raw.flags, raw.content, version);
   const std::string kind = form && form->isEncrypted    ? "encrypted "
@@ -86,7 +87,7 @@ std::vector<Frame> FrameReader::read(const std::vector<RawFrame>& frames) {
         read.push_back(std::move(frame));
         break;
       case Outcome::empty:
-        // The frame says nothing, but stays as it was.
+        // A frame without content has no meaning, but is written as it was.
         frame.content = Opaque{};
         if (!frame.original.empty()) read.push_back(std::move(frame));
         break;
@@ -100,13 +101,13 @@ std::vector<Frame> FrameReader::read(const std::vector<RawFrame>& frames) {
   return read;
 }
 
-/// Returns the frame as it can be written into a tag of the same version whose header does not say that it is
-/// unsynchronised. `bytes` are its content, unsynchronisation undone.
+/// Returns the frame as it can be written into a tag of the same version that is not unsynchronised as a
+/// whole. `bytes` are the frame's content without unsynchronisation.
 SharedBytes FrameReader::originalOf(const RawFrame& raw, const SharedBytes& bytes) const {
   if (version_ == 2) return {};
   const bool isUndone = bytes.size() != raw.content.size() && !saysUnsynchronised(raw.flags, version_);
   if (raw.hasOwnSize && !isUndone) return raw.whole;
-  // Frames in chapters are only written with these.
+  // Frames inside a chapter are not rebuilt: the bytes of the chapter contain them.
   if (depth_ > 0) return {};
   constexpr std::size_t sizeOffset = 4;
   constexpr std::size_t flagsOffset = 8;
@@ -120,7 +121,7 @@ SharedBytes FrameReader::originalOf(const RawFrame& raw, const SharedBytes& byte
   return rebuilt;
 }
 
-/// Fills in what follows the frame's identifier.
+/// Reads everything after the frame's identifier.
 FrameReader::Outcome FrameReader::readForm(const RawFrame& raw, Frame& frame) {
   const bool isUnsynchronised =
       (areUnsynchronised_ && depth_ == 0) || saysUnsynchronised(raw.flags, version_);
@@ -131,7 +132,7 @@ FrameReader::Outcome FrameReader::readForm(const RawFrame& raw, Frame& frame) {
   if (raw.content.empty()) return Outcome::empty;
   const auto form = frameForm(raw.flags, bytes, version_);
   if (!form) {
-    // A frame of v2.3 can stay as it is, whatever its flags claim.
+    // A v2.3 frame can be kept even if it is too short for the parts that its flags announce.
     frame.flags = raw.flags;
     frame.content = Opaque{bytes};
     return version_ == 3 ? Outcome::read : Outcome::unreadable;
@@ -161,7 +162,7 @@ FrameReader::Outcome FrameReader::readForm(const RawFrame& raw, Frame& frame) {
   return Outcome::read;
 }
 
-/// Nothing for content that cannot be said in v2.3.
+/// Returns nothing for content that cannot be converted to v2.3.
 std::optional<Content> FrameReader::readContent(const std::string& identifier, const SharedBytes& bytes) {
   const ContentKind kind = kindOf(identifier);
   if (kind != ContentKind::chapter && kind != ContentKind::tableOfContents) {
@@ -199,8 +200,8 @@ std::optional<Content> FrameReader::readTableOfContents(const SharedBytes& bytes
   return withFramesInside(std::move(table), bytes, rest.size());
 }
 
-/// The chapter or table of contents with the frames in the last `size` of its bytes. One of v2.3 of which
-/// these cannot be read is opaque.
+/// Adds the frames in the last `size` of the bytes to the chapter or table of contents. If they cannot be
+/// read, the whole content is opaque in v2.3; for other versions, returns nothing.
 template <class Parent>
 std::optional<Content> FrameReader::withFramesInside(Parent parent, const SharedBytes& bytes,
                                                      std::size_t size) {

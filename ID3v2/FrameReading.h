@@ -13,17 +13,17 @@
 
 namespace ID3v2 {
 
-/// Makes frames of what stands in one tag.
+/// Interprets the frames of one tag.
 class FrameReader {
  public:
-  /// `areUnsynchronised` when every frame is, whatever its own flag says; `tagSize` in bytes, to which the
-  /// memory for compressed frames stays in proportion.
+  /// `areUnsynchronised` is true if every frame is unsynchronised, whatever its own flag is. `tagSize` is the
+  /// size of the tag in bytes; it limits the memory for compressed frames.
   FrameReader(std::uint8_t version, bool areUnsynchronised, std::size_t tagSize);
 
-  /// Returns the frames in their order, except those of v2.2 that v2.3 has no place for.
+  /// Returns the frames in their order. Leaves out frames of v2.2 that cannot be converted to v2.3.
   std::vector<Frame> read(const std::vector<RawFrame>& frames);
 
-  /// Returns the frames so far that cannot be understood.
+  /// Returns the parts found so far that cannot be understood.
   const std::vector<UnreadablePart>& unreadable() const { return unreadable_; }
 
  private:
@@ -41,9 +41,9 @@ class FrameReader {
   std::uint8_t version_;
   bool areUnsynchronised_;
   std::size_t inflationBudget_;
-  /// The number of frames that chapters may still hold.
+  /// The number of frames that chapters may still contain.
   std::size_t frameBudget_ = mostFrames;
-  /// How many chapters stand around the frames that are being read.
+  /// The number of chapters that enclose the frames being read.
   int depth_ = 0;
   std::vector<UnreadablePart> unreadable_;
 };

@@ -12,7 +12,7 @@ namespace {
 
 using platform::ByteView;
 
-/// Where things stand in a frame's header.
+/// The lengths of the parts of a frame's header, in bytes.
 struct Layout {
   std::size_t identifier;
   std::size_t size;
@@ -27,26 +27,28 @@ bool isCapitalOrDigit(std::uint8_t character) {
   return (character >= 'A' && character <= 'Z') || (character >= '0' && character <= '9');
 }
 
-/// An identifier that the standards allow, or one of v2.2 that a program has brought to four characters.
+/// Returns whether the standards allow the identifier, or whether it is a v2.2 identifier that a program has
+/// extended to four characters.
 bool isIdentifier(ByteView identifier) {
   return std::ranges::all_of(identifier.first(3), isCapitalOrDigit) &&
          (identifier.size() == 3 || isCapitalOrDigit(identifier[3]) || identifier[3] == 0);
 }
 
-/// One that no standard allows, but that programs write.
+/// Returns whether the identifier is one that no standard allows, but that programs write.
 bool isOddIdentifier(ByteView identifier) {
   return identifier.size() == 4 &&
          std::ranges::all_of(identifier, [](std::uint8_t byte) { return byte >= 0x20 && byte < 0x7F; });
 }
 
-/// One reading of a size field. Below 128 both are the same.
+/// One interpretation of a size field, plain or synchsafe. Below 128, both are the same.
 struct Size {
   std::size_t value;
-  /// Whether this is the form that the version gives it.
+  /// Whether this is the interpretation of the tag's version.
   bool isOwn;
 };
 
-/// The readings of the size field of the frame there that fit, the version's own first.
+/// Returns the possible sizes of the frame at `at`, that of the version first. A size that does not fit into
+/// the body is absent.
 std::array<std::optional<Size>, 2> sizesAt(ByteView body, std::size_t at, std::uint8_t version) {
   const Layout layout = layoutOf(version);
   const std::size_t room = body.size() - at - layout.header;
@@ -66,8 +68,8 @@ bool hasHeaderAt(ByteView body, std::size_t at, std::uint8_t version) {
   return at <= body.size() && body.size() - at >= layoutOf(version).header;
 }
 
-/// Whether a frame that ends there has taken padding for its own: a text in UTF-16 may end with three zero
-/// bytes.
+/// Returns whether the frame that ends at `end` seems to contain padding: its last four bytes and everything
+/// after it are zero. A text in UTF-16 can end in three zero bytes, but not in four.
 bool hasSwallowedPadding(ByteView body, std::size_t end) {
   return end < body.size() && platform::areZero(body.first(end).last(4)) &&
          platform::areZero(body.subspan(end));
@@ -88,11 +90,11 @@ bool leadsOn(ByteView body, std::size_t at, std::uint8_t version) {
 
 namespace {
 
-/// How the sizes of a walk are read: all in the form of the version, all in the other, or each in that which
-/// leads on.
+/// How a walk reads sizes: all as the version requires, all in the other way, or each in the way that leads
+/// to another frame or to padding.
 enum class Sizes { own, other, mixed };
 
-/// The size of the frame there; nothing where the walk ends.
+/// Returns the size of the frame at `at`, or nothing if the walk ends there.
 std::optional<Size> sizeAt(Sizes sizes, ByteView body, std::size_t at, std::uint8_t version) {
   const Layout layout = layoutOf(version);
   const ByteView identifier = body.subspan(at, layout.identifier);
@@ -103,13 +105,13 @@ std::optional<Size> sizeAt(Sizes sizes, ByteView body, std::size_t at, std::uint
   const auto leads = [&](const std::optional<Size>& size) {
     if (!size) return false;
     const std::size_t end = at + layout.header + size->value;
-    // Where a tag is damaged, the other reading leads somewhere into its padding.
+    // In a damaged tag, the other size may end somewhere in the padding by chance.
     const bool isOwn = own && size->value == own->value;
     return leadsOn(body, end, version) && (isOwn || !hasSwallowedPadding(body, end));
   };
   if (sizes != Sizes::other && leads(own)) return own;
   if (sizes != Sizes::own && leads(other)) return other;
-  // What leads nowhere can still be a frame in front of damage.
+  // A frame that leads nowhere can still be the last one before damage.
   if (!isIdentifier(identifier) || sizes == Sizes::other) return std::nullopt;
   return sizes == Sizes::mixed && !own ? other : own;
 }
@@ -144,7 +146,7 @@ FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::
                      std::size_t limit) {
   FrameWalk own = walkFramesBy(Sizes::own, body, start, version, limit);
   if (own.isSound()) return own;
-  // A size that is read wrongly swallows frames, and may lead to the end by chance.
+  // A wrong size skips frames, and may end at the end of the tag by chance.
   const auto isSounder = [&](const FrameWalk& walk) {
     return own.isComplete ? walk.isSound() && walk.frames.size() > own.frames.size()
                           : walk.isComplete && walk.frames.size() >= own.frames.size();

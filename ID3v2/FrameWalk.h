@@ -9,52 +9,53 @@
 
 namespace ID3v2 {
 
-/// A frame as it stands in its tag, before anything in it is looked at.
+/// A frame as found in its tag, with its content not interpreted.
 struct RawFrame {
   /// Three characters in v2.2, else four.
   std::string identifier;
-  /// The two flag bytes as they stand; 0 in v2.2.
+  /// The two flag bytes of the header; 0 in v2.2.
   std::uint16_t flags = 0;
   /// Header and content.
   platform::SharedBytes whole;
   /// The bytes after the header. Empty for a frame without content, which no standard allows.
   platform::SharedBytes content;
-  /// Whether the size is in the form that the version gives it.
+  /// Whether the size is encoded as the version requires.
   bool hasOwnSize = false;
 
-  /// Whether the identifier is one of v2.2, in a later tag with a zero byte behind it.
+  /// Returns whether the identifier is one of v2.2. In a later tag, such an identifier ends in a zero byte.
   bool isOfV22() const { return identifier.size() == 3 || identifier[3] == '\0'; }
-  /// The identifier as people read it.
+  /// Returns the identifier without the zero byte.
   std::string name() const { return identifier.substr(0, identifier.find('\0')); }
 };
 
-/// More than any program writes. What many small frames take up in memory is far more than their bytes.
+/// The largest number of frames that are read, more than any program writes. Limits the memory for many small
+/// frames, which is far more than their bytes.
 inline constexpr std::size_t mostFrames = 0x8000;
 
-/// The frames in some bytes.
+/// The result of a walk over the frames of a tag or chapter.
 struct FrameWalk {
   std::vector<RawFrame> frames;
-  /// Where the last frame ends.
+  /// The offset of the end of the last frame.
   std::size_t end = 0;
-  /// Nothing but padding follows.
+  /// Whether only padding follows the last frame.
   bool isComplete = false;
-  /// The last frame ends in zero bytes, as the padding behind it does.
+  /// Whether the last frame ends in zero bytes and may thus contain some of the padding.
   bool mayHoldPadding = false;
 
   bool isSound() const { return isComplete && !mayHoldPadding; }
 };
 
-/// The frames from `start` on, which must lie in the body, as tags and chapters of the version hold them
-/// (ID3v2.2.0 §3.2, ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). Sizes are synchsafe in v2.4 and plain before;
-/// where that does not lead through all frames, but the other reading of all sizes does, or of some, that is
-/// taken. The walk ends after `limit` frames.
+/// Finds the frames from `start` on, as tags and chapters of the version contain them (ID3v2.2.0 §3.2,
+/// ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). `start` must not be after the end of the body. Reads sizes as
+/// synchsafe numbers in v2.4 and as plain numbers before. If these do not lead through all frames, uses the
+/// other encoding for all or for some of the sizes, if that leads further. Stops after `limit` frames.
 FrameWalk walkFrames(const platform::SharedBytes& body, std::size_t start, std::uint8_t version,
                      std::size_t limit = mostFrames);
 
-/// Whether a frame with a size that fits starts there.
+/// Returns whether a frame with a size that fits seems to start at `at`.
 bool isFrameLikelyAt(platform::ByteView body, std::size_t at, std::uint8_t version);
 
-/// Whether a frame, or nothing but padding, follows from there on.
+/// Returns whether a frame, or only padding, starts at `at`.
 bool leadsOn(platform::ByteView body, std::size_t at, std::uint8_t version);
 
 }  // namespace ID3v2

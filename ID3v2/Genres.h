@@ -7,8 +7,8 @@
 namespace ID3v2 {
 
 // clang-format off
-/// The genres by their numbers: 0 to 79 as ID3v1 has them, then the extensions (ID3v2.3.0 appendix A), and from
-/// 126 on those that programs have agreed on since.
+/// The genres by number: 0 to 79 are those of ID3v1, 80 to 125 its extensions (ID3v2.3.0 appendix A). The
+/// others are in common use.
 inline constexpr std::array genreNames = std::to_array<std::string_view>({
     "Blues", "Classic Rock", "Country", "Dance", "Disco", "Funk", "Grunge", "Hip-Hop", "Jazz", "Metal",
     "New Age", "Oldies", "Other", "Pop", "R&B", "Rap", "Reggae", "Rock", "Techno", "Industrial",

@@ -7,16 +7,15 @@
 
 namespace ID3v2 {
 
-/// An identifier of v2.2 and the one that frames of the same meaning have in v2.3, or in v2.4 where v2.3 has
-/// none.
+/// An identifier of v2.2, and the identifier of the same frame in v2.3, or in v2.4 if v2.3 has none.
 struct IdentifierPair {
   std::string_view three;
   std::string_view four;
 };
 
 // clang-format off
-/// In the order of the first (ID3v2.2.0 §4, ID3v2.3.0 §4); those that the standards do not have are the ones
-/// that music shops' programs write.
+/// Sorted by the identifiers of v2.2 (ID3v2.2.0 §4, ID3v2.3.0 §4). Pairs that are not in the standards are
+/// written by the programs of music shops.
 inline constexpr auto identifierPairs = std::to_array<IdentifierPair>({
     {"BUF", "RBUF"}, {"CNT", "PCNT"}, {"COM", "COMM"}, {"CRA", "AENC"}, {"EQU", "EQUA"}, {"ETC", "ETCO"},
     {"GEO", "GEOB"}, {"GP1", "GRP1"}, {"IPL", "IPLS"}, {"LNK", "LINK"}, {"MCI", "MCDI"}, {"MLL", "MLLT"},
@@ -35,23 +34,23 @@ inline constexpr auto identifierPairs = std::to_array<IdentifierPair>({
 // clang-format on
 static_assert(std::ranges::is_sorted(identifierPairs, {}, &IdentifierPair::three));
 
-/// The four letters for three of v2.2; nothing where there are none.
+/// Returns the identifier of four letters for one of v2.2, or nothing if there is none.
 constexpr std::optional<std::string_view> fourLettersFor(std::string_view three) {
   const auto found = std::ranges::lower_bound(identifierPairs, three, {}, &IdentifierPair::three);
   if (found == identifierPairs.end() || found->three != three) return std::nullopt;
   return found->four;
 }
 
-/// How a frame's content is laid out: the alternatives of `Content`.
+/// The layout of a frame's content. There is one for each alternative of `Content` except `Unread`.
 enum class ContentKind { opaque, text, userText, languageText, picture, url, chapter, tableOfContents };
 
-/// By the four letters.
+/// Returns the layout of the frames with this identifier of four letters.
 constexpr ContentKind kindOf(std::string_view identifier) {
   struct Row {
     std::string_view identifier;
     ContentKind kind;
   };
-  // The last three are texts in spite of their first letter.
+  // The last three are texts although they do not begin with T.
   constexpr auto rows = std::to_array<Row>({{"TXXX", ContentKind::userText},
                                             {"WXXX", ContentKind::opaque},
                                             {"COMM", ContentKind::languageText},

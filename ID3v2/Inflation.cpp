@@ -9,7 +9,7 @@ namespace ID3v2 {
 
 namespace {
 
-/// Frees zlib's state on every way out.
+/// Owns the state of zlib.
 struct Inflater {
   z_stream stream{};
   bool isReady = inflateInit(&stream) == Z_OK;
@@ -30,7 +30,7 @@ std::optional<platform::Bytes> inflate(platform::ByteView bytes, std::size_t& bu
   Inflater inflater;
   if (!inflater.isReady || bytes.size() > std::numeric_limits<uInt>::max()) return std::nullopt;
   z_stream& stream = inflater.stream;
-  // zlib does not write to its input, but takes a pointer that would let it.
+  // zlib does not write to its input, although it takes a pointer to non-const.
   stream.next_in = const_cast<Bytef*>(bytes.data());
   stream.avail_in = static_cast<uInt>(bytes.size());
   platform::Bytes inflated;

@@ -16,9 +16,9 @@ namespace {
 
 using platform::SharedBytes;
 
-/// One way to look at a tag's body.
+/// One interpretation of a tag's body.
 struct View {
-  /// Each frame is unsynchronised, not the body as a whole.
+  /// Whether each frame is unsynchronised, instead of the body as a whole.
   bool areFramesUnsynchronised = false;
   FrameWalk walk;
 };
@@ -28,21 +28,22 @@ FrameWalk walkBody(const SharedBytes& body, const TagHeader& header) {
   return walkFrames(body, start, header.version);
 }
 
-/// Whether the walk leads through all frames beyond doubt: sizes that do not fit lead soon into some padding,
-/// by what looks like identifiers of v2.2.
+/// Returns whether the walk certainly found all frames. A walk by wrong sizes may end in padding by chance,
+/// but then usually contains something that looks like a v2.2 identifier.
 bool isSound(const FrameWalk& walk) {
   return walk.isSound() && std::ranges::none_of(walk.frames, &RawFrame::isOfV22);
 }
 
-/// Whether the first walk is sound, where the other one is not, and has missed nothing.
+/// Returns whether `walk` is sound and found at least as many frames as `other`, or more if `other` ends in
+/// padding. `other` must not be sound.
 bool isSounder(const FrameWalk& walk, const FrameWalk& other) {
   const std::size_t least = other.frames.size() + (other.isComplete ? 1 : 0);
   return isSound(walk) && walk.frames.size() >= least;
 }
 
-/// Unsynchronisation is applied to the whole body before v2.4 and to each frame since. Programs mix that up,
-/// so that where the version's own way does not lead through all frames, and none of them tells that it is
-/// the right one, the other one is tried.
+/// Returns the best interpretation of the body. Unsynchronisation applies to the whole body before v2.4, and
+/// to each frame from v2.4 on. Programs confuse the two. So the way of the other version is tried if that of
+/// the tag's version does not lead through all frames, unless the flag of a frame confirms it.
 View viewOf(const SharedBytes& body, const TagHeader& header) {
   const auto whole = [&] {
     return View{.areFramesUnsynchronised = false,
@@ -65,7 +66,7 @@ View viewOf(const SharedBytes& body, const TagHeader& header) {
   return isSounder(unusual.walk, usual.walk) ? unusual : usual;
 }
 
-/// What follows the last frame, when it is no padding.
+/// Returns the name, in messages, of the data after the last frame, which must not be padding.
 std::string tailName(const FrameWalk& walk) {
   const auto last = std::find_if(walk.frames.rbegin(), walk.frames.rend(),
                                  [](const RawFrame& frame) { return !frame.content.empty(); });
@@ -89,7 +90,7 @@ std::optional<Reading> read(const SharedBytes& bytes) {
   const SharedBytes body = bytes.slice(tagHeaderSize, bodySize);
   const bool isCutOff = bodySize < header->bodySize;
   if (!isCutOff && header->hasFooter && !isFooter(bytes.view().subspan(tagHeaderSize + bodySize))) {
-    // The flag alone is no reason to take audio for a footer.
+    // Without a footer, these bytes are audio in spite of the flag.
     reading.length -= tagHeaderSize;
   }
   const View view = viewOf(body, *header);

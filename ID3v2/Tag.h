@@ -7,9 +7,9 @@
 
 #include "platform/base/Bytes.h"
 
-/// The ID3v2 standards as plain values: what a tag of any version means, and the bytes of each frame, so that
-/// frames that do not change can be written as they were. Texts are UTF-8; several values of one frame are
-/// one text with U+0000 between them.
+/// The ID3v2 standards as plain values: the meaning of a tag of any version, and the bytes of each frame, so
+/// that unchanged frames can be written as they were. Texts are UTF-8. Several values of one frame are one
+/// text, separated by U+0000.
 namespace ID3v2 {
 
 struct Frame;
@@ -31,7 +31,7 @@ struct UserText {
 
 /// A comment (COMM) or lyrics (USLT) (ID3v2.4.0 frames §4.8, §4.10).
 struct LanguageText {
-  /// Three bytes, as they stand in the frame.
+  /// Three bytes, as in the frame.
   std::string language;
   std::string description;
   std::string text;
@@ -39,7 +39,7 @@ struct LanguageText {
   bool operator==(const LanguageText&) const = default;
 };
 
-/// An attached picture (ID3v2.4.0 frames §4.14); a three-letter format of v2.2 is a MIME type here.
+/// An attached picture (ID3v2.4.0 frames §4.14). A three-letter format of v2.2 is converted to a MIME type.
 struct Picture {
   std::string mimeType;
   std::uint8_t type = 0;
@@ -56,7 +56,8 @@ struct URL {
   bool operator==(const URL&) const = default;
 };
 
-/// A chapter: CHAP of the chapter frame addendum. Times in milliseconds; offsets in bytes, FFFFFFFF for none.
+/// A chapter: CHAP of the chapter frame addendum. Times are in milliseconds, offsets in bytes; FFFFFFFF means
+/// no offset.
 struct Chapter {
   std::string elementID;
   std::uint32_t startTime = 0;
@@ -78,7 +79,7 @@ struct TableOfContents {
   bool operator==(const TableOfContents&) const;
 };
 
-/// Everything else: what follows the frame header, in the form that ID3v2.3 gives it.
+/// Content of any other kind: the bytes after the frame header, in the form of v2.3.
 struct Opaque {
   platform::SharedBytes bytes;
 
@@ -93,18 +94,18 @@ struct Unread {
 using Content =
     std::variant<Opaque, Text, UserText, LanguageText, Picture, URL, Chapter, TableOfContents, Unread>;
 
-/// One frame. Two frames are equal when they mean the same: identifier, content and flags, in whatever form
-/// they were written.
+/// One frame. Two frames are equal if they have the same meaning, that is identifier, content, flags and
+/// group. Their original bytes may differ.
 struct Frame {
-  /// The four letters of v2.3 and v2.4; those of v2.2 are mapped.
+  /// The four letters of v2.3 and v2.4. Identifiers of v2.2 are mapped to these.
   std::string identifier;
   Content content;
-  /// The two flag bytes at their v2.3 places (ID3v2.3.0 §3.3.1), compression and unsynchronisation undone.
+  /// The flags at their v2.3 positions (ID3v2.3.0 §3.3.1). Compression and unsynchronisation are undone.
   std::uint16_t flags = 0;
-  /// The byte that `flags` say names the frame's group; zero for opaque frames, whose bytes hold it.
+  /// The group byte, if `flags` contain the grouping flag. Zero for opaque frames, whose bytes contain it.
   std::uint8_t group = 0;
-  /// The whole frame, header included, as it can be written into a tag of the version that it was read from;
-  /// empty for frames of v2.2. Code that changes anything above must make this empty.
+  /// The whole frame, header included, as it can be written into a tag of the version that it was read from.
+  /// Empty for frames of v2.2. Code that changes another member must clear this one.
   platform::SharedBytes original = {};
 
   friend bool operator==(const Frame& a, const Frame& b) {
@@ -116,11 +117,11 @@ inline bool Chapter::operator==(const Chapter&) const = default;
 inline bool TableOfContents::operator==(const TableOfContents&) const = default;
 
 struct Tag {
-  /// The major version that the tag was read from: 2, 3 or 4.
+  /// The major version of the tag that was read: 2, 3 or 4.
   std::uint8_t version = 3;
-  /// The flag for experimental tags in the tag's header (ID3v2.3.0 §3.1).
+  /// The experimental flag in the tag's header (ID3v2.3.0 §3.1).
   bool isExperimental = false;
-  /// In file order.
+  /// The frames in the order of the file.
   std::vector<Frame> frames;
 
   bool operator==(const Tag&) const = default;

@@ -21,22 +21,22 @@ struct TagHeader {
   bool hasExtendedHeader = false;
   bool hasFooter = false;
   bool isExperimental = false;
-  /// What stands between header and footer, in bytes.
+  /// The number of bytes between header and footer.
   std::uint32_t bodySize = 0;
 
-  /// From the start of the header to behind the footer.
+  /// Returns the length of the whole tag in bytes, header and footer included.
   std::uint64_t length() const {
     return tagHeaderSize + std::uint64_t{bodySize} + (hasFooter ? tagHeaderSize : 0);
   }
 };
 
-/// Nothing where no tag of v2.2, v2.3 or v2.4 starts, of whatever revision.
+/// Returns nothing unless a tag of v2.2, v2.3 or v2.4 starts there. Accepts any revision.
 std::optional<TagHeader> tagHeader(platform::ByteView bytes);
 
-/// The length of the extended header at the front of the body of a tag whose flags claim one (ID3v2.3.0
-/// §3.2, ID3v2.4.0 structure §3.2); 0 where frames follow at once in spite of the flag. Its size counts
-/// itself in v2.4 and not in v2.3; either is taken in both, by what stands behind it, and 0 where that is
-/// nothing.
+/// Returns the length of the extended header at the start of the body (ID3v2.3.0 §3.2, ID3v2.4.0 structure
+/// §3.2). The tag's flags must announce one. The size field counts itself in v2.4 and not in v2.3. Programs
+/// confuse the two, so the length is also read in the other version's way if no frame or padding follows.
+/// Returns 0 if neither length fits, or if a frame starts there in spite of the flag.
 std::size_t extendedHeaderLength(platform::ByteView body, std::uint8_t version);
 
 }  // namespace ID3v2

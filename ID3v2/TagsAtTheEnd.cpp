@@ -23,7 +23,7 @@ bool endsWithAPEFooter(platform::ByteView end) {
          platform::charactersOf(end.last(APEFooterSize)).starts_with("APETAGEX");
 }
 
-/// The text of a field, which a zero byte ends early.
+/// Returns the text of a field. A zero byte ends it early.
 std::string textOf(platform::ByteView field) {
   std::string_view characters = platform::charactersOf(field);
   characters = characters.substr(0, characters.find('\0'));
@@ -56,7 +56,7 @@ std::optional<Tag> readID3v1(platform::ByteView end) {
     if (!text.empty()) add(field.identifier, Text{std::move(text)});
   }
   platform::ByteView commentBytes = bytes.subspan(comment.offset, comment.size);
-  // v1.1 took the comment's last two bytes for the track.
+  // ID3v1.1 uses the last two bytes of the comment for the track number.
   const bool hasTrack = commentBytes[28] == 0 && commentBytes[29] != 0;
   if (std::string text = textOf(commentBytes); !text.empty()) {
     add(comment.identifier, LanguageText{.language = "eng", .description = "", .text = std::move(text)});

@@ -21,7 +21,7 @@ bool startsWith(ByteView bytes, std::uint8_t first, std::uint8_t second) {
   return bytes.size() >= 2 && bytes[0] == first && bytes[1] == second;
 }
 
-/// UTF-16 without a mark. A last half of a character is completed with a zero byte.
+/// Decodes UTF-16 without a mark. If the last character is cut in half, a zero byte completes it.
 std::optional<std::string> fromUTF16(ByteView bytes, bool isBigEndian) {
   Bytes marked;
   marked.reserve(bytes.size() + 3);
@@ -121,7 +121,7 @@ TextEncoding encodingFor(std::initializer_list<std::string_view> texts, std::uin
 
 namespace {
 
-/// Appends a text in an encoding whose terminator is one byte.
+/// Appends a text in an encoding with one-byte terminators.
 void appendNarrow(Bytes& bytes, TextEncoding encoding, std::string_view text) {
   if (encoding == TextEncoding::latin1) return platform::append(bytes, Strings::toLatin1(text).value());
   platform::append(bytes, platform::bytesOf(text));

@@ -2,14 +2,14 @@
 
 #include "platform/base/Bytes.h"
 
-/// The scheme that keeps players from taking a tag for audio (ID3v2.4.0 structure §6.1).
+/// Unsynchronisation keeps players from mistaking a tag for audio (ID3v2.4.0 structure §6.1).
 namespace ID3v2 {
 
-/// Whether the scheme can have made these bytes: there is no false synchronisation in them, and they do not
-/// end in the middle of one. Some programs set the flag for bytes that they leave as they are.
+/// Returns whether the bytes can be the result of unsynchronisation: they contain no false synchronisation,
+/// and do not end in FF. Some programs set the flag, but leave the bytes unchanged.
 bool isUnsynchronised(platform::ByteView bytes);
 
-/// The bytes without the zero bytes that the scheme put in.
+/// Returns the bytes without the zero bytes that unsynchronisation inserted.
 platform::Bytes unsynchronisationUndone(platform::ByteView bytes);
 
 }  // namespace ID3v2

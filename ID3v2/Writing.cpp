@@ -18,7 +18,7 @@ namespace {
 
 using platform::Bytes;
 
-/// The largest number that the size field of a tag's header can hold.
+/// The largest number that the size field of a tag's header can represent.
 constexpr std::size_t greatestBodySize = platform::synchsafeLimit - 1;
 
 void appendByte(Bytes& bytes, TextEncoding encoding) {
@@ -79,7 +79,7 @@ class TagWriter {
     return version_ == 4 ? TextEncoding::UTF8 : TextEncoding::UTF16;
   }
 
-  // Each returns whether the version can hold the content.
+  // Each of these returns whether the version can represent the content.
 
   bool append(const Unread&) { return false; }
 
@@ -95,7 +95,8 @@ class TagWriter {
     return true;
   }
 
-  // Readers drop a frame whose last text is empty in Latin-1: they see no more than padding there.
+  // An empty last text is not written in Latin-1: readers would take its bytes for padding and drop the
+  // frame.
 
   bool append(const UserText& content) {
     const TextEncoding encoding = encodingForLast(content.text, content.description);
@@ -126,7 +127,7 @@ class TagWriter {
   }
 
   bool append(const URL& content) {
-    // A frame must not be empty, and what follows a zero byte does not count.
+    // A frame must not be empty. Readers ignore the zero byte and anything after it.
     if (content.url.empty()) bytes.push_back(0);
     return appendLatin1(content.url);
   }
@@ -170,7 +171,7 @@ class TagWriter {
   std::uint8_t version_;
 };
 
-/// Returns the size of the long parts of the frames, so that a long tag is not copied while it grows.
+/// Returns an estimate of the tag's size, so that a long tag is not copied while it grows.
 std::size_t expectedSize(const std::vector<Frame>& frames) {
   constexpr std::size_t usualSize = 256;
   std::size_t size = 0;
