@@ -70,8 +70,8 @@ View viewOf(const SharedBytes& body, const TagHeader& header) {
 std::string tailName(const FrameWalk& walk) {
   const auto last = std::find_if(walk.frames.rbegin(), walk.frames.rend(),
                                  [](const RawFrame& frame) { return !frame.content.empty(); });
-  if (last == walk.frames.rend()) return "what stands in its tag";
-  return "what stands behind " + last->name() + " in its tag";
+  if (last == walk.frames.rend()) return "the data in its tag";
+  return "the data after frame " + last->name();
 }
 
 bool isFooter(platform::ByteView bytes) {
@@ -98,7 +98,7 @@ std::optional<Reading> read(const SharedBytes& bytes) {
   reading.tag.frames = reader.read(view.walk.frames);
   reading.unreadable = reader.unreadable();
   if (isCutOff) {
-    reading.unreadable.push_back({"", "the end of its tag, which the file does not hold"});
+    reading.unreadable.push_back({"", "the cut-off end of its tag"});
   } else if (!view.walk.isComplete) {
     reading.unreadable.push_back({"", tailName(view.walk)});
   }
