@@ -12,7 +12,7 @@ namespace {
 
 using namespace QuillmarkKit;
 
-/// A tagged file with that much audio, which goes with this object.
+/// A tagged file with `audioSize` bytes of audio, which the destructor removes.
 class TaggedFile {
  public:
   TaggedFile(const TagSet& tags, std::int64_t audioSize)
