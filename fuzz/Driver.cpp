@@ -5,17 +5,16 @@
 
 #include "fuzz/FuzzTarget.h"
 
-// The entry that libFuzzer calls, with a limit on the memory that an input may take. What the process has
-// resident says little about that: a sanitizer's shadow and quarantine and the fuzzer's corpus are most of
-// it. So the bytes that are allocated and not yet freed are counted, from the moment on when the input is
-// given.
+// The function that libFuzzer calls. It limits the memory that an input may take. The resident memory of the
+// process is no measure of that: most of it is the sanitizer's shadow and quarantine and the fuzzer's corpus.
+// So this counts the bytes that are allocated and not yet freed while the input is processed.
 
 namespace {
 
 constexpr std::size_t fixedAllowance = std::size_t{64} << 20;
 constexpr std::size_t allowancePerByte = 4;
 
-/// The most that may be allocated; nothing is limited between two inputs.
+/// The largest number of bytes that may be allocated. Between two inputs there is no limit.
 std::size_t limit = SIZE_MAX;
 
 void countAllocation(const volatile void*, std::size_t) {

@@ -5,10 +5,12 @@
 
 #include "platform/base/Bytes.h"
 
-/// What a fuzz target does with one input, whatever its bytes are: return. Each target is one file with this.
+/// Runs the target with one input. It must return for any bytes. Each target defines this function in one
+/// file.
 void fuzzTarget(const platform::SharedBytes& input);
 
-/// Ends the process as a crash unless the claim holds. In every build type, as `assert` does not.
+/// Aborts the process unless the claim holds; the fuzzer reports that as a crash. Unlike `assert`, does so in
+/// every build type.
 inline void require(bool holds, const char* claim) {
   if (holds) return;
   std::fprintf(stderr, "Does not hold: %s\n", claim);

@@ -8,25 +8,27 @@
 #include "ID3TagEditor/model/ID3Frames.h"
 #include "platform/base/Strings.h"
 
-// The few values that the rules of reading take apart or take for something else, so that they do not come
-// back from a written tag as they were. Everything else does, and is checked to.
+// Recognise the few values that the engine does not read from a tag as they were written. The targets check
+// that all other values are read unchanged.
 namespace fuzz {
 
-/// What stands before a parenthesised word is dropped, and that word goes behind the rest.
+/// Returns whether the engine may split the genre: it drops the text before a word in parentheses, and
+/// appends an unknown word to the rest.
 inline bool isGenreReadInParts(std::string_view text) {
   const std::size_t opening = text.find('(');
   return opening != std::string_view::npos && text.find(')', opening) != std::string_view::npos;
 }
 
-/// The last terminator with a mark behind it parts the description from the content.
+/// Returns whether a part of the content would be read as its description: the engine splits the two at the
+/// last terminator that is followed by a mark.
 inline bool isContentReadInParts(std::string_view text) {
   using namespace std::string_view_literals;
   const platform::Bytes content = platform::Strings::toUTF16WithMark(text).value();
   return platform::charactersOf(content).find("\0\0\xFF\xFE"sv) != std::string_view::npos;
 }
 
-/// A second signature in a picture is read as another picture, but for a JPEG that its frame's fields lead
-/// to.
+/// Returns whether the picture would also be read as another one, because it contains a second signature. A
+/// JPEG that is not a JFIF file is found by its frame's fields instead.
 inline bool isPictureReadInParts(platform::ByteView picture) {
   using namespace std::string_view_literals;
   std::string_view characters = platform::charactersOf(picture);
@@ -36,14 +38,15 @@ inline bool isPictureReadInParts(platform::ByteView picture) {
          characters.find("\x89PNG"sv) != std::string_view::npos;
 }
 
-/// A count of seconds up to 9999 is read as a year.
+/// Returns whether the moment would be read as a year, as counts of seconds up to 9999 are.
 inline bool isMomentReadAsYear(const ID3TagEditor::RecordingDateTime& moment) {
   const ID3TagEditor::RecordingDate firstDay{.day = 1, .month = 1, .year = 1970};
   return moment.date == firstDay && moment.time &&
          moment.time->hour.value_or(0) * 3600 + moment.time->minute.value_or(0) * 60 <= 9999;
 }
 
-/// Two numbers stand in one text, which is read as two halves of the same length.
+/// Returns whether the two numbers have different lengths. They are written as one text, which is read as two
+/// halves of the same length.
 inline bool isPairReadInParts(ID3TagEditor::OptionalInteger first, ID3TagEditor::OptionalInteger second) {
   const auto length = [](ID3TagEditor::OptionalInteger number) {
     return std::max<std::size_t>(2, std::to_string(number.value_or(0)).size());

@@ -6,15 +6,15 @@
 #include "fuzz/FuzzTarget.h"
 #include "platform/Input.h"
 
-// Gives a target every file of the folders that are named, each once; for builds without a fuzzer. A folder
-// that is not there counts as empty: a target without findings has none for them.
+// Runs a target once with every file in the given folders. Used in builds without a fuzzer. A missing folder
+// counts as empty: a target without findings has no folder for them.
 int main(int argumentCount, char** arguments) {
   int inputs = 0;
   try {
     for (int i = 1; i < argumentCount; ++i) {
       if (!std::filesystem::exists(arguments[i])) continue;
       for (const auto& file : std::filesystem::directory_iterator(arguments[i])) {
-        // Before it runs, because a target that fails does not come back.
+        // Printed before the run, because a target that fails does not return.
         std::fprintf(stderr, "%s\n", file.path().c_str());
         fuzzTarget(platform::Input::contents(file, std::numeric_limits<std::uint32_t>::max()));
         ++inputs;

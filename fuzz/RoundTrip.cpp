@@ -14,7 +14,7 @@ const ::ID3TagEditor::ID3TagEditor& editor() {
   return editor;
 }
 
-/// The input with the tag in the place of its own; nothing when the tag holds nothing that is written.
+/// Returns the input with its tag replaced by `tag`, or nothing if the tag has no frame that can be written.
 std::optional<SharedBytes> written(ID3Tag& tag, const SharedBytes& input) {
   try {
     return editor().write(tag, input);
@@ -30,13 +30,13 @@ ID3Tag readBack(const SharedBytes& bytes) {
   return std::move(*tag);
 }
 
-/// The frames that come back from a written tag as they were.
+/// Removes the frames that are not read from a written tag as they were.
 void keepLasting(ID3Tag& tag) {
   const ID3TagContentReader reader(tag);
   const auto dayMonth = reader.recordingDayMonth();
   const auto hourMinute = reader.recordingHourMinute();
   const auto dateTime = reader.recordingDateTime();
-  // What is not known in full is not written.
+  // Incomplete values are not written.
   if (dayMonth && !(dayMonth->day && dayMonth->month)) tag.frames.erase(FrameName::recordingDayMonth);
   if (hourMinute && !(hourMinute->hour && hourMinute->minute))
     tag.frames.erase(FrameName::recordingHourMinute);

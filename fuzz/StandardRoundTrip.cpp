@@ -22,7 +22,8 @@ ID3v2::Tag readBack(const ID3v2::Tag& tag) {
   return reading->tag;
 }
 
-/// Returns the tag without the bytes of the frames that can be made anew, as if each had been changed.
+/// Returns the tag without the original bytes of the frames that can be made from their content, as if these
+/// had been changed.
 ID3v2::Tag withoutOriginals(ID3v2::Tag tag) {
   for (ID3v2::Frame& frame : tag.frames) {
     if (std::holds_alternative<ID3v2::Unread>(frame.content)) continue;
@@ -57,7 +58,7 @@ void fuzzTarget(const SharedBytes& input) {
   const auto [dropped, altered] = TagLosses::between(tag, tag);
   require(dropped.empty() && altered.empty(), "nothing is lost of what stays");
   TagSet fields = LosslessConversion::fieldsOf(tag);
-  // White space before a zero byte is trimmed only once the zero byte is gone.
+  // Removing a zero byte may expose white space, so normalise until nothing changes.
   for (TagSet once = fields.normalized(); once != fields; once = fields.normalized()) fields = once;
   LosslessConversion::setFields(tag, fields, TagFields::all);
   require(LosslessConversion::fieldsOf(tag) == fields, "fields that are set are read");

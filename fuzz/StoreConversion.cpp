@@ -18,10 +18,10 @@ const ID3TagEditor::ID3TagEditor& editor() {
   return editor;
 }
 
-/// What the file's tag holds as far as it can come back as it was.
+/// Returns the fields of the tag that are read from a written tag as they were.
 TagSet lastingTags(const ID3TagEditor::ID3Tag& tag) {
   TagSet tags = tagSetFrom(tag);
-  // White space before a zero byte is trimmed only once the zero byte is gone.
+  // Removing a zero byte may expose white space, so normalise until nothing changes.
   for (TagSet once = tags.normalized(); once != tags; once = tags.normalized()) tags = once;
   if (tags.genre && fuzz::isGenreReadInParts(*tags.genre)) tags.genre.reset();
   if (tags.comment && fuzz::isContentReadInParts(*tags.comment)) tags.comment.reset();
@@ -29,7 +29,7 @@ TagSet lastingTags(const ID3TagEditor::ID3Tag& tag) {
   return tags;
 }
 
-/// The frames that no tag set holds, by the other operation.
+/// Returns a tag of the frames that no tag set contains, made by `ID3Frames::tagData`.
 platform::Bytes tagOfUnmanagedFrames(const SharedBytes& contents) {
   auto tag = ID3Frames::parse(contents).value_or(ID3Frames::ParsedTag());
   std::erase_if(tag.frames,
@@ -51,7 +51,7 @@ void checkRawFrames(const SharedBytes& input) {
   require(again->version == 3 && again->audioOffset == written.size(), "the whole of it is a tag of v2.3");
 }
 
-/// Returns a tag with the tag set, followed by the frames that no tag set holds.
+/// Returns a tag with the tag set, followed by the frames that no tag set contains.
 SharedBytes written(const TagSet& tags, const UnmanagedFrames& unmanaged) {
   ID3TagEditor::ID3Tag tag = makeTag(tags);
   platform::Bytes bytes = editor().write(tag, SharedBytes());

@@ -16,7 +16,8 @@ namespace {
 
 constexpr std::array layouts{JSON::Layout::compact, JSON::Layout::pretty};
 
-/// What reading gives, or nothing where it throws the one error that it may.
+/// Returns the result of `read`, or nothing if it throws `JSON::DecodingError`, the only error that is
+/// allowed.
 template <class Read>
 auto unlessMalformed(Read read) {
   using Result = decltype(read());
