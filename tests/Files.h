@@ -12,7 +12,7 @@
 
 namespace tests {
 
-/// A folder of a test's own that goes with the test.
+/// A temporary folder, which the destructor removes.
 class TemporaryFolder {
  public:
   TemporaryFolder() {
@@ -28,13 +28,13 @@ class TemporaryFolder {
   TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
-  /// Writes a file of that name and gives its path.
+  /// Writes a file of that name and returns its path.
   std::filesystem::path file(std::string_view name, std::string_view contents) const {
     std::filesystem::path file = path_ / name;
     std::ofstream(file, std::ios::binary) << contents;
     return file;
   }
-  /// How many entries the folder has, hidden ones included.
+  /// Returns the number of entries in the folder, hidden ones included.
   std::ptrdiff_t entryCount() const {
     return std::distance(std::filesystem::directory_iterator(path_), std::filesystem::directory_iterator());
   }
@@ -48,7 +48,7 @@ inline std::string contentsOf(const std::filesystem::path& file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// What stays the same of a file that nobody writes to, replaces or changes the attributes of.
+/// The properties of a file that stay the same unless it is written to, replaced or given other attributes.
 struct FileState {
   explicit FileState(const std::filesystem::path& file) {
     struct stat attributes {};

@@ -16,23 +16,23 @@
 namespace tests {
 
 struct Finished {
-  /// The exit status, or 128 and the signal that ended the process.
+  /// The exit status, or 128 plus the signal that ended the process.
   int status = 0;
   std::string output;
   std::string error;
-  /// The most memory that the process had at once.
+  /// The largest amount of memory that the process used.
   long peakKilobytes = 0;
 };
 
-/// Runs the built program with these arguments in `folder`, which is its home folder too. A run that does not
-/// come to an end is ended by a signal. It sees no desktop but one that `environment` names.
+/// Runs the built program with these arguments in `folder`, which is also its home folder. A signal ends a
+/// run that does not finish. The program has no desktop unless `environment` names one.
 inline Finished quillmark(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
                           const std::map<std::string, std::string>& environment = {}) {
   constexpr unsigned secondsToFinish = 20;
   const TemporaryFolder streams;
   const auto output = streams.file("output", "");
   const auto error = streams.file("error", "");
-  // What waits in the buffers of this process must not be written by the child as well.
+  // Otherwise the child would also write the data in this process's buffers.
   std::fflush(nullptr);
   const pid_t child = ::fork();
   if (child == -1) throw std::runtime_error("fork failed");

@@ -9,22 +9,22 @@
 
 namespace tests {
 
-/// A v2.3 frame.
+/// Returns a v2.3 frame.
 inline std::string frame(std::string_view id, std::string_view body, std::uint16_t flags = 0) {
   return TagBytes(3).frame(id, body, flags).characters().substr(10);
 }
 
-/// A v2.3 text frame in ISO-8859-1.
+/// Returns a v2.3 text frame in ISO-8859-1.
 inline std::string text(std::string_view id, std::string_view content) {
   return frame(id, "\0"s + std::string(content));
 }
 
-/// A v2.3 tag of these frames and the audio behind it.
+/// Returns a v2.3 tag with these frames, followed by audio.
 inline std::string track(std::string_view frames, std::size_t padding = 0) {
   return TagBytes(3).raw(frames).padding(padding).characters() + audio();
 }
 
-/// A tag set with a value of its own for every field.
+/// Returns a tag set with a different value for every field.
 inline QuillmarkKit::TagSet everyField() {
   QuillmarkKit::TagSet tags;
   std::int64_t number = 1970;
@@ -38,7 +38,7 @@ inline QuillmarkKit::TagSet everyField() {
   return tags;
 }
 
-/// What the error says that the operation throws; nothing when it throws none.
+/// Returns the message of the error that the operation throws, or an empty text if it throws none.
 template <class Operation>
 std::string messageOf(Operation operation) {
   try {

@@ -11,8 +11,8 @@ namespace tests {
 using namespace std::string_literals;
 using namespace std::string_view_literals;
 
-/// Makes the bytes of a tag frame by frame, of any version, right or wrong:
-/// `TagBytes(3).text("TIT2", "Kyrie").frame("PRIV", "\1\2"s).padding(64).characters()`.
+/// Builds the bytes of a tag of any version frame by frame, valid or not: `TagBytes(3).text("TIT2",
+/// "Kyrie").frame("PRIV", "\1\2"s).padding(64).characters()`.
 class TagBytes {
  public:
   explicit TagBytes(int version, std::uint8_t flags = 0, std::uint8_t revision = 0)
@@ -20,15 +20,15 @@ class TagBytes {
         start_("ID3"s + static_cast<char>(version) + static_cast<char>(revision) + static_cast<char>(flags)) {
   }
 
-  /// A frame with these bytes behind its header.
+  /// Appends a frame with these bytes after its header.
   TagBytes& frame(std::string_view id, std::string_view body, std::uint16_t flags = 0) {
     return frameDeclaring(body.size(), id, body, flags);
   }
-  /// A text frame in ISO-8859-1.
+  /// Appends a text frame in ISO-8859-1.
   TagBytes& text(std::string_view id, std::string_view content) {
     return frame(id, "\0"s + std::string(content));
   }
-  /// A frame whose header tells another size than its body has.
+  /// Appends a frame whose header states another size than that of its body.
   TagBytes& frameDeclaring(std::uint64_t size, std::string_view id, std::string_view body,
                            std::uint16_t flags = 0) {
     body_ += id;
@@ -43,9 +43,9 @@ class TagBytes {
   }
   TagBytes& padding(std::size_t count) { return raw(std::string(count, '\0')); }
 
-  /// The tag as characters, to be written to a file.
+  /// Returns the bytes of the tag.
   std::string characters() const { return declaring(body_.size()); }
-  /// The same with another size in its header than the body has.
+  /// Returns the bytes of the tag with another size in its header than that of its body.
   std::string declaring(std::uint64_t size) const { return start_ + synchsafe(size) + body_; }
 
   static std::string bigEndian(std::uint64_t value) { return grouped(value, 8, 0xFF); }
@@ -67,14 +67,14 @@ inline platform::Bytes bytesFrom(std::string_view characters) {
   return {characters.begin(), characters.end()};
 }
 
-/// The text as UTF-16 with a little-endian mark; ASCII only.
+/// Returns the text, which must be ASCII, as UTF-16 with a little-endian mark.
 inline std::string utf16(std::string_view ascii) {
   std::string bytes = "\xFF\xFE";
   for (const char character : ascii) bytes += {character, '\0'};
   return bytes;
 }
 
-/// The start of an audio stream: enough to be taken for one, not enough to be played.
+/// Returns bytes that are recognised as the start of an audio stream, but cannot be played.
 inline std::string audio(std::size_t size = 4096) {
   std::string bytes = "\xFF\xFB\x90\x44";
   for (std::size_t i = bytes.size(); i < size; ++i) bytes += static_cast<char>(i * 31 % 251);

@@ -5,10 +5,10 @@ namespace tests {
 namespace {
 
 using Content = ID3TagContentReader;
-/// The text of a frame and what is shown of the content that is read from it.
+/// The text of a frame and the expected description of its content.
 using Rows = std::vector<std::pair<std::string, std::string>>;
 
-/// The numbers with a space between them, a hyphen for an absent one.
+/// Returns the numbers separated by spaces, with a hyphen for an absent one.
 std::string shown(std::initializer_list<OptionalInteger> numbers) {
   std::string text;
   for (const auto& number : numbers)
@@ -16,7 +16,8 @@ std::string shown(std::initializer_list<OptionalInteger> numbers) {
   return text;
 }
 
-/// Reads a frame of each text in ISO-8859-1 and holds what is shown of it against the expected.
+/// Reads a frame with each text in ISO-8859-1 and compares the description of its content with the expected
+/// one.
 void expectEach(int version, std::string_view id, const Rows& rows,
                 const std::function<std::string(const Content&)>& show) {
   for (const auto& [text, expected] : rows) {

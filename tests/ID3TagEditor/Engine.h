@@ -13,7 +13,7 @@
 
 namespace tests {
 
-// The engine's door is a class in a namespace of the same name.
+// The engine's class has the name of its namespace.
 namespace engine = ID3TagEditor;
 using Editor = engine::ID3TagEditor;
 using EngineError = engine::ID3TagEditorError;
@@ -27,7 +27,7 @@ inline std::string charactersOf(const platform::Bytes& bytes) {
   return {bytes.begin(), bytes.end()};
 }
 
-/// The body of a text frame in ISO-8859-1 as the engine writes it, terminator included.
+/// Returns the body of a text frame in ISO-8859-1 as the engine writes it, terminator included.
 inline std::string latin1(std::string_view text) {
   return "\0"s + std::string(text) + "\0"s;
 }
@@ -39,7 +39,8 @@ inline std::optional<ID3Tag> tagIn(std::string_view mp3) {
 /// A tag that was read, with its typed view.
 struct Reading {
   explicit Reading(std::string_view mp3) : tag(tagIn(mp3).value()) {}
-  /// Of a tag with this one frame; the padding keeps the frame clear of the tag's last bytes.
+  /// Reads a tag with a single frame. The padding keeps the frame away from the tag's last ten bytes, where
+  /// none is read.
   Reading(int version, std::string_view id, std::string_view body)
       : Reading(TagBytes(version).frame(id, body).padding(32).characters()) {}
   Reading(const Reading&) = delete;
@@ -49,7 +50,7 @@ struct Reading {
   ID3TagContentReader content{tag};
 };
 
-/// The error that the engine ends the action with, if any.
+/// Returns the error that the engine throws in the action, or nothing.
 template <class Action>
 std::optional<EngineError::Case> engineErrorOf(Action action) {
   try {
@@ -60,7 +61,7 @@ std::optional<EngineError::Case> engineErrorOf(Action action) {
   return std::nullopt;
 }
 
-/// The tag as the bytes of a file that has nothing else in it.
+/// Returns the bytes of a file that contains only the tag.
 inline std::string written(ID3Tag tag) {
   return charactersOf(Editor().write(tag, platform::SharedBytes()));
 }
@@ -68,7 +69,7 @@ inline std::string written(ID3Tag tag) {
 inline const std::string jpeg = "\xFF\xD8\xFF\xE0 a photograph"s;
 inline const std::string png = "\x89PNG a drawing"s;
 
-/// A tag of the builder's version with a frame of every kind that it has, each text being its field's name.
+/// Returns a tag with a frame of every kind that the version has. Each text is the name of its field.
 template <class Builder>
 ID3Tag fullTag() {
   constexpr int version = rawValue(Builder::version);

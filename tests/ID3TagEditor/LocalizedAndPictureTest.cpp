@@ -4,7 +4,7 @@ namespace tests {
 
 namespace {
 
-TEST(LocalizedFrames, PartTheDescriptionFromTheContent) {
+TEST(LocalizedFrames, SeparateTheDescriptionFromTheContent) {
   struct {
     int version;
     std::string body, description, content;
@@ -12,10 +12,10 @@ TEST(LocalizedFrames, PartTheDescriptionFromTheContent) {
       {2, "\1eng"s + utf16("d") + "\0\0"s + utf16("hi") + "\0\0"s, "d", "hi"},
       // The last separator counts.
       {3, "\1eng"s + utf16("a") + "\0\0"s + utf16("b") + "\0\0"s + utf16("c"), "a\0\uFEFFb"s, "c"},
-      // Without one all is content: with a big-endian mark, and with one zero.
+      // Without a separator, everything is content: with a big-endian mark, and with a single zero byte.
       {3, "\1eng\xFE\xFF\0d\0\0\xFE\xFF\0h"s, "", "d\0\uFEFFh"s},
       {3, "\0eng"s, "", ""},
-      // UTF-8 in v2.4 only.
+      // UTF-8 is only read in v2.4.
       {4, "\3engd\0\0h\xC3\xA9"s, "d", "hé"},
       {3, "\3engd\0\0h\xC3\xA9"s, "d", "hÃ©"},
       {4, "\3eng\0h\xE9"s, "", "Invalid content"},
@@ -40,7 +40,7 @@ TEST(LocalizedFrames, AreKeptOncePerLanguageInTheOrderOfTheCodes) {
   EXPECT_EQ(order, "asm: asm, eng: eng, new: new, zza: zza, unknown: zzz, ");
 }
 
-TEST(PictureFrames, HoldWhatTheirFieldsLeadToOrWhatFollowsAFormatsSignature) {
+TEST(PictureFrames, BeginWhereTheirFieldsOrASignatureIndicate) {
   const std::string exif = "\xFF\xD8\xFF\xE1 a camera's " + jpeg + png;
   struct {
     int version;
@@ -48,10 +48,10 @@ TEST(PictureFrames, HoldWhatTheirFieldsLeadToOrWhatFollowsAFormatsSignature) {
   } const rows[] = {
       {4, "\0image/png\0\x14\0"s + png, "publisherStudioLogotype png" + png},
       {3, "\0image/jpeg\0\3a long description of the cover\0"s + jpeg, "frontCover jpeg" + jpeg},
-      // The type stands where the picture's own format would put it.
+      // A byte that is not a picture type.
       {3, "\0image/jpeg\0\x15\0"s + jpeg, "other jpeg" + jpeg},
       {2, "\x89PNG", ""},
-      // A JPEG as from a camera: behind sound fields only, and then together with all that is in it.
+      // A JPEG from a camera needs undamaged fields in front of it, and then includes everything after them.
       {3, "\0image/jpeg\0\3cover\0"s + exif, "frontCover jpeg" + exif},
       {4, "\2image/jpeg\0\3\0\1\0\0"s + exif, "frontCover jpeg" + exif},
       {3, "\1image/jpg\0\3\xFF\xFEx\0\0\1\0\0"s + exif, "other jpeg" + exif},
@@ -59,7 +59,7 @@ TEST(PictureFrames, HoldWhatTheirFieldsLeadToOrWhatFollowsAFormatsSignature) {
       {3, "\1image/jpeg\0\3\xFF\xFEx\0\0"s + exif, "other png" + png + "frontCover jpeg" + jpeg + png},
       {3, "\0image/jpeg\0\3 "s + exif.substr(0, 9), ""},
       {3, "\0image/jpeg\0\3\0\xFF\xD8\xFF"s, ""},
-      // Both formats, at two types and at one.
+      // Both formats in one frame, with two types and with one.
       {3, "\0image/jpeg\0\3\0"s + jpeg + png, "other png" + png + "frontCover jpeg" + jpeg + png},
       {2, "\0JPG\3\0"s + jpeg + png, "frontCover png" + png}};
   for (const auto& [version, body, expected] : rows) {

@@ -19,7 +19,7 @@ void write(const fs::path& to, const std::optional<fs::path>& andSaveTo = {}) {
   Editor().write(newTag(), to, andSaveTo);
 }
 
-TEST(Mp3File, TakesOnlyFilesOfTheExtension) {
+TEST(Mp3File, AcceptsOnlyTheExtensionOfMP3s) {
   const TemporaryFolder folder;
   for (const auto* name : {"a.mp3", "a.MP3", "a.b.Mp3"}) {
     EXPECT_TRUE(Editor().read(folder.file(name, oldTagBytes + audio()))) << name;
@@ -32,7 +32,7 @@ TEST(Mp3File, TakesOnlyFilesOfTheExtension) {
   EXPECT_FALSE(fs::exists(folder.path() / "new"));
 }
 
-TEST(Mp3File, TakesTheTagAndNothingElse) {
+TEST(Mp3File, ReadsTheTagAndRefusesCutOffFiles) {
   const TemporaryFolder folder;
   const auto read = [&](const std::string& contents) {
     return Editor().read(folder.file("a.mp3", contents));
@@ -47,7 +47,7 @@ TEST(Mp3File, TakesTheTagAndNothingElse) {
     EXPECT_EQ(engineErrorOf([&] { write(folder.path() / "a.mp3"); }), EngineError::corruptedFile);
     EXPECT_EQ(contentsOf(folder.path() / "a.mp3"), contents);
   }
-  // Behind the declared end is audio, also for a frame that claims it.
+  // The bytes after the declared end are audio, even if a frame's size includes them.
   const auto tag = TagBytes(3).text("TALB", "A").frameDeclaring(69, "TIT2", "\0T"s).padding(60);
   const ID3Tag cut = read(tag.characters() + audio()).value();
   EXPECT_EQ(ID3TagContentReader(cut).album(), "A");
@@ -80,7 +80,7 @@ TEST(Mp3File, KeepsTheAudioOfAFileThatIsItsOwnDestination) {
     const fs::path otherFile = folder.path() / other;
     for (const auto& [from, to] : {std::pair(file, otherFile), {otherFile, file}}) {
       folder.file("a.mp3", oldTagBytes + audio());
-      // The link does not outlast a file that is replaced.
+      // Replacing the file has separated it from the link.
       fs::remove(folder.path() / "hard.mp3");
       fs::create_hard_link(file, folder.path() / "hard.mp3");
       write(from, to);
@@ -90,7 +90,7 @@ TEST(Mp3File, KeepsTheAudioOfAFileThatIsItsOwnDestination) {
   }
 }
 
-TEST(Mp3File, LeavesEverythingAsItWasWhenItCannotWrite) {
+TEST(Mp3File, ChangesNothingIfItCannotWrite) {
   const TemporaryFolder folder;
   const std::string before = oldTagBytes + audio();
   const fs::path file = folder.file("a.mp3", before);

@@ -31,7 +31,7 @@ TEST(Reading, ReadsFrameSizesInTheFormOfTheVersion) {
   }
 }
 
-TEST(Reading, WalksTheFramesAsFarAsTheyCanBeTrusted) {
+TEST(Reading, ReadsFramesUpToTheFirstThatDoesNotFit) {
   const auto album = [](int version) { return TagBytes(version).text(version == 2 ? "TAL" : "TALB", "A"); };
   const std::string longText(64, 'x');
   struct {
@@ -41,11 +41,12 @@ TEST(Reading, WalksTheFramesAsFarAsTheyCanBeTrusted) {
     OptionalText title;
   } const rows[] = {
       {"padding between frames", album(3).padding(20).text("TIT2", "T").padding(20), "A", "T"},
-      {"an unknown frame between", album(3).frame("PRIV", "x").text("TIT2", "T").padding(20), "A", "T"},
+      {"an unknown frame between frames", album(3).frame("PRIV", "x").text("TIT2", "T").padding(20), "A",
+       "T"},
       {"a frame that fills the tag", TagBytes(3).text("TIT2", longText), {}, {}},
-      {"one that leaves a byte", TagBytes(3).text("TIT2", longText).padding(1), {}, longText},
+      {"a frame that leaves a byte of the tag", TagBytes(3).text("TIT2", longText).padding(1), {}, longText},
       {"a frame that starts ten bytes before the end", album(2).text("TT2", "T").padding(2), "A", {}},
-      {"a frame that starts eleven bytes before", album(2).text("TT2", "T").padding(3), "A", "T"},
+      {"a frame that starts eleven bytes before the end", album(2).text("TT2", "T").padding(3), "A", "T"},
       {"a size past the end", album(3).frameDeclaring(40, "TIT2", "\0T"s).padding(32), "A", {}},
       {"the greatest size", album(3).frameDeclaring(0xFFFFFFFF, "TIT2", "\0T"s).padding(64), "A", {}},
       {"a repeated frame", album(3).text("TIT2", "one").text("TIT2", "T").padding(20), "A", "T"},

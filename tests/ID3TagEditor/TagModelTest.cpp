@@ -25,8 +25,8 @@ TEST(TagModel, DescribesEachKindOfContent) {
   }
 }
 
-// The text of each frame of a full tag is its kind's raw value.
-TEST(TagModel, GivesTheContentOfEachKindOfText) {
+// Each text frame of a full tag contains the raw value of its kind.
+TEST(TagModel, ReturnsTheTextOfEachKindOfTextFrame) {
   using Reader = ID3TagContentReader;
   const ID3Tag tag = fullTag<ID32v3TagBuilder>();
   const Reader content(tag);
@@ -64,7 +64,7 @@ TEST(TagModel, NamesFramesAsTheStandardsDo) {
   }
 }
 
-TEST(TagModel, TellsNamesApart) {
+TEST(TagModel, DistinguishesNames) {
   const std::vector<Name> names = Name::allCases();
   for (const FrameKind& kind : frameKinds) {
     const bool isLeftOut = kind.name >= Name::beatsPerMinute && kind.name <= Name::sizeInBytes;

@@ -12,9 +12,9 @@ using Language = ID3FrameContentLanguage;
 
 constexpr std::size_t padding = 2048;
 
-// What stands where in v2.3, the version that the program writes, the tests of its store tell to the byte.
-TEST(Writing, PutsEveryFrameInItsPlaceUnderTheIdentifierOfTheVersion) {
-  // Without what is not ASCII; some sizes are.
+// The tests of the store check the complete bytes of v2.3, the version that the program writes.
+TEST(Writing, WritesFramesInOrderWithTheIdentifiersOfTheVersion) {
+  // Keep only the printable ASCII characters; some sizes are among them.
   std::string v2 = written(fullTag<ID32v2TagBuilder>());
   std::erase_if(v2, [](char character) { return character < ' ' || character > '~'; });
   EXPECT_EQ(
@@ -28,7 +28,7 @@ TEST(Writing, PutsEveryFrameInItsPlaceUnderTheIdentifierOfTheVersion) {
 template <class Builder>
 void expectRoundTrip() {
   ID3Tag tag = fullTag<Builder>();
-  // Its size takes three bytes, and is told otherwise in each version.
+  // The size of this frame takes three bytes, which each version encodes differently.
   tag.frames[Name::copyright] = std::make_shared<Text>(std::string(70000, 'c'));
   std::set<FrameName::Kind> kinds;
   for (const auto& frame : tag.frames) kinds.insert(frame.first.kind());
@@ -40,7 +40,7 @@ void expectRoundTrip() {
   EXPECT_EQ(reading.content.attachedPictures(), ID3TagContentReader(tag).attachedPictures());
 }
 
-TEST(Writing, WritesWhatReadingGivesBack) {
+TEST(Writing, WritesTagsThatAreReadUnchanged) {
   expectRoundTrip<ID32v2TagBuilder>();
   expectRoundTrip<ID32v3TagBuilder>();
   expectRoundTrip<ID32v4TagBuilder>();
@@ -56,7 +56,7 @@ TEST(Writing, WritesWhatReadingGivesBack) {
   }
 }
 
-TEST(Writing, MakesTheBodyOfEachKindOfFrame) {
+TEST(Writing, WritesTheBodyOfEachKindOfFrame) {
   const auto genre = [](std::optional<ID3Genre> identifier, OptionalText description) {
     return ID32v3TagBuilder().genre({identifier, std::move(description)}).build();
   };
@@ -67,7 +67,7 @@ TEST(Writing, MakesTheBodyOfEachKindOfFrame) {
   } const rows[] = {
       {ID32v4TagBuilder().title(Text("é😀")).build(), "TIT2", "\1\xFF\xFE\xE9\0\x3D\xD8\x00\xDE\0\0"s},
       {ID32v3TagBuilder().title(Text("")).build(), "TIT2", "\1\xFF\xFE\0\0"s},
-      // What is no UTF-8, cut off in a character or not, becomes an empty text without a mark.
+      // Invalid UTF-8, cut off within a character or not, becomes an empty text without a mark.
       {ID32v3TagBuilder().title(Text("A\xF0\x9F")).build(), "TIT2", "\1\0\0"s},
       {genre(ID3Genre::rock, "A\xC3"), "TCON", "\1\0\0"s},
       {ID32v3TagBuilder().comment(Language::eng, {Language::eng, "\xFF", "x\xC3"}).build(), "COMM",
@@ -86,7 +86,7 @@ TEST(Writing, MakesTheBodyOfEachKindOfFrame) {
   }
 }
 
-TEST(Writing, RefusesATagWithoutAnythingToWrite) {
+TEST(Writing, RefusesATagWithNothingToWrite) {
   ID3Tag wrongClass(ID3Version::version3);
   wrongClass.frames[Name::title] = std::make_shared<Integer>(1);
   wrongClass.frames[Name::genre] = std::make_shared<Text>("Rock");
@@ -97,7 +97,7 @@ TEST(Writing, RefusesATagWithoutAnythingToWrite) {
   }
 }
 
-TEST(Writing, RefusesWhatASizeFieldCannotTell) {
+TEST(Writing, RefusesATagThatIsTooLongForItsSizeField) {
   constexpr std::size_t tagLimit = std::size_t{1} << 28;
   constexpr std::size_t overhead = 10 + 14 + padding;
   constexpr auto front = ID3PictureType::frontCover;
@@ -133,7 +133,7 @@ TEST(Writing, ReplacesTheTagOfABuffer) {
   const std::string cut = TagBytes(3).declaring(100) + std::string(99, 'x');
   EXPECT_EQ(engineErrorOf([&] { Editor().write(tag, bytesFrom(cut)); }), EngineError::corruptedFile);
 
-  // A caller's current tag need not be that of the bytes.
+  // The caller can pass another current tag than that of the bytes.
   const ID3TagCreator creator = ID3TagCreatorFactory::make();
   const Mp3WithID3TagBuilder builder(creator);
   const std::optional<ID3Tag> current = tagIn(TagBytes(3).padding(20).characters());

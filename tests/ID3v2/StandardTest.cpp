@@ -10,7 +10,7 @@ namespace {
 
 using namespace ID3v2;
 
-/// The scheme as a tagger applies it.
+/// Applies unsynchronisation as the programs that write tags do.
 std::string unsynchronised(std::string_view bytes) {
   std::string changed;
   for (std::size_t i = 0; i < bytes.size(); ++i) {
@@ -30,7 +30,7 @@ TagBytes v3(std::uint8_t flags = 0) {
 TagBytes v4(std::uint8_t flags = 0) {
   return TagBytes(4, flags);
 }
-/// What stands in a tag of frames, for tags whose body is not just that.
+/// Returns the frames of the tag without its header, for tags with a body of more than frames.
 std::string frames(const TagBytes& tag) {
   return tag.characters().substr(10);
 }
@@ -45,7 +45,7 @@ const std::string picture = "\0image/jpeg\0\3\0\xFF\xD8\xFF\xE0\0\1\xFF"s + std:
 const std::string chapterStart = "c1\0\0\0\0\0\0\0\3\xE8\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s;
 const std::string long200(200, 'L');
 const std::string twoValues = std::string(128, 'P') + '\0' + std::string(127, 'Q');
-// zlib streams: "abc" ten times behind an encoding byte 3 or 0, and 70000 times "a" behind 3.
+// zlib streams: "abc" ten times after an encoding byte 3 or 0, and 70000 times "a" after 3.
 const std::string deflatedUTF8 = "\x78\x9c\x63\x4e\x4c\x4a\xc6\x83\x00\xb2\x6a\x0b\x80"s;
 const std::string deflatedLatin1 = "\x78\x9c\x63\x48\x4c\x4a\xc6\x83\x00\xb2\x0d\x0b\x7d"s;
 const std::string deflatedBomb =
@@ -53,7 +53,7 @@ const std::string deflatedBomb =
     std::string(66, '\0') + "\x80\xbb\x01\x7b\x8b\xa1\x7d"s;
 const std::string tenTimes = "abcabcabcabcabcabcabcabcabcabc";
 
-/// A tag, the v2.3 tag that means the same, and what is told of the rest.
+/// A tag, the v2.3 tag with the same meaning, and the names of the parts that are unreadable.
 struct Row {
   const char* what;
   std::string tag;
@@ -63,7 +63,7 @@ struct Row {
 
 // clang-format off
 const Row rows[] = {
-    {"v2.3 stays as it is",
+    {"a v2.3 tag is unchanged",
      v3().frame("TIT2", "\1"s + utf16("a"), 0xE000).text("TPE1", "x").frame("tit2", "?").padding(9)
          .characters(),
      v3().frame("TIT2", "\1"s + utf16("a"), 0xE000).text("TPE1", "x").frame("tit2", "?")},
@@ -75,38 +75,40 @@ const Row rows[] = {
          .frame("APIC", TagBytes::synchsafe(picture.size()) + unsynchronised(picture), 3)
          .frame("PRIV", "not so\0\xFF\0\xFF"s, 2).characters(),
      v3().frame("APIC", picture).frame("APIC", picture).frame("PRIV", "not so\0\xFF\0\xFF"s)},
-    {"a v2.4 tag unsynchronised as a whole, which its sizes do not count",
+    {"a v2.4 tag unsynchronised as a whole, with frame sizes from before",
      v4(0x80).raw(unsynchronised(frames(v4().frame("APIC", picture).text("TALB", "a")))).characters(),
      v3().frame("APIC", picture).text("TALB", "a")},
-    {"the flag for unsynchronisation alone", v3(0x80).frame("APIC", picture).text("TALB", "a").characters(),
+    {"the flag for unsynchronisation without unsynchronised bytes",
+     v3(0x80).frame("APIC", picture).text("TALB", "a").characters(),
      v3().frame("APIC", picture).text("TALB", "a")},
     {"an extended header of v2.3", v3(0x40).raw("\0\0\0\6\0\0\0\0\0\0"s).text("TALB", "a").characters(),
      v3().text("TALB", "a")},
-    {"one that counts its size", v3(0x40).raw("\0\0\0\xA\0\0\0\0\0\0"s).text("TALB", "a").characters(),
+    {"an extended header of v2.3 that counts its own size field",
+     v3(0x40).raw("\0\0\0\xA\0\0\0\0\0\0"s).text("TALB", "a").characters(),
      v3().text("TALB", "a")},
     {"an extended header of v2.4", v4(0x40).raw("\0\0\0\6\1\0"s).text("TALB", "a").characters(),
      v3().text("TALB", "a")},
-    {"the flag for an extended header alone", v4(0x40).text("TALB", "a").characters(),
+    {"the flag for an extended header without the header", v4(0x40).text("TALB", "a").characters(),
      v3().text("TALB", "a")},
-    {"less than the size of one", v3(0x40).raw("\0\0\0"s).characters(), v3()},
+    {"a body too short for the size of an extended header", v3(0x40).raw("\0\0\0"s).characters(), v3()},
     {"compression and lengths",
      v4().frame("TIT2", "\0\0\0\x1F"s + deflatedUTF8, 9).frame("TPE1", deflatedUTF8, 8)
          .frame("TPE2", "\0\0\0\3\3ab"s, 1).frame("PRIV", deflatedLatin1).characters(),
      v3().text("TIT2", tenTimes).text("TPE1", tenTimes).text("TPE2", "ab").frame("PRIV", deflatedLatin1)},
-    {"a compressed frame of v2.3 stays as it is",
+    {"a compressed frame of v2.3 is unchanged",
      v3().frame("TIT2", "\0\0\0\x1F"s + deflatedLatin1, 0x80).characters(),
      v3().frame("TIT2", "\0\0\0\x1F"s + deflatedLatin1, 0x80)},
-    {"what would take up too much memory, or is more than a zlib stream, stays compressed",
+    {"frames that inflate too far, or have bytes after the zlib stream, stay compressed",
      v4().frame("TIT2", "\0\4\x22\x71"s + deflatedBomb, 9)
          .frame("TPE1", "\0\0\0\x1F"s + deflatedUTF8 + "?", 9).characters(),
      v3().frame("TIT2", "\0\1\x11\x71"s + deflatedBomb, 0x80)
          .frame("TPE1", "\0\0\0\x1F"s + deflatedUTF8 + "?", 0x80)},
-    {"status flags, groups and encryption at their places",
+    {"status flags, groups and encryption",
      v4().frame("TIT2", "G\3a", 0x5040).frame("PRIV", "Go\0d"s, 0x2040).frame("TPE1", "Mxx", 4)
          .frame("TPE2", "GM\0\0\0\x9xx"s, 0x4D).characters(),
      v3().frame("TIT2", "G\0a"s, 0xA020).frame("PRIV", "Go\0d"s, 0x4020).frame("TPE1", "Mxx", 0x40)
          .frame("TPE2", "\0\0\0\x9MGxx"s, 0xE0)},
-    {"an encrypted frame whose length has no place",
+    {"an encrypted frame with a length, which v2.3 cannot represent",
      v4().frame("TIT2", "M\0\0\0\2xx"s, 5).text("TALB", "a").characters(), v3().text("TALB", "a"),
      "the encrypted frame TIT2"},
     {"all encodings, terminators, several values",
@@ -116,7 +118,7 @@ const Row rows[] = {
      v3().frame("TIT2", "\0\xE9"s).frame("TPE1", "\1\xFF\xFE\x41\0\0\0\xFF\xFE\xAC\x20"s)
          .frame("TPE2", "\1\xFF\xFE\xAC\x20").frame("TCOM", "\1\xFF\xFE\xE9\0\0\0\xFF\xFE\xAC\x20"s)
          .frame("TPE3", "\0\xAC"s).frame("TEXT", "\3\xFF")},
-    {"texts inside of frames",
+    {"descriptions and texts in frames of other kinds",
      v4().frame("COMM", "\3engd\0\xE2\x82\xAC"s).frame("USLT", "\3xxx\0"s).frame("TXXX", "\2\0d\0\0\0v"s)
          .frame("APIC", "\3image/png\0\4\xC3\xA9\0\x89PNG"s).frame("WXXX", "\3\xC3\xA9\0http"s)
          .characters(),
@@ -128,14 +130,14 @@ const Row rows[] = {
      v3().text("TIT2", long200).text("TPE1", twoValues)},
     {"synchsafe sizes in v2.3", v3().raw("TIT2\0\0\1\x49\0\0\0"s + long200).text("TALB", "a").characters(),
      v3().text("TIT2", long200).text("TALB", "a")},
-    {"empty frames are passed", v4().frame("TIT2", "").frame("TPE1", "").text("TALB", "a").characters(),
+    {"empty frames are skipped", v4().frame("TIT2", "").frame("TPE1", "").text("TALB", "a").characters(),
      v3().text("TALB", "a")},
     {"identifiers and layouts of v2.2",
      v2().text("TT2", "t").frame("PIC", "\0PNG\3d\0\x89PNG"s).frame("PIC", "\0-->\4\0http"s).text("TSP", "s")
          .frame("LNK", "TT2u\0"s).frame("COM", "\0eng\0c"s).frame("CNT", "\0\0\0\1"s).characters(),
      v3().text("TIT2", "t").frame("APIC", "\0image/png\0\3d\0\x89PNG"s).frame("APIC", "\0-->\0\4\0http"s)
          .text("TSOP", "s").frame("LINK", "TIT2u\0"s).frame("COMM", "\0eng\0c"s).frame("PCNT", "\0\0\0\1"s)},
-    {"what v2.2 has alone",
+    {"frames that only v2.2 has, and a picture that is too short",
      v2().frame("CRM", "o\0e\0d"s).frame("XYZ", "?").frame("PIC", "\0JP"s).text("TAL", "a").characters(),
      v3().text("TALB", "a"),
      "the frame CRM, which ID3v2.3 has no counterpart for; the frame XYZ, which ID3v2.3 has no counterpart "
@@ -143,35 +145,34 @@ const Row rows[] = {
      "the frame PIC"},
     {"v2.2 identifiers in later tags", v4().text("TCP\0"sv, "1").frame("TT2\0"sv, "\3t").characters(),
      v3().text("TCMP", "1").text("TIT2", "t")},
-    {"a tail", v3().text("TALB", "a").padding(3).raw("TIT").characters(), v3().text("TALB", "a"),
-     "the data after frame TALB"},
+    {"data after the last frame", v3().text("TALB", "a").padding(3).raw("TIT").characters(),
+     v3().text("TALB", "a"), "the data after frame TALB"},
     {"plain sizes in v2.4, with three zero bytes in front of the padding",
      v4().raw("TIT2\0\0\1\x49\0\0\1"s + utf16(std::string(162, 'L')) + "\0\0"s).padding(99).characters(),
      v3().text("TIT2", std::string(162, 'L'))},
-    {"a size that leads into the padding by its other reading, where a frame is damaged",
+    {"a size that leads into the padding if read the other way, before a damaged frame",
      v4().frame("TIT2", "\3" + long200).frame("\x80TT2", "\3t").padding(200).characters(),
      v3().text("TIT2", long200), "the data after frame TIT2"},
-    {"what leads into the padding once a tag that is cut short is taken for unsynchronised as a whole",
+    {"unsynchronised v2.4 frames before damage, which lead into the padding if unsynchronised as a whole",
      v4(0x80).frame("TIT2", "\1\xFF\0\xFE\x41\0"s).frame("TPE1", "\1\xFF\0\xFE\x42\0"s).text("TALB", "a")
          .raw("\1\2\3").padding(2000).characters(),
-     v3().frame("TIT2", "\0A"s).frame("TPE1", "\0B"s).text("TALB", "a"),
-     "the data after frame TALB"},
-    {"the same where the frames tell that each is unsynchronised",
+     v3().frame("TIT2", "\0A"s).frame("TPE1", "\0B"s).text("TALB", "a"), "the data after frame TALB"},
+    {"the same with the flags of unsynchronised frames",
      v4(0x80).frame("TIT2", "\3a", 2).frame("PRIV", unsynchronised(repeated(6, "\xFF\xE0")), 2).raw("\0\0TT"s)
          .padding(20).characters(),
      v3().text("TIT2", "a").frame("PRIV", repeated(6, "\xFF\xE0")), "the data after frame PRIV"},
-    {"sizes in v2.4 of which one leads to the end by its other reading",
+    {"a size in v2.4 that leads to the end of the tag if read the other way",
      v4().frame("TIT2", "\3" + long200).text("TALB", "a").raw(std::string(116, '?')).characters(),
      v3().text("TIT2", long200).text("TALB", "a"), "the data after frame TALB"},
-    {"a size in v2.3 that leads into the padding, where all are synchsafe",
+    {"synchsafe sizes in v2.3, of which one leads into the padding if read as a plain one",
      v3().text("TIT2", "t").raw("TALB\0\0\1\x49\0\0\0"s + long200).text("TPE1", "x").padding(999)
          .characters(),
      v3().text("TIT2", "t").text("TALB", long200).text("TPE1", "x")},
-    {"a v2.3 tag unsynchronised frame by frame, which leads into the padding as a whole",
+    {"a v2.3 tag unsynchronised frame by frame, which leads into the padding if read as a whole",
      v3(0x80).frame("TALB", "\1\xFF\0\xFE\x41\0"s).text("TPE1", "x").text("TCON", "y").padding(2000)
          .characters(),
      v3().frame("TALB", "\1\xFF\xFE\x41\0"s).text("TPE1", "x").text("TCON", "y")},
-    {"plain sizes in v2.4, one of which leads on inside its frame too",
+    {"plain sizes in v2.4, one of which leads to a frame inside its own frame if read as synchsafe",
      v4().raw("TIT2\0\0\0\xC9\0\0\3"s + long200)
          .raw("PRIV\0\0\1\x13\0\0"s + std::string(147, 'o') + frames(v3().text("TPE1", "x")) +
               std::string(116, 'o')).text("TALB", "a").characters(),
@@ -181,11 +182,11 @@ const Row rows[] = {
     {"more frames than any program writes",
      v3().raw(repeated(0x8001, frames(v3().text("TALB", "a")))).characters(),
      v3().raw(repeated(0x8000, frames(v3().text("TALB", "a")))), "the data after frame TALB"},
-    {"more of them than that in chapters",
+    {"more frames in chapters than any program writes",
      v4().frame("CHAP", chapterStart + repeated(20'000, frames(v4().text("TIT2", "T"))))
          .frame("CHAP", chapterStart + repeated(20'000, frames(v4().text("TIT2", "T")))).characters(),
      v3().frame("CHAP", chapterStart + repeated(20'000, frames(v3().text("TIT2", "T")))), "the frame CHAP"},
-    {"a user text without a text", v4().frame("TXXX", "\3k\0"s).characters(),
+    {"a user text with an empty text", v4().frame("TXXX", "\3k\0"s).characters(),
      v3().frame("TXXX", "\1"s + utf16("k") + "\0\0\xFF\xFE\0\0"s)},
     {"seconds since 1970", v4().text("TDRC", "981173106").characters(), v3().text("TDRC", "981173106")},
     {"a frame longer than its tag", v3().text("TALB", "a").frameDeclaring(90, "TIT2", "abc").characters(),
@@ -203,7 +204,7 @@ const Row rows[] = {
          .frame("CHAP", chapterStart + frames(v4().frame("TIT2", "M\0\0\0\2xx"s, 5))).frame("CTOC", "?")
          .text("TALB", "a").characters(),
      v3().frame("CTOC", "?").text("TALB", "a"), "the frame CHAP; the frame CHAP"},
-    {"links", v4().frame("WOAR", "http\0x"s).frame("WFED", "\0u\0"s).characters(),
+    {"links with zero bytes", v4().frame("WOAR", "http\0x"s).frame("WFED", "\0u\0"s).characters(),
      v3().frame("WOAR", "http\0x"s).frame("WFED", "\0u"s)},
 };
 // clang-format on
@@ -212,7 +213,7 @@ const Row rows[] = {
 
 namespace {
 
-/// Removes the bytes of frames of v2.4, so that `write` makes frames of v2.3 from their content.
+/// Removes the bytes of v2.4 frames, so that `write` makes v2.3 frames from their content.
 void makeAnew(std::vector<Frame>& frames) {
   std::erase_if(frames, [](const Frame& frame) {
     return std::holds_alternative<Unread>(frame.content) || frame.content == Content(Opaque{});
@@ -245,7 +246,7 @@ TEST(StandardTest, ReadsWhatTheStandardsAllow) {
   }
 }
 
-TEST(StandardTest, FindsWhereATagEnds) {
+TEST(StandardTest, FindsTheEndOfATag) {
   const std::string tag = v4(0x10).text("TALB", "a").characters();
   const std::string footer = "3DI" + tag.substr(3, 7);
   EXPECT_EQ(tagLength(bytesFrom(tag)), tag.size() + 10);
@@ -257,7 +258,7 @@ TEST(StandardTest, FindsWhereATagEnds) {
   }
 }
 
-TEST(StandardTest, TellsWhatCannotBeWritten) {
+TEST(StandardTest, NamesTheFramesThatCannotBeWritten) {
   EXPECT_EQ(writtenWith({}, std::size_t{1} << 28).bytes.size(), (1 << 28) + 9);
   Tag tag;
   tag.frames.push_back({.identifier = "WOAR", .content = URL{"\xE2\x82\xAC"}});
