@@ -16,18 +16,18 @@ struct Artwork {
   platform::SharedBytes data;
   Format format;
 
-  /// Returns the picture with the format that the bytes' signature shows; nothing for bytes that are neither
-  /// JPEG nor PNG. Checks only the signature. The caller must check the result before a write that selects
-  /// the artwork: a tag set without artwork then removes the file's pictures.
+  /// Returns a picture of the format whose signature the bytes start with, or nothing if they start with
+  /// neither. The data after the signature is not checked. Before a write that selects the artwork, the
+  /// caller must check the result: a tag set without artwork removes the pictures from the file.
   static std::optional<Artwork> detecting(platform::SharedBytes bytes);
 
   bool operator==(const Artwork&) const = default;
 };
 
-/// "jpeg" or "png".
+/// Returns "jpeg" or "png".
 std::string_view rawValue(Artwork::Format format);
 std::optional<Artwork::Format> artworkFormatFromRawValue(std::string_view raw);
-/// "image/jpeg" or "image/png".
+/// Returns "image/jpeg" or "image/png".
 std::string_view mimeType(Artwork::Format format);
 
 }  // namespace QuillmarkKit

@@ -51,7 +51,7 @@ const FieldRow& rowOf(TagField field) {
   return table[static_cast<std::size_t>(field)];
 }
 
-/// "album-artist" as "albumArtist". Only ASCII letters matter: no field's name holds others.
+/// Returns "albumArtist" for "album-artist". Changes only ASCII letters, because field names have no others.
 std::string joinedHumps(std::string_view hyphenated) {
   std::string joined;
   for (const std::string_view piece : platform::Strings::split(hyphenated, '-')) {

@@ -14,8 +14,8 @@ namespace QuillmarkKit {
 
 struct TagSet;
 
-/// What a person sees of a tag, field by field, in the order of listings. The first 17 are texts, the next 6
-/// are numbers, the last is the picture.
+/// The parts of a tag that people see and edit, in the order of listings: 17 texts, 6 numbers and the
+/// picture.
 enum class TagField : std::uint8_t {
   title,
   artist,
@@ -47,31 +47,31 @@ inline constexpr std::size_t tagFieldCount = static_cast<std::size_t>(TagField::
 
 inline constexpr auto allTagFields = platform::everyCase<TagField, tagFieldCount>();
 
-/// The case's name, as in JSON: "albumArtist".
+/// Returns the case's name, as in JSON: "albumArtist".
 std::string_view rawValue(TagField field);
-/// The name on the command line: "album-artist".
+/// Returns the name on the command line: "album-artist".
 std::string_view cliName(TagField field);
-/// The label in listings: "Album Artist".
+/// Returns the label in listings: "Album Artist".
 std::string_view displayName(TagField field);
-/// The label within a sentence, such as "album artist".
+/// Returns the name within a sentence: "album artist".
 std::string nameInSentence(TagField field);
 
-/// The field of exactly that name, or none.
+/// Returns the field with exactly this raw value, or nothing if there is none.
 std::optional<TagField> fieldFromRawValue(std::string_view raw);
-/// The field of that raw value or command-line name, or none; case counts, and hyphens more than needed do
-/// not.
+/// Returns the field with this raw value or command-line name, or nothing if there is none. Ignores extra
+/// hyphens. Case matters, except in the first letter of the second and later words.
 std::optional<TagField> fieldFromCliName(std::string_view name);
 
 using TextMember = std::optional<std::string> TagSet::*;
 using NumberMember = std::optional<std::int64_t> TagSet::*;
 
-/// Where a tag set holds the field's text; null for a field that is no text.
+/// Returns the member of TagSet that holds the field, or nullptr if the field is not a text.
 TextMember stringKeyPath(TagField field);
-/// Where a tag set holds the field's number; null for a field that is no number.
+/// Returns the member of TagSet that holds the field, or nullptr if the field is not a number.
 NumberMember integerKeyPath(TagField field);
 
-/// Calls the first operation with where a tag set holds the field's text, the second with where it holds its
-/// number, or the third for the picture.
+/// Calls the operation for the kind of the field and returns its result. `onText` and `onNumber` receive the
+/// member of TagSet that holds the field.
 template <class OnText, class OnNumber, class OnPicture>
 decltype(auto) dispatch(TagField field, OnText onText, OnNumber onNumber, OnPicture onPicture) {
   if (const TextMember text = stringKeyPath(field)) return onText(text);
@@ -79,7 +79,7 @@ decltype(auto) dispatch(TagField field, OnText onText, OnNumber onNumber, OnPict
   return onPicture();
 }
 
-/// A selection of fields.
+/// A set of fields.
 class TagFields {
  public:
   constexpr TagFields() = default;
@@ -105,7 +105,7 @@ class TagFields {
   bool operator==(const TagFields&) const = default;
 
   static const TagFields all;
-  /// What all tracks of an album have in common.
+  /// The fields that all tracks of an album have in common.
   static const TagFields albumIdentity;
 
  private:

@@ -10,7 +10,7 @@
 
 namespace QuillmarkKit {
 
-/// One value for each field, absent if the file has none. Texts are UTF-8; the caller must ensure this.
+/// One value for each field, absent if the file has none. Texts must be UTF-8; the caller must ensure this.
 struct TagSet {
   using Text = std::optional<std::string>;
   using Number = std::optional<std::int64_t>;
@@ -40,26 +40,27 @@ struct TagSet {
   Number discTotal;
   std::optional<Artwork> artwork;
 
-  /// The field's value as people read it: the text, the number in decimal, or "JPEG, 48213 bytes".
+  /// Returns the field's value for people: the text, the number in decimal, or "JPEG, 48213 bytes". Returns
+  /// nothing if the field is absent.
   std::optional<std::string> value(TagField field) const;
-  /// The fields that have a value.
+  /// Returns the fields that have a value.
   TagFields populatedFields() const;
   bool isEmpty() const { return *this == TagSet(); }
-  /// The fields that `other` has another value for, or none.
+  /// Returns the fields whose values differ, including those that only one of the two has.
   TagFields differing(const TagSet& other) const;
-  /// Returns this tag set with the given fields as `other` has them; those that are absent there are removed.
+  /// Returns a copy with the given fields as in `other`; those that are absent there are removed.
   TagSet merging(const TagSet& other, TagFields fields) const;
-  /// This tag set with its texts trimmed of white space and then of U+0000 at both ends, empty ones made
-  /// absent.
+  /// Returns a copy with each text trimmed at both ends, first of white space, then of U+0000. Texts that are
+  /// empty after that are absent.
   TagSet normalized() const;
-  /// The same in its place, without a copy of the texts.
+  /// Like `normalized`, but changes this tag set, without a copy of the texts.
   void normalize();
-  /// The fields that tell a track from others.
+  /// The fields that identify a track.
   static constexpr std::array summaryFields{
       TagField::title, TagField::artist,      TagField::album,      TagField::albumArtist, TagField::genre,
       TagField::year,  TagField::trackNumber, TagField::discNumber, TagField::artwork,
   };
-  /// These, a line each, or "No tags".
+  /// Returns a line for each of `summaryFields` that has a value, or "No tags".
   std::string summary() const;
 
   bool operator==(const TagSet&) const = default;

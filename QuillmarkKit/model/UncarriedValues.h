@@ -7,7 +7,8 @@
 
 namespace QuillmarkKit {
 
-/// For fields that have no value in a tag set, the value that their tag holds, such as "127.98" in quotes.
+/// Descriptions of values in a tag that their fields cannot represent, for messages, such as "127.98" in
+/// quotes for the BPM. These fields are absent in the tag set.
 using UncarriedValues = std::map<TagField, std::string>;
 
 }  // namespace QuillmarkKit
