@@ -4,7 +4,8 @@
 
 namespace QuillmarkKit::QuillmarkNotification {
 
-/// The name under which programs may announce that they changed the tags of files. Nothing here posts it.
+/// The name of the notification that programs can post after they have changed the tags of files. This
+/// library does not post it.
 inline constexpr std::string_view filesChanged = "org.quillmark.filesChanged";
 
 }  // namespace QuillmarkKit::QuillmarkNotification

@@ -34,9 +34,9 @@ TagApplier::Outcome TagApplier::outcomeFor(const TagSet& source, const std::file
     try {
       return attempt(source, file, fields, dryRun, run);
     } catch (const platform::FileConflict& conflict) {
-      // The change starts again from the file as the other program left it, so that neither change is lost.
+      // Start again with the file as the other program left it, so that neither change is lost.
       using enum platform::FileConflict::Case;
-      // To wait for another run is not an attempt; `run` limits the time.
+      // Waiting for another run does not count as an attempt; `run` limits the time.
       if (conflict.value() == changedWhileWaiting) continue;
       if (conflict.value() != changed || ++number == mostAttempts) throw;
     }

@@ -15,22 +15,23 @@
 
 namespace QuillmarkKit {
 
-/// Writes fields of one tag set into files. Changes the selected fields and no others, writes only the files
-/// that change, and goes on after one that fails. A selected field that is absent in the tag set is removed
-/// from the files; without artwork in the tag set, selecting the artwork removes their pictures.
+/// Writes selected fields of a tag set into files. Leaves other fields, and files that have the values
+/// already, unchanged. Continues after a file that fails. A selected field that is absent in the tag set is
+/// removed from the files; for the artwork, this removes all pictures.
 class TagApplier {
  public:
-  /// What a write changes, as far as the applier was asked for it.
+  /// The change of one file. `before` and `losses` are empty unless the applier was constructed to report
+  /// them.
   struct Change {
     TagSet tags;
     /// The file's tags before the change.
     std::optional<TagSet> before;
-    /// What the file loses although it was not asked for, as a sentence without its subject; empty if
-    /// nothing.
+    /// The data that the file loses although the change does not concern it, as a sentence without its
+    /// subject; empty if there is none.
     std::string losses;
-    /// Whether the artwork in `before` stays in the file, although it got another.
+    /// Whether the old artwork stays in the file in addition to the new one.
     bool keepsArtwork;
-    /// The store's note about the write, likewise.
+    /// The note that TagEdit::commit returned; empty if there is none.
     std::string note;
   };
   /// The file was rewritten with these tags.
@@ -43,7 +44,7 @@ class TagApplier {
     /// The error's description.
     std::string message;
   };
-  /// The file holds the values already and was not written.
+  /// The file has the values already and was not written.
   struct Unchanged {};
   using Outcome = std::variant<Updated, WouldUpdate, Failed, Unchanged>;
 
@@ -52,7 +53,7 @@ class TagApplier {
     Outcome outcome;
   };
 
-  /// What the outcomes contain besides the tags.
+  /// The details to report in outcomes besides the tags.
   struct Details {
     bool before;
     bool losses;
@@ -64,19 +65,18 @@ class TagApplier {
   explicit TagApplier(const TagStore&& store) = delete;
   TagApplier(const TagStore&& store, Details details) = delete;
 
-  /// Applies the fields to one file. Replacements share what files in a row can share through `run`; the
-  /// caller must synchronise it after the last file.
+  /// Writes the fields into one file. Consecutive replacements share resources through `run`; the caller must
+  /// synchronise it after the last file.
   Result applyToOne(const TagSet& source, const std::filesystem::path& to, TagFields fields, bool dryRun,
                     platform::ReplacementRun& run) const;
-  /// Applies the fields to one file after another and returns what became of each, in their order, after all
-  /// that was written has reached the disk. A file whose folder could not be synchronised has failed.
+  /// Writes the fields into one file after another. Returns the results in the order of the files, after all
+  /// changes have reached the disk. A file whose folder could not be synchronised has failed.
   std::vector<Result> apply(const TagSet& source, const std::vector<std::filesystem::path>& to,
                             TagFields fields, bool dryRun) const;
-  /// Like `apply` with the tags of the file `from`. Throws what reading it throws; no target has been touched
-  /// then.
+  /// Like `apply`, with the tags of the file `from`. Throws if they cannot be read; all targets are then
+  /// unchanged.
   std::vector<Result> copy(const std::filesystem::path& from, const std::vector<std::filesystem::path>& to,
                            TagFields fields, bool dryRun) const;
-  /// The store's `read`.
   TagSet read(const std::filesystem::path& from) const { return store_.read(from); }
 
   static std::size_t updatedCount(const std::vector<Result>& results);

@@ -40,7 +40,8 @@ JSON::Value encode(const Payload& payload) {
   return document;
 }
 
-/// Returns the values for people; a member of another kind is another program's.
+/// Returns the descriptions in the member "uncarried". Ignores a member of another kind, which must be
+/// another program's.
 UncarriedValues decodeUncarried(const JSON::Object& members) {
   UncarriedValues values;
   const auto member = members.find("uncarried");
@@ -66,7 +67,8 @@ void copy(const TagSet& tags, Pasteboard& to, const UncarriedValues& uncarried) 
   requireUTF8(tags);
   const std::string document = JSON::print(
       encode({.version = currentVersion, .tags = tags, .uncarried = uncarried}), JSON::Layout::compact);
-  // Not cleared first: until the new content is complete, `paste` returns the old.
+  // The pasteboard is not cleared first, so that `paste` returns the old content until the new content is
+  // complete.
   to.declareTypes({std::string(pasteboardType), std::string(Pasteboard::stringType)});
   to.setData(platform::bytesOf(document), pasteboardType);
   to.setString(tags.summary(), Pasteboard::stringType);

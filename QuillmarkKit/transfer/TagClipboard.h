@@ -10,15 +10,15 @@
 #include "QuillmarkKit/model/UncarriedValues.h"
 #include "platform/Pasteboard.h"
 
-/// Carries one tag set across the pasteboard, as a JSON document with the members "version" and "tags", and a
-/// plain-text summary. If there are values that no field can hold, a member "uncarried" names them; programs
-/// that do not know it ignore it.
+/// Copies a tag set to the pasteboard and back. The content is a JSON document with the members "version" and
+/// "tags", and a summary in plain text. The optional member "uncarried" describes values that no field can
+/// represent; programs that do not support it ignore it.
 namespace QuillmarkKit::TagClipboard {
 
 /// The type of the document.
 inline constexpr std::string_view pasteboardType = "org.quillmark.tagset";
 
-/// The document's format that is written, and the highest that is read.
+/// The version of documents that are written, and the highest version that can be read.
 inline constexpr std::int64_t currentVersion = 1;
 
 struct Payload {
@@ -27,7 +27,7 @@ struct Payload {
   UncarriedValues uncarried = {};
 };
 
-/// A document of a newer format than this program understands.
+/// An error about a document of a newer version than this program supports.
 class ClipboardError : public std::exception {
  public:
   static ClipboardError unsupportedPayloadVersion(std::int64_t version) { return ClipboardError(version); }
@@ -46,7 +46,7 @@ class ClipboardError : public std::exception {
   std::string description_;
 };
 
-/// A text that cannot be put into a document because it is not UTF-8.
+/// An error about a text that cannot be copied because it is not UTF-8.
 class EncodingError : public std::exception {
  public:
   explicit EncodingError(TagField field);
@@ -59,21 +59,22 @@ class EncodingError : public std::exception {
   std::string description_;
 };
 
-/// Replaces the pasteboard's content with the tag set. Throws EncodingError, before the pasteboard is
-/// touched, if a text is not UTF-8. Throws platform::FileError if the tag set could not be stored; the
-/// pasteboard is empty then, or the error adds that its old content is still there.
+/// Replaces the pasteboard's content with the tag set. Throws EncodingError if a text is not UTF-8; the
+/// pasteboard is then unchanged. Throws platform::FileError if the content cannot be stored; the pasteboard
+/// is then empty, or the message says that the old content is still there.
 void copy(const TagSet& tags, platform::Pasteboard& to, const UncarriedValues& uncarried = {});
 
-/// The tag set on the pasteboard; nothing when there is no document of the type. Throws
-/// platform::JSON::DecodingError for a malformed document, ClipboardError for one of a newer format, and
-/// platform::FileError for a pasteboard that is there but cannot be used.
+/// Returns the tag set on the pasteboard, or nothing if there is no document of the type. Throws
+/// platform::JSON::DecodingError if the document is malformed, ClipboardError if it is of a newer version,
+/// and platform::FileError if the pasteboard exists but cannot be used.
 std::optional<TagSet> paste(const platform::Pasteboard& from);
 
-/// Returns the values of the copied file that are not in the tag set, because no field can hold them. Throws
-/// as `paste` does.
+/// Returns descriptions of the copied values that are not in the tag set because no field can represent them.
+/// Throws the same errors as `paste`.
 UncarriedValues uncarried(const platform::Pasteboard& from);
 
-/// Whether there is something of the document's type, whatever it holds. Throws platform::FileError likewise.
+/// Returns whether the pasteboard has content of the document's type, even if it is malformed. Throws
+/// platform::FileError like `paste`.
 bool hasTags(const platform::Pasteboard& on);
 
 }  // namespace QuillmarkKit::TagClipboard
