@@ -12,9 +12,9 @@ class ID3TagEditor;
 
 namespace QuillmarkKit {
 
-/// A tag as the engine reads it. A new tag is ID3v2.3, with the fields' frames followed by the frames of the
-/// old tag that no field is kept in, byte for byte. The engine's errors pass through: they do not name the
-/// file.
+/// A tag as the engine reads it. A new tag is ID3v2.3: the frames of the fields, followed by the frames of
+/// the old tag that belong to no field, byte for byte. Does not add the name of the file to errors of the
+/// engine.
 class EngineTag : public OpenTag {
  public:
   /// Throws ID3TagEditor::ID3TagEditorError and what MP3File throws. The editor must outlive this object.
@@ -30,7 +30,7 @@ class EngineTag : public OpenTag {
  private:
   const ID3TagEditor::ID3TagEditor& editor_;
   MP3File& file_;
-  /// The size of the tag that the engine has found.
+  /// The size of the tag in bytes; absent if the engine has not found one.
   std::optional<std::uint64_t> length_;
   TagSet tags_;
 };

@@ -7,13 +7,13 @@
 
 namespace QuillmarkKit {
 
-/// A file whose raw frames cannot be rewritten.
+/// An error about a file whose raw frames cannot be rewritten.
 class ID3FrameError : public std::exception {
  public:
   enum class Case : std::uint8_t {
-    /// The file should carry a tag by now, but holds none that can be parsed.
+    /// The file should have a tag at this point, but contains none that can be parsed.
     unreadableTag,
-    /// The frames that the file is to hold do not fit into a tag.
+    /// The frames do not fit into one tag.
     tagTooBig,
   };
 
@@ -33,7 +33,7 @@ class ID3FrameError : public std::exception {
   std::string description_;
 };
 
-/// What every error about a tag that is too big says behind the file's name.
+/// The message, after the file's name, of all errors about a tag that is too big.
 inline constexpr const char* tagTooBigDescription =
     ": its tag would be larger than 256 MiB, more than an ID3 tag can hold.";
 

@@ -32,7 +32,7 @@ std::uint32_t synchsafeAt(ByteView bytes, std::size_t offset) {
   return platform::numberFromSynchsafe(platform::bigEndian(bytes.subspan(offset, 4)));
 }
 
-/// Returns the size in a header of a frame or an extended header: synchsafe from version 4 on.
+/// Returns the size field of a frame header or an extended header, which is synchsafe from version 4 on.
 std::uint32_t sizeAt(ByteView bytes, std::size_t offset, std::uint8_t version) {
   return version >= 4 ? synchsafeAt(bytes, offset) : platform::bigEndian(bytes.subspan(offset, 4));
 }
@@ -43,7 +43,7 @@ struct Header {
   std::uint64_t tagLength;
 };
 
-/// Returns nothing if the bytes do not start with a tag that is not empty.
+/// Returns nothing if the bytes do not start with a tag, or the tag is empty.
 std::optional<Header> parseHeader(ByteView data) {
   if (data.size() < tagHeaderSize || !platform::charactersOf(data).starts_with("ID3")) return std::nullopt;
   const std::uint32_t size = synchsafeAt(data, 6);
@@ -64,7 +64,7 @@ bool isIdentifier(ByteView id) {
                              [](std::uint8_t c) { return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9'); });
 }
 
-/// One frame in its tag.
+/// A frame at its place in the body of a tag.
 struct FrameView {
   std::string_view id;
   std::uint16_t flags;
@@ -72,8 +72,8 @@ struct FrameView {
   ByteView payload;
 };
 
-/// Calls `visit` for each frame of the body from `position` on, up to the first bytes that are no frame or do
-/// not fit.
+/// Calls `visit` for each frame of the body from `position` on, up to the first bytes that are not a frame or
+/// do not fit.
 template <class Visit>
 void walk(ByteView body, std::uint64_t position, std::uint8_t version, Visit visit) {
   while (position + frameHeaderSize <= body.size()) {
@@ -91,7 +91,7 @@ void walk(ByteView body, std::uint64_t position, std::uint8_t version, Visit vis
   }
 }
 
-/// A tag's frames, still to be walked.
+/// The body of a tag whose frames have not been parsed yet.
 struct TagBody {
   Header header;
   SharedBytes bytes;
@@ -117,12 +117,12 @@ std::optional<TagBody> parseBody(const SharedBytes& data) {
   return body;
 }
 
-/// Returns the start of the file at `path`, as far as `parse` needs it.
+/// Returns the bytes of the file at `path` that `parse` needs.
 SharedBytes tagBytesOf(const std::filesystem::path& path) {
   return MP3File(FileHandle::forReading(path)).tagBytes();
 }
 
-/// The identifiers of all fields in ascending order, each once.
+/// The identifiers of all fields' frames in ascending order, each once.
 constexpr auto managedIdentifiers = [] {
   struct {
     std::array<std::string_view, tagFieldCount> identifiers = FieldFrames::identifiers;
@@ -143,7 +143,7 @@ void appendFrame(Bytes& bytes, std::string_view id, std::uint16_t flags, ByteVie
 }
 
 /// Returns the header of an ID3v2.3 tag with a body of `bodySize` bytes. Throws ID3FrameError, which names
-/// `file`, for more than a tag can hold; less than that always fits the size field of a frame.
+/// `file`, if the body is too big. The frames of a body that fits always fit their size fields, too.
 std::array<std::uint8_t, tagHeaderSize> tagHeader(std::uint64_t bodySize, const std::filesystem::path& file) {
   if (bodySize >= platform::synchsafeLimit) throw ID3FrameError(ID3FrameError::Case::tagTooBig, file);
   std::array<std::uint8_t, tagHeaderSize> header{'I', 'D', '3', 3, 0, 0};
@@ -152,7 +152,7 @@ std::array<std::uint8_t, tagHeaderSize> tagHeader(std::uint64_t bodySize, const 
   return header;
 }
 
-/// Returns such a header with capacity for the body after it.
+/// Returns such a header with capacity reserved for the body.
 Bytes tagStart(std::uint64_t bodySize, const std::filesystem::path& file) {
   const auto header = tagHeader(bodySize, file);
   Bytes tag;
@@ -161,7 +161,7 @@ Bytes tagStart(std::uint64_t bodySize, const std::filesystem::path& file) {
   return tag;
 }
 
-/// Completes a file with the new tag and the audio of `source`.
+/// Writes the tag and the audio of `source`, and commits the replacement.
 void assemble(platform::FileReplacement& replacement, const Bytes& tag, FileHandle& source,
               std::uint64_t audioStart) {
   replacement.file().write(tag);

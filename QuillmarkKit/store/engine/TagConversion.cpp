@@ -19,7 +19,7 @@ using Reader = ID3TagContentReader;
 using Builder = ID32v3TagBuilder;
 using enum ID3FrameContentLanguage;
 
-/// The case's name as words: "classicRock" as "Classic Rock".
+/// Returns the case's name as words: "Classic Rock" for "classicRock".
 std::string humanize(ID3Genre genre) {
   std::string words;
   for (const char character : caseName(genre)) {
@@ -63,10 +63,10 @@ void writeArtwork(const TagSet& tags, Builder& builder) {
   builder.attachedPicture(cover, ID3FrameAttachedPicture(tags.artwork->data, cover, format));
 }
 
-/// How the fields of one frame are read and written; FieldFrames names the frame.
+/// The operations that read and write the fields of one frame, which FieldFrames identifies.
 struct Conversion {
   TagFields fields;
-  /// Into a tag set, or a builder, that has none of these fields yet.
+  /// The tag set, or the builder, must not contain any of these fields yet.
   void (*read)(const Reader& reader, TagSet& tags);
   void (*write)(const TagSet& tags, Builder& builder);
 };
@@ -80,7 +80,7 @@ constexpr Conversion text(TagField field) {
           }};
 }
 
-/// A total without its number has no place in a tag.
+/// Does not write a total without its number, which no frame can contain.
 template <auto number, auto total, auto query, auto setter>
 constexpr Conversion position(TagFields fields) {
   return {fields,
@@ -145,7 +145,7 @@ constexpr std::array conversions = std::to_array<Conversion>({
      writeArtwork},
 });
 
-/// Returns whether all of the row's fields are kept in the same frame, and the engine can write it.
+/// Returns whether all fields of the row belong to one frame, which the engine can write.
 constexpr bool isOfOneFrame(const Conversion& row) {
   std::string_view identifier;
   for (const TagField field : allTagFields) {

@@ -5,11 +5,11 @@
 
 namespace QuillmarkKit {
 
-/// The fields that the tag holds, normalised. A tag set holds one comment, one lyrics text and one picture,
-/// the front cover if there is one.
+/// Returns the fields of the tag, normalised: one comment, one lyrics text and one picture, the front cover
+/// if there is one.
 TagSet tagSetFrom(const ID3TagEditor::ID3Tag& tag);
 
-/// An ID3v2.3 tag that holds the tag set. A total without its number has no place in it.
+/// Returns an ID3v2.3 tag with the fields. Omits a total without its number, which no frame can contain.
 ID3TagEditor::ID3Tag makeTag(const TagSet& from);
 
 }  // namespace QuillmarkKit
