@@ -21,7 +21,7 @@ using ID3v2::Tag;
 
 namespace {
 
-/// Returns names of the parts that a date such as "2004-05-06T12:30" has besides its year.
+/// Returns the names of the parts that a date such as "2004-05-06T12:30" has besides its year.
 std::string_view partsBeyondYear(std::string_view date) {
   if (date.find('T') != std::string_view::npos) return "day, month and time";
   switch (std::ranges::count(date, '-')) {
@@ -39,7 +39,7 @@ std::string_view partsBeyondYear(std::string_view date) {
 std::string beyondFields(const Tag& tag) {
   const TagSet fields = LosslessConversion::fieldsOf(tag);
   TagFields found;
-  // Of several comments, lyrics and pictures, a field holds the first one that is equal to it.
+  // Of several equal comments, lyrics or pictures, only the first belongs to the field.
   const auto isHeld = [&](const Frame& frame) {
     const auto isFirst = [&](TagField field, bool isEqual) {
       if (!isEqual || found.contains(field)) return false;

@@ -11,7 +11,7 @@ namespace QuillmarkKit {
 
 namespace {
 
-/// Returns the bytes in front of the audio.
+/// Returns the bytes before the audio.
 platform::SharedBytes tagBytesOf(MP3File& file, const FileTags& tags) {
   return file.tagBytes().slice(0, static_cast<std::size_t>(tags.audioStart));
 }

@@ -6,14 +6,14 @@
 
 namespace QuillmarkKit {
 
-/// The tag of a file that is to be replaced by another file's tag, as it is.
+/// The tag of a file that is to be replaced with a copy of another file's tag.
 class CopiedTag : public OpenTag {
  public:
-  /// `newTag` is a whole ID3v2 tag, header included. Throws what MP3File throws.
+  /// `newTag` must be a whole ID3v2 tag, header included. Throws the errors of MP3File.
   CopiedTag(MP3File& file, platform::SharedBytes newTag, bool keepsAPETag);
 
   const TagSet& tags() const override { return tags_; }
-  /// Returns whether the tags differ as bytes.
+  /// Returns whether the tag differs from the new one in any byte.
   bool holdsMoreThanValues(TagFields) const override { return !isSame_; }
   void requireCarriable(TagFields) const override {}
   bool isLossless() const override { return true; }
@@ -30,8 +30,8 @@ class CopiedTag : public OpenTag {
   TagSet tags_;
 };
 
-/// Returns the file's ID3v2 tag as bytes. Throws what MP3File throws, and LosslessError if there is none or a
-/// part of it is damaged.
+/// Returns the ID3v2 tag of the file as bytes. Throws the errors of MP3File, and LosslessError if there is no
+/// tag or a part of it is damaged.
 platform::SharedBytes wholeTag(const std::filesystem::path& path);
 
 }  // namespace QuillmarkKit

@@ -57,7 +57,7 @@ FileTags readTags(MP3File& file) {
   const platform::SharedBytes& bytes = file.tagBytes();
   tags.audioStart = bytes.size();
   if (auto reading = ID3v2::read(bytes)) {
-    // A tag may announce a footer that is not there; these bytes are audio.
+    // The header may announce a footer that is missing; the bytes in its place are audio.
     tags.audioStart = std::min<std::uint64_t>(reading->length, bytes.size());
     tags.tag = std::move(reading->tag);
     tags.unreadable = std::move(reading->unreadable);

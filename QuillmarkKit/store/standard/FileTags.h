@@ -12,30 +12,30 @@
 
 namespace QuillmarkKit {
 
-/// What an open file holds in tags, by their standards.
+/// The tags of an open file, read by their standards.
 struct FileTags {
-  /// The ID3v2 tag; where there is none, what the ID3v1 tag at the end says.
+  /// The ID3v2 tag or, if there is none, the contents of the ID3v1 tag at the end of the file.
   ID3v2::Tag tag;
   bool hasID3v2Tag = false;
-  /// Where the audio starts.
+  /// The offset of the audio in the file.
   std::uint64_t audioStart = 0;
   /// The parts of the ID3v2 tag that could not be read.
   std::vector<ID3v2::UnreadablePart> unreadable;
-  /// Looked for only where there is no ID3v2 tag.
+  /// False if there is an ID3v2 tag: the end of the file is then not read.
   bool hasAPETag = false;
 
-  /// Returns whether everything in the ID3v2 tag is a frame, which can be written as it was.
+  /// Returns whether all unreadable parts of the ID3v2 tag are frames, which can be written as they were.
   bool isWritable() const;
-  /// Whether there is a frame of one of the fields that cannot be read.
+  /// Returns whether a frame of one of the fields cannot be read.
   bool hasUnreadable(TagFields fields) const;
-  /// What cannot be read though it may hold one of the fields, named for people; empty where there is
-  /// nothing.
+  /// Returns a description of the first part that cannot be read and may contain one of the fields; empty if
+  /// there is none.
   std::string unreadableFor(TagFields fields) const;
-  /// Returns all such parts.
+  /// Returns descriptions of all such parts.
   std::vector<std::string> unreadablePartsFor(TagFields fields) const;
 };
 
-/// Reads the tags. Reads the end of the file only if there is no tag at its start.
+/// Returns the tags of the file. Reads its end only if there is no ID3v2 tag at its start.
 FileTags readTags(MP3File& file);
 
 }  // namespace QuillmarkKit

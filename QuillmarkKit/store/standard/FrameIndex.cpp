@@ -16,10 +16,10 @@ using PlainValues::plainText;
 
 namespace {
 
-/// Returns a hash of what makes frames equal.
+/// Returns a hash of the frame's identifier and content.
 std::size_t hash(const Frame& frame);
 
-/// Adds values to a hash.
+/// A hash that values can be added to.
 class Hash {
  public:
   Hash& add(std::string_view text) { return mix(std::hash<std::string_view>()(text)); }
@@ -41,7 +41,7 @@ class Hash {
   std::size_t value_ = 0;
 };
 
-// Each adds the content to the hash.
+// Each overload adds the content to the hash.
 
 void addTo(Hash& sum, const ID3v2::Opaque& opaque) {
   sum.add(platform::charactersOf(opaque.bytes));

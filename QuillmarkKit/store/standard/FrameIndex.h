@@ -11,32 +11,33 @@
 
 namespace QuillmarkKit {
 
-/// The frames of a tag, so that looking for all frames of another tag takes time in proportion to both.
-/// Refers to the tag, which must outlive it. Texts are compared in the form of PlainValues and found by
-/// hashes, which take less memory.
+/// An index of the frames of a tag. To look for all frames of another tag takes time in proportion to both
+/// tags. The tag must outlive the index. Texts are compared in the form of PlainValues. The index contains
+/// hashes of texts instead of the texts, to take less memory.
 class FrameIndex {
  public:
   explicit FrameIndex(const ID3v2::Tag& tag);
 
-  /// Returns a frame that the predicate accepts among those that can be equal to `frame`, or nullptr.
+  /// Returns a frame that the predicate accepts, or nullptr. The predicate is called only for frames with the
+  /// same hash of identifier and content as `frame`.
   template <class Predicate>
   const ID3v2::Frame* find(const ID3v2::Frame& frame, Predicate isSame) const {
     const auto [first, last] = frames_.equal_range(hashOf(frame));
     const auto found = std::find_if(first, last, [&](const auto& entry) { return isSame(*entry.second); });
     return found != last ? found->second : nullptr;
   }
-  /// Returns whether there is a user text with that description and these values.
+  /// Returns whether there is a user text with the same description and values.
   bool hasUserText(const ID3v2::UserText& text) const;
-  /// Returns whether there is a comment, or lyrics, like those in `frame`, whose description and language may
+  /// Returns whether a frame with the identifier of `frame` has the same text. Description and language may
   /// differ.
   bool hasText(const ID3v2::Frame& frame, const ID3v2::LanguageText& text) const;
   bool hasTextWithDescription(const ID3v2::Frame& frame, const ID3v2::LanguageText& text) const;
   bool hasTextInLanguage(const ID3v2::Frame& frame, const ID3v2::LanguageText& text) const;
-  /// Returns the first picture with the data, or nullptr.
+  /// Returns the first picture with this data, or nullptr.
   const ID3v2::Picture* pictureOf(const platform::SharedBytes& data) const;
   /// Returns whether there is a picture with the same data, type and description.
   bool hasPicture(const ID3v2::Picture& picture) const;
-  /// Returns the text of all text frames of that identifier.
+  /// Returns the joined text of all text frames with this identifier.
   std::string textOf(const std::string& identifier) const;
 
  private:

@@ -43,21 +43,21 @@ bool isTotal(TagField field) {
   return field == TagField::trackTotal || field == TagField::discTotal;
 }
 
-/// The text that a number field other than the year is read from.
+/// Returns the text that a number field other than the year is read from.
 std::string numberTextOf(const Tag& tag, TagField field) {
   if (field == TagField::bpm) return firstValue(tag, identifierOf(field));
   return positionIn(firstValue(tag, identifierOf(field))).part(isTotal(field));
 }
 
-/// What programs keep for themselves in comments.
+/// Returns whether a program has stored data for its own use in the comment.
 bool isTechnical(const LanguageText& text) {
   static constexpr std::array<std::string_view, 3> beginnings{"iTun", "ID3v1", "Songs-DB"};
   return std::ranges::any_of(beginnings,
                              [&](auto beginning) { return text.description.starts_with(beginning); });
 }
 
-/// The one among the comments, or lyrics, that is the field's: the first without a description, else the
-/// first that is not technical. Nothing but blanks is no comment.
+/// Returns the frame that the comment, or the lyrics, are read from: the first without a description, else
+/// the first that is not technical. Ignores blank texts. Returns nullptr if there is none.
 template <class TagType>
 auto languageTextOf(TagType& tag, std::string_view identifier) -> decltype(tag.frames.data()) {
   decltype(tag.frames.data()) found = nullptr;
@@ -70,7 +70,8 @@ auto languageTextOf(TagType& tag, std::string_view identifier) -> decltype(tag.f
   return found;
 }
 
-/// One that says nothing, whose place a new one can take; or nullptr.
+/// Returns the first frame with a blank text and no description, in which a new text can be written, or
+/// nullptr.
 Frame* blankLanguageTextOf(Tag& tag, std::string_view identifier) {
   const auto frame = std::ranges::find_if(tag.frames, [&](const Frame& one) {
     const auto* text = one.identifier == identifier ? std::get_if<LanguageText>(&one.content) : nullptr;
@@ -91,8 +92,8 @@ auto coverOf(TagType& tag) -> decltype(tag.frames.data()) {
   return first;
 }
 
-/// Returns the frame whose picture a new front cover replaces, or nullptr: the front cover, with or without
-/// data, or the picture that is shown in its place if its type is unspecified.
+/// Returns the frame whose picture a new front cover replaces, or nullptr if it replaces none. This is the
+/// front cover, even one without data, else the picture that is shown as the artwork if its type is "other".
 template <class TagType>
 auto replacedPictureOf(TagType& tag) -> decltype(tag.frames.data()) {
   const auto shown = coverOf(tag);
@@ -104,8 +105,8 @@ auto replacedPictureOf(TagType& tag) -> decltype(tag.frames.data()) {
   return shown != nullptr && typeOf(*shown) == otherPicture ? shown : nullptr;
 }
 
-/// Puts the frame in the place of the first of those that `isOld` picks, or behind all others, and removes
-/// the rest of them.
+/// Removes all frames that `isOld` accepts. Inserts the replacement, if any, in the place of the first of
+/// them, or at the end if there were none.
 template <class Predicate>
 void replaceFrames(Tag& tag, Predicate isOld, std::optional<Frame> replacement) {
   std::vector<Frame> frames;
@@ -156,7 +157,7 @@ void setNumber(Tag& tag, TagField field, const TagSet::Number& number) {
     Position position = positionIn(firstValue(tag, identifierOf(field)));
     position.part(isTotal(field)) = std::move(text);
     text = position.text();
-    // Other positions in the frame stay if it does.
+    // Keep further positions in the frame, unless the frame is removed.
     bool isFirst = true;
     forEachValue(text.empty() ? "" : old, [&](std::string_view value) {
       if (isBlank(value)) return;
@@ -173,7 +174,7 @@ void setArtwork(Tag& tag, const std::optional<Artwork>& artwork) {
   }
   Frame* frame = replacedPictureOf(tag);
   if (frame == nullptr) {
-    // Many players show the first picture.
+    // Insert before other pictures, because many players show the first one.
     const auto first = std::ranges::find(tag.frames, identifierOf(TagField::artwork), &Frame::identifier);
     frame = &*tag.frames.insert(first, {.identifier = "APIC", .content = Picture{"", frontCover, "", {}}});
   }

@@ -7,34 +7,34 @@
 #include "ID3v2/Tag.h"
 #include "QuillmarkKit/model/TagSet.h"
 
-/// A tag as the ID3v2 standards mean it, to and from the fields of a tag set. Frames that no field is read
-/// from stay as they are whatever happens here.
+/// Converts tags to fields and back by the ID3v2 standards. Frames that belong to no field are never changed.
 namespace QuillmarkKit::LosslessConversion {
 
-/// The fields that the tag holds, normalised. Several values of a text stand with U+0000 between them.
+/// Returns the fields of the tag, normalised. Several values of a text are separated by U+0000.
 TagSet fieldsOf(const ID3v2::Tag& tag);
 
-/// Gives the selected fields the values that they have in `wanted` and removes absent ones. Only frames of
-/// these fields change, each in its place. New frames follow the others, except a front cover, which is put
-/// in front of other pictures.
+/// Sets the selected fields to their values in `wanted` and removes absent ones. Only frames of these fields
+/// change, and they keep their places. New frames are added at the end, except that a front cover is inserted
+/// before other pictures.
 void setFields(ID3v2::Tag& tag, const TagSet& wanted, TagFields selected);
 
-/// Returns whether the picture that the artwork is read from stays when another artwork is set.
+/// Returns whether the picture that the artwork is read from stays in the tag when new artwork is set.
 bool keepsShownPicture(const ID3v2::Tag& tag);
 
-/// Returns the tag set as it is read from a tag that it was written into: a genre "17" is the genre Rock, and
-/// a year of five digits has no place.
+/// Returns the tag set as it would be read from a tag that it was written into: the genre "17" becomes
+/// "Rock", and a year of five digits is cut off after four.
 TagSet asRead(const TagSet& tags);
 
-/// Returns what the tag says about a field that no value of the field can say, such as a picture of another
-/// format or the disc "A", or nothing if the field has a value or the tag says nothing. `values` are the
-/// fields of the tag.
+/// Returns a description of the data that the tag has for the field and that no field value can represent,
+/// such as a picture of another format or the disc number "A". Returns nothing if there is no such data or
+/// the field has a value. `values` must be the fields of the tag.
 std::optional<std::string> uncarried(const ID3v2::Tag& tag, const TagSet& values, TagField field);
 
-/// Returns whether the field shares a frame that cannot be read with a field that is not among `fields`.
+/// Returns whether the field's frame cannot be read and also contains a field that is not among `fields`, as
+/// a track number and its total are in one frame.
 bool sharesUnreadFrame(const ID3v2::Tag& tag, TagField field, TagFields fields);
 
-/// The kind of value that the field takes, as in "expected a number".
+/// Returns the kind of value that the field takes, as in "expected a number".
 std::string_view expectedValue(TagField field);
 
 }  // namespace QuillmarkKit::LosslessConversion

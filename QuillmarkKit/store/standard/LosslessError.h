@@ -6,23 +6,26 @@
 
 namespace QuillmarkKit {
 
-/// Something that would be lost, which --lossless does not do.
+/// Thrown by --lossless and --whole-tag if something would be lost or cannot be read or written.
 class LosslessError : public std::exception {
  public:
-  /// A file that a write would take something from.
+  /// Returns the error for a file that would lose `what` in a write.
   static LosslessError cannotKeep(const std::filesystem::path& url, const std::string& what);
-  /// A file whose APE tag players would no longer show.
+  /// Returns the error for a file whose APE tag a new ID3v2 tag would hide from players.
   static LosslessError hidesAPETag(const std::filesystem::path& url);
-  /// A file with an ID3v2 tag that is not at its start.
+  /// Returns the error for a file with other data before its ID3v2 tag.
   static LosslessError tagIsNotInFront(const std::filesystem::path& url);
-  /// A part of a source that may hold what is to be carried.
+  /// Returns the error for a source with an unreadable part, `what`, that may contain one of the fields to
+  /// write.
   static LosslessError cannotRead(const std::filesystem::path& url, const std::string& what);
-  /// A value of a source that no field of another file can hold, and what the field takes.
+  /// Returns the error for a value of a source, `what`, that cannot be written into other files. `expected`
+  /// is the kind of value that the field takes.
   static LosslessError cannotCarry(const std::filesystem::path& url, const std::string& what,
                                    std::string_view expected);
-  /// A source whose tag, or a part of it, cannot be copied whole: `what` is a clause about it.
+  /// Returns the error for a source whose tag cannot be copied whole. `what` is a clause with the reason.
   static LosslessError cannotCopyTag(const std::filesystem::path& url, const std::string& what);
-  /// A value that was asked for and that no tag can hold.
+  /// Returns the error for a given value, `what`, that no tag can contain. `expected` is the kind of value
+  /// that the field takes.
   static LosslessError cannotWrite(const std::string& what, std::string_view expected);
 
   const char* what() const noexcept override { return description_.c_str(); }

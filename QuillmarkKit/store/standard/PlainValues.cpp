@@ -11,13 +11,13 @@ namespace QuillmarkKit::PlainValues {
 
 namespace {
 
-/// Returns the number without leading zeros, or a text that is not a number as it is.
+/// Returns a number without leading zeros, and any other text unchanged.
 std::string plainNumber(std::string_view text) {
   const auto number = platform::Strings::decimalInteger(text);
   return number ? std::to_string(*number) : std::string(text);
 }
 
-/// Returns what "R&B" and "R And B", "Hip-Hop" and "Hip Hop" have in common.
+/// Returns the genre in a form that is equal for "R&B" and "R And B", and for "Hip-Hop" and "Hip Hop".
 std::string squashed(std::string_view genre) {
   std::string letters;
   for (const char c : genre) {
@@ -30,10 +30,10 @@ std::string squashed(std::string_view genre) {
   return letters;
 }
 
-/// Returns a value of a text frame in the same form for all ways to write it.
+/// Returns the value of a text frame in the form that is the same for all its spellings.
 std::string plainValue(std::string_view identifier, std::string_view value) {
   value = platform::Strings::trimmingBlanks(value);
-  // Nothing but a line break counts, because it may be a part of something else.
+  // Keep a value that is only a line break, because it may be a part of another value.
   const std::string_view trimmed = platform::Strings::trimmingWhiteSpace(value);
   if (!trimmed.empty()) value = trimmed;
   if (identifier == "TCON") return squashed(value);
@@ -74,7 +74,7 @@ std::string plainLanguage(std::string_view language) {
     const char lower = platform::Strings::toASCIILower(c);
     if (lower >= 'a' && lower <= 'z') plain += lower;
   }
-  // The codes of ID3v2.4.0 (structure §4) and of ISO 639-2 for a language that is not known.
+  // The codes for an unknown language in ID3v2.4.0 (structure §4) and in ISO 639-2.
   return plain == "xxx" || plain == "und" ? "" : plain;
 }
 

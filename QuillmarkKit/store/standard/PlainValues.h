@@ -3,18 +3,18 @@
 #include <string>
 #include <string_view>
 
-/// Text frames in a form that is the same for all ways to write a value: 03/12 and 3/12, "R&B" and "R And B",
-/// spaces and line breaks at the end, languages in capitals.
+/// Converts values to a form in which all spellings of a value are equal: 03/12 and 3/12, "R&B" and "R And
+/// B", spaces and line breaks at the end, languages in capitals.
 namespace QuillmarkKit::PlainValues {
 
-/// Returns the values of a text frame in that form, each once, with U+0000 between them.
+/// Returns the values of a text frame in that form, each once, separated by U+0000.
 std::string plainText(std::string_view identifier, std::string_view text);
 
-/// Returns the code of a language (ISO 639-2) in lower case, or an empty text for a code of an unknown
-/// language.
+/// Returns the code of a language (ISO 639-2) in lower case, or an empty text if it is the code for an
+/// unknown language.
 std::string plainLanguage(std::string_view language);
 
-/// Returns whether two texts of frames with that identifier have the same values.
+/// Returns whether two texts of frames with this identifier have the same values in that form.
 bool saySame(std::string_view identifier, std::string_view before, std::string_view after);
 
 }  // namespace QuillmarkKit::PlainValues

@@ -17,8 +17,9 @@ namespace QuillmarkKit {
 
 namespace {
 
-/// Returns the padding after header and frames of that size, in bytes. If the audio need not move, or moves
-/// by whole blocks, file systems that can share blocks do not have to copy it.
+/// Returns the padding in bytes for a header and frames of `size` bytes that replace a tag of `oldSize`
+/// bytes. It lets the audio stay where it is, or moves it by whole blocks, so that file systems that can
+/// share blocks need not copy it.
 std::size_t paddingFor(std::size_t size, std::uint64_t oldSize) {
   constexpr std::size_t mostRoom = 0x10000;
   constexpr std::size_t leastRoom = 0x400;
@@ -28,8 +29,8 @@ std::size_t paddingFor(std::size_t size, std::uint64_t oldSize) {
   return leastRoom + (blockSize - tooFar) % blockSize;
 }
 
-/// Returns the tag as bytes, in the place of a tag of `oldSize` bytes. Throws LosslessError unless they
-/// contain everything in the tag, with the wanted values as its fields.
+/// Returns the tag as bytes that replace a tag of `oldSize` bytes. Throws LosslessError if a reading of these
+/// bytes lacks something in the tag or does not have the wanted values.
 platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, std::uint64_t oldSize,
                               const std::filesystem::path& url) {
   ID3v2::Written written = ID3v2::write(tag, [&](std::size_t size) { return paddingFor(size, oldSize); });
@@ -52,12 +53,12 @@ platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, std::
 
 StandardTag::StandardTag(MP3File& file)
     : path_(file.path()), file_(readTags(file)), tags_(LosslessConversion::fieldsOf(file_.tag)) {
-  // The frames keep alive what they need of the bytes.
+  // The frames keep alive the bytes that they need.
   file.dropTagBytes();
 }
 
-/// Returns those of the fields that the tag says something about which their values cannot say, and which can
-/// be removed without another field.
+/// Returns those of the fields whose data in the tag no field value can represent and that can be removed
+/// without another field.
 TagFields StandardTag::uncarriedFields(TagFields fields) const {
   TagFields uncarried;
   for (const TagField field : allTagFields) {
@@ -98,7 +99,7 @@ OpenTag::SourceNotes StandardTag::sourceNotes(TagFields fields) const {
           .beyondFields = QuillmarkKit::beyondFields(file_.tag)};
 }
 
-/// Returns a sentence about values of these fields that no listing shows and that a write removes.
+/// Returns a sentence about the values of these fields, which no listing shows and which a write removes.
 std::string StandardTag::losses(TagFields uncarried) const {
   std::string sentence;
   for (const TagField field : allTagFields) {
@@ -123,7 +124,7 @@ NewTag StandardTag::changedBy(const TagChange& change) {
   NewTag made{.bytes = {}, .audioStart = file_.audioStart, .losses = losses(uncarried)};
   made.keepsArtwork = changed.contains(TagField::artwork) && change.tags.artwork &&
                       LosslessConversion::keepsShownPicture(file_.tag);
-  // v2.2 is not written.
+  // v2.2 can only be read.
   if (file_.tag.version == 2) file_.tag.version = 3;
   LosslessConversion::setFields(file_.tag, change.tags, changed);
   if (!file_.tag.frames.empty()) made.bytes = bytesOf(file_.tag, change.tags, file_.audioStart, path_);
@@ -133,7 +134,8 @@ NewTag StandardTag::changedBy(const TagChange& change) {
 TagSet acceptedTags(const TagSet& tags, TagFields fields) {
   TagSet held = LosslessConversion::asRead(tags);
   for (const TagField field : allTagFields) {
-    // A text may be written in another form; a number is that number, and a picture that picture.
+    // A text may be read in another form than it was given, but a number must be the same, and a picture must
+    // be present.
     const bool isKept = dispatch(
         field, [](TextMember) { return true; },
         [&](NumberMember number) { return held.*number == tags.*number; },

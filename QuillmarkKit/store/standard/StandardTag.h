@@ -6,12 +6,12 @@
 
 namespace QuillmarkKit {
 
-/// A tag as the ID3v2 standards mean it; where there is none, the ID3v1 tag at the file's end. A new tag is
-/// ID3v2.3: the frames of the fields that differ change, and every other frame says what it said before.
-/// Refuses with LosslessError, which names the file, whatever would lose something.
+/// A tag as the ID3v2 standards define it or, if there is none, the ID3v1 tag at the end of the file. A
+/// change keeps the version of the tag, except that v2.2 becomes v2.3, and all frames but those of the fields
+/// that differ. Throws LosslessError, which names the file, if anything else would be lost.
 class StandardTag : public OpenTag {
  public:
-  /// Throws what MP3File throws.
+  /// Throws the errors of MP3File.
   explicit StandardTag(MP3File& file);
 
   const TagSet& tags() const override { return tags_; }
@@ -20,7 +20,7 @@ class StandardTag : public OpenTag {
   UncarriedValues uncarried() const override;
   SourceNotes sourceNotes(TagFields fields) const override;
   bool isLossless() const override { return true; }
-  /// Returns an empty tag if no frame would be left.
+  /// Returns a new tag without bytes if no frame would be left.
   NewTag changedBy(const TagChange& change) override;
 
  private:
@@ -32,8 +32,8 @@ class StandardTag : public OpenTag {
   TagSet tags_;
 };
 
-/// Returns the tags in the form in which a tag returns them after they are written. Throws LosslessError if
-/// no tag can hold one of the fields.
+/// Returns the tags as they would be read after they are written. Throws LosslessError if no tag can contain
+/// the value of one of the fields.
 TagSet acceptedTags(const TagSet& tags, TagFields fields);
 
 }  // namespace QuillmarkKit

@@ -14,7 +14,7 @@ namespace Strings = platform::Strings;
 
 namespace {
 
-/// By number (ID3v2.4.0 frames §4.14).
+/// The names of picture types by their numbers (ID3v2.4.0 frames §4.14).
 constexpr std::array<std::string_view, 21> pictureTypes{
     "other picture", "file icon",     "other file icon",  "front cover", "back cover",  "leaflet page",
     "media",         "lead artist",   "artist",           "conductor",   "band",        "composer",
@@ -22,7 +22,8 @@ constexpr std::array<std::string_view, 21> pictureTypes{
     "illustration",  "artist's logo", "publisher's logo",
 };
 
-/// Told by the picture itself, as what is said of it may be wrong; else "image/jxl" as "JXL".
+/// Returns the format by the signature of the data, because the MIME type may be wrong. If no signature
+/// matches, returns a name from the MIME type, such as "JXL" for "image/jxl".
 std::string formatOf(const ID3v2::Picture& picture) {
   static constexpr std::array signatures = std::to_array<std::pair<std::string_view, std::string_view>>(
       {{platform::jpegSignature, "JPEG"},
@@ -83,7 +84,7 @@ std::string nameOf(std::string_view identifier) {
   if (field == FieldFrames::identifiers.end()) return std::string(identifier);
   const std::string name =
       nameInSentence(allTagFields[static_cast<std::size_t>(field - FieldFrames::identifiers.begin())]);
-  // A track's number and total stand in one frame.
+  // One frame contains the number and the total of a track.
   return name.substr(0, name.find(" number"));
 }
 

@@ -7,19 +7,20 @@
 #include "ID3v2/Tag.h"
 #include "QuillmarkKit/model/TagField.h"
 
-/// Parts of a tag in words, for messages of one line.
+/// Describes parts of a tag for messages of one line.
 namespace QuillmarkKit::TagDescriptions {
 
-/// The text between quotation marks, on one line, its values with " / " between them, what is beyond 60
-/// characters as "…".
+/// Returns the text in quotation marks, on one line, with " / " between its values and "…" in place of the
+/// text after 60 characters.
 std::string inQuotes(std::string_view text);
 
-/// "front cover", by its number in the frame.
+/// Returns the name of the picture type with this number, such as "front cover" for 3.
 std::string_view pictureType(std::uint8_t number);
-/// "front cover, JPEG, 48213 bytes".
+/// Returns a description such as "front cover, JPEG, 48213 bytes".
 std::string describe(const ID3v2::Picture& picture);
 
-/// What people call the frames of that identifier, such as "title" or, where it has no name, "TSOP".
+/// Returns the name of the field that frames with this identifier contain, such as "title", or the identifier
+/// itself if they contain none, such as "TSOP".
 std::string nameOf(std::string_view identifier);
 
 }  // namespace QuillmarkKit::TagDescriptions

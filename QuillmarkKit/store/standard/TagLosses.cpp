@@ -29,7 +29,7 @@ using TagDescriptions::inQuotes;
 
 namespace {
 
-/// A year has four digits in one tag, and as many as it takes in another.
+/// Returns the date without leading zeros: tags differ in whether they pad a year to four digits.
 std::string_view withoutZerosInFront(std::string_view date) {
   while (date.size() > 1 && date[0] == '0' && platform::Strings::isASCIIDigit(date[1])) date.remove_prefix(1);
   return date;
@@ -61,7 +61,7 @@ class Comparison {
   }
 
  private:
-  /// Losses of one kind, which are told together.
+  /// Losses of one kind, which are reported together.
   struct Group {
     std::string one;
     std::string many;
@@ -72,7 +72,7 @@ class Comparison {
     constexpr std::size_t limit = 5;
     std::string text;
     for (std::size_t i = 0; i < names.size() && i <= limit; ++i) {
-      // What describes a picture has commas of its own.
+      // Descriptions of pictures contain commas.
       if (i > 0) text += names[i].starts_with('"') ? ", " : "; ";
       text += i < limit ? names[i] : "…";
     }
@@ -87,7 +87,7 @@ class Comparison {
 
   void tellText(std::string_view what, std::string_view before, std::string_view after) {
     const std::string told = std::string(what) + " " + inQuotes(before);
-    // A text that only looks the same has become something that other readers do not understand.
+    // If the new text only looks the same, other readers do not understand it, so the old one is lost.
     if (TagTexts::isBlank(after) || inQuotes(before) == inQuotes(after)) {
       drop("the " + told, "", "");
     } else {
@@ -95,13 +95,13 @@ class Comparison {
     }
   }
 
-  /// Whether an equal frame says the same in whatever form it is.
+  /// Returns whether an equal frame has the same meaning whatever the version of its tag.
   static bool isWholeByItself(const Frame& frame) {
     return !std::holds_alternative<ID3v2::Chapter>(frame.content) &&
            !std::holds_alternative<ID3v2::TableOfContents>(frame.content);
   }
 
-  /// Whether the frame is there as it is, as most are, and mostly behind the one that was there before.
+  /// Returns whether an equal frame exists; tries the next position first, where most are.
   bool isThere(const Frame& frame) {
     const std::vector<Frame>& frames = found_.frames;
     const bool isNext = next_ < frames.size() && frames[next_] == frame;
@@ -112,8 +112,8 @@ class Comparison {
     return true;
   }
 
-  /// Returns the flags of a frame in the other tag that has the same identifier and content, if possible also
-  /// the same form; nothing if there is none.
+  /// Returns the flags of a frame in the other tag with the same identifier and content, or nothing if there
+  /// is none. Prefers a frame with the same flags of form.
   std::optional<std::uint16_t> flagsOfSame(const Frame& frame) const {
     const auto hasContent = [&](const Frame& other) {
       return other.identifier == frame.identifier && other.content == frame.content;
@@ -126,11 +126,11 @@ class Comparison {
     return same != nullptr ? std::optional(same->flags) : std::nullopt;
   }
 
-  /// Such a frame is written as it was, or listed with the parts that cannot be read.
+  /// Does nothing: a frame that cannot be read is written as it was, or reported as an unreadable part.
   void compare(const Frame&, const ID3v2::Unread&) {}
 
-  /// A frame without content says nothing. In a frame whose bytes stay as they were, flags can get another
-  /// meaning, because v2.3 has them at other places than v2.4.
+  /// Ignores frames without content. Compares flags, too: v2.3 and v2.4 have them at different positions, so
+  /// flags can change their meaning in a frame whose bytes stay the same.
   void compare(const Frame& frame, const ID3v2::Opaque& opaque) {
     static constexpr std::array names =
         std::to_array<std::pair<std::uint16_t, std::string_view>>({{ID3v2::compressionFlag, "compression"},
@@ -146,7 +146,7 @@ class Comparison {
     }
   }
 
-  /// Text frames of one identifier count together: several of them are several values.
+  /// Compares all text frames of an identifier at once, because several frames mean several values.
   void compare(const Frame& frame, const ID3v2::Text&) {
     const std::string& identifier = frame.identifier;
     if (FieldFrames::isOfTheDate(identifier) || !comparedTexts_.insert(identifier).second) return;
@@ -190,8 +190,8 @@ class Comparison {
     }
   }
 
-  /// A chapter with its frames inside, which v2.4 measures otherwise than v2.3: moved as it is from the one
-  /// to the other, they are lost to most readers.
+  /// Compares frames that contain other frames. v2.3 and v2.4 encode the sizes of the inner frames
+  /// differently, so most readers lose inner frames that were copied unchanged from v2.4 to v2.3.
   template <class Parent>
   void compareParent(const Frame& frame, const Parent& parent) {
     const auto isSame = [&](const Frame& other) {
@@ -216,7 +216,7 @@ class Comparison {
   const Tag& found_;
   FrameIndex expectedIndex_;
   FrameIndex foundIndex_;
-  /// The place after the frame that was found last.
+  /// The position after the frame that was found last.
   std::size_t next_ = 0;
   std::set<std::string> comparedTexts_;
   std::vector<Group> groups_;
@@ -235,8 +235,8 @@ std::string joined(const std::vector<std::string>& items) {
   return text;
 }
 
-/// Removes the description and the language of a comment and the description of a picture in whose place
-/// another one was asked for: they go with it.
+/// Clears the description and language of a comment or of lyrics, and the description of a picture, if the
+/// change replaces them: their loss is expected.
 void forgetOldDescriptions(Tag& tag, const TagSet& wanted, TagFields asked) {
   TagFields rest = asked;
   const auto isReplaced = [&](TagField field, bool isNew) {
@@ -259,7 +259,8 @@ void forgetOldDescriptions(Tag& tag, const TagSet& wanted, TagFields asked) {
   }
 }
 
-/// Returns a clause about a date of v2.4 that stays in the tag although it got another year, or nothing.
+/// Returns a clause about a date of v2.4 that stays in the tag although the year has changed, or an empty
+/// text.
 std::string oldDateBeside(const Tag& tag, const TagSet::Number& year, TagFields asked) {
   const std::string date = TagTexts::firstValue(tag, "TDRC");
   if (!year || !asked.contains(TagField::year) || date.empty() || TagTexts::yearIn(date) == year) return "";

@@ -8,26 +8,27 @@
 #include "QuillmarkKit/store/standard/FileTags.h"
 #include "platform/base/Bytes.h"
 
-/// What one tag says and another does not, in words for people. Differences of form alone do not count: 03/12
-/// and 3/12, (17) and Rock, blanks at the ends, encodings, a language that is not named.
+/// Describes, for people, the data of one tag that another tag lacks. Differences of form are ignored: 03/12
+/// and 3/12, (17) and Rock, blanks at the ends, encodings, unknown languages.
 namespace QuillmarkKit::TagLosses {
 
 struct Losses {
-  /// What is gone, such as "2 comments ("iTunNORM", "iTunSMPB")" and "the title "Kyrie"".
+  /// Descriptions of missing data, such as "2 comments ("iTunNORM", "iTunSMPB")" and "the title "Kyrie"".
   std::vector<std::string> dropped;
-  /// What says something else now, such as "genre "R&B (Soul)" becomes "(Soul)"".
+  /// Descriptions of data with another meaning, such as "genre "R&B (Soul)" becomes "(Soul)"".
   std::vector<std::string> changed;
 };
 
 Losses between(const ID3v2::Tag& expected, const ID3v2::Tag& found);
 
-/// What a write takes from a file that it was not asked to take, as a sentence without its subject; empty
-/// when nothing. It was asked to give the `asked` fields the values that they have in `wanted`.
+/// Returns the data that a write removes from a file although the change does not concern it, as a sentence
+/// without its subject; empty if there is none. The change sets the `asked` fields to their values in
+/// `wanted`.
 std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
                       const platform::SharedBytes& newTag);
 
-/// What of the selected fields the tags say otherwise than the tag set that was read from them, as such a
-/// sentence: "its date 2004-05-06 is not read as a year."
+/// Returns the selected fields whose values in `read` differ from those in the tags, as a sentence such as
+/// "its date 2004-05-06 is not read as a year."; empty if there are none.
 std::string ofReading(const FileTags& tags, const TagSet& read, TagFields selected);
 
 }  // namespace QuillmarkKit::TagLosses

@@ -21,7 +21,8 @@ bool isDigits(std::string_view text) {
   return !text.empty() && std::ranges::all_of(text, Strings::isASCIIDigit);
 }
 
-/// The name that a reference in a genre text stands for: a number, "RX" or "CR".
+/// Returns the genre that a reference in a genre text denotes, or nothing. References are numbers, "RX" and
+/// "CR".
 std::optional<std::string_view> referredGenre(std::string_view reference) {
   if (reference == "RX") return "Remix";
   if (reference == "CR") return "Cover";
@@ -30,10 +31,10 @@ std::optional<std::string_view> referredGenre(std::string_view reference) {
   return ID3v2::genreNames[static_cast<std::size_t>(*number)];
 }
 
-/// Values that have been met; to look for one in the text that they make would take as long as that is.
+/// Values found so far. A search in the text itself would take time in proportion to its length.
 using KnownValues = std::unordered_set<std::string_view>;
 
-/// Calls the operation with the genres that one value of a genre text names.
+/// Calls the operation with each genre in one value of a genre text.
 void forEachGenre(std::string_view value, const std::function<void(std::string_view)>& operation) {
   value = Strings::trimmingWhiteSpace(value);
   if (const auto name = referredGenre(value)) return operation(*name);
@@ -44,7 +45,7 @@ void forEachGenre(std::string_view value, const std::function<void(std::string_v
     operation(*name);
     value.remove_prefix(end + 1);
   }
-  // A genre that begins with a parenthesis has it doubled.
+  // A genre that starts with a parenthesis is written with a second one.
   if (value.starts_with("((")) value.remove_prefix(1);
   if (!isBlank(value)) operation(value);
 }

@@ -9,36 +9,38 @@
 #include "ID3v2/Tag.h"
 #include "QuillmarkKit/model/TagSet.h"
 
-/// What the texts of frames say: lists of values, genres, years, positions.
+/// Interprets the texts of frames: lists of values, genres, years, positions.
 namespace QuillmarkKit::TagTexts {
 
-/// Whether there is nothing but white space and U+0000.
+/// Returns whether the text contains only white space and U+0000.
 bool isBlank(std::string_view text);
 
-/// Calls the operation with each value of the text; U+0000 stands between them.
+/// Calls the operation with each value of the text. Values are separated by U+0000.
 void forEachValue(std::string_view text, const std::function<void(std::string_view)>& operation);
 void addValue(std::string& text, std::string_view value);
 
-/// Returns the text of these text frames, whose values count together.
+/// Returns the text of the first of these frames that is not empty, followed by the values that it does not
+/// have and later frames do.
 std::string joined(const std::vector<const ID3v2::Text*>& frames);
-/// The text of the tag's text frames of that identifier. There should be one; what others add stands behind
-/// it.
+/// Returns the joined text of the tag's text frames with this identifier. There should be only one.
 std::string textOf(const ID3v2::Tag& tag, std::string_view identifier);
-/// The first value of that text that is not blank, without blanks at its ends.
+/// Returns the first value of that text that is not blank, trimmed; empty if there is none.
 std::string firstValue(const ID3v2::Tag& tag, std::string_view identifier);
 
-/// The genres that a genre text (TCON) names, numbers as names (ID3v2.3.0 §4.2.1, ID3v2.4.0 frames §4.2.3).
+/// Returns the genres in a genre text (TCON), with names in place of numbers (ID3v2.3.0 §4.2.1, ID3v2.4.0
+/// frames §4.2.3).
 std::string genresIn(std::string_view text);
-/// The genre text that names these genres, as ID3v2.3 has it.
+/// Returns the genre text of these genres in the form of ID3v2.3.
 std::string genreText(std::string_view genres);
 
-/// The year of a date: that of seconds since 1970 where it has nine or ten digits, as the engine's v2.4 tags
-/// do, else the first four digits of its first run of four or more.
+/// Returns the year of a date, or nothing if it has none. Nine or ten digits are seconds since 1970, as in
+/// v2.4 tags by the engine. In other dates, the year is the first four digits of the first run of four or
+/// more.
 std::optional<std::int64_t> yearIn(std::string_view date);
-/// The year with four digits where these are enough.
+/// Returns the year, padded with zeros to four digits.
 std::string yearText(std::int64_t year);
 
-/// A track or disc text (ID3v2.3.0 §4.2.1): what stands before and behind the slash, without blanks.
+/// The texts before and after the slash of a track or disc text (ID3v2.3.0 §4.2.1), trimmed.
 struct Position {
   std::string number;
   std::string total;
@@ -48,7 +50,8 @@ struct Position {
 };
 Position positionIn(std::string_view text);
 
-/// Returns the date in the tag, from the year to the second, as far as it goes; empty if there is none.
+/// Returns the date in the tag, from the year to the second, as precise as the tag has it; empty if there is
+/// none.
 std::string dateIn(const ID3v2::Tag& tag);
 
 }  // namespace QuillmarkKit::TagTexts
