@@ -4,8 +4,8 @@
 
 namespace QuillmarkKit {
 
-/// Keeps tag sets as ID3v2.3 tags by way of the engine. Frames that no tag set holds stay in a file through
-/// every write, byte for byte. Also throws ID3FrameError, which names the file, too.
+/// Reads and writes tags with the engine; new tags are ID3v2.3. A write keeps the frames of v2.3 and v2.4
+/// that belong to no field, byte for byte. Also throws ID3FrameError, which names the file.
 class ID3TagEditorStore : public MP3TagStore {
  public:
   explicit ID3TagEditorStore(bool preservesDate);

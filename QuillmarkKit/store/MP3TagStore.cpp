@@ -19,7 +19,8 @@ using ID3TagEditor::ID3TagEditorError;
 
 namespace {
 
-/// Runs an operation on the file; an error of the engine gets the file's name.
+/// Returns the operation's result. Throws TagFileError, which names the file, in place of an error of the
+/// engine.
 template <class Operation>
 auto naming(MP3File& file, Operation operation) {
   try {
@@ -78,7 +79,7 @@ class MP3TagStore::Edit : public TagEdit {
   NewTag newTag(const TagChange& change, bool reportsLosses) {
     std::optional<FileTags> old;
     if (reportsLosses && !tag_->isLossless()) old = readTags(file_);
-    // Values of other fields can differ too, because to read and trim a text can take two turns to settle.
+    // Fields that are not selected can differ too: normalising a text a second time can trim more of it.
     const TagFields asked = current().differing(change.tags).intersection(change.selected);
     NewTag made = tag_->changedBy(change);
     if (made.bytes.empty()) throw ID3TagEditorError(ID3TagEditorError::invalidTagData);
@@ -138,7 +139,8 @@ void MP3TagStore::addNotes(Source& source, MP3File& file, const OpenTag& tag, Ta
 void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) const {
   platform::ReplacementRun run;
   MP3File file = open(to);
-  // Frames that no field is kept in can be written without the engine, which would check the name.
+  // The name is not checked for an empty tag set: frames that belong to no field are written without the
+  // engine, which has this requirement.
   if (!tags.isEmpty()) requireMP3Name(file);
   Edit edit(*this, std::move(file), run);
   edit.plan({.tags = tags, .selected = TagFields::all}, false);

@@ -10,33 +10,36 @@
 
 namespace QuillmarkKit {
 
-/// Keeps tag sets in MP3 files, whose tags it reads and writes in one of several ways. A file is opened once,
-/// and its tag is read once, for its whole way from the first look to the replacement. Errors name the file:
-/// TagStoreError (not an MP3), TagFileError (not named .mp3, or its tag cannot be made),
-/// platform::FileConflict, platform::FileError, and those of the way in which the tag is read.
+/// Reads and writes the tags of MP3 files. Derived classes choose the class of OpenTag that does so. A file
+/// is opened once and its tag is read once, even if it is then replaced. Errors name the file: TagStoreError
+/// (not an MP3), TagFileError (not named .mp3, or its tag cannot be made), platform::FileConflict,
+/// platform::FileError, and the errors of the OpenTag.
 ///
-/// Operations change nothing in the store, so several threads can use one store, each with a ReplacementRun
-/// of its own, as long as no thread changes the settings.
+/// Several threads can use one store, each with a ReplacementRun of its own, as long as no thread changes the
+/// settings.
 class MP3TagStore : public TagStore {
  public:
-  /// Returns the tags, normalised; an empty tag set for an MP3 without a tag. Reads nothing of the audio.
+  /// Returns the tags, normalised, or an empty tag set if the MP3 has no tag. Does not read through the
+  /// audio.
   TagSet read(const std::filesystem::path& from) const final;
-  /// Replaces the file's tag in one step; after any failure the file is as it was. Throws FileConflict if
-  /// another program changes the file meanwhile. Leaves nothing else in the folder and returns after the
-  /// change has reached the disk.
+  /// Replaces the file atomically by one with the new tag: it is always the old file or the complete new one.
+  /// Throws FileConflict if another program changes the file meanwhile. Leaves no temporary files, and
+  /// returns after the change has reached the disk.
   void write(const TagSet& tags, const std::filesystem::path& to) const final;
   std::unique_ptr<TagEdit> edit(const std::filesystem::path& file, platform::ReplacementRun& run) const final;
   Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
                 bool acceptsUncarried) const final;
 
-  /// Returns the tags as `read` does, with `losses` and `beyondFields` of all fields.
+  /// Returns the tags as `read` does, and the `losses` and `beyondFields` of all fields.
   Source readWithNotes(const std::filesystem::path& from) const;
-  /// Throws what `read` throws about the file if it is missing or is not an MP3; reads no tag.
+  /// Throws TagStoreError, TagFileError or platform::FileError if the file cannot be opened, is not an MP3 or
+  /// is not named .mp3. Does not read its tag.
   static void requireMP3(const std::filesystem::path& file);
 
-  /// Whether a write gives the file its earlier modification date back.
+  /// Whether a write preserves the modification date of the file.
   bool preservesModificationDate;
-  /// Whether a file that is written stays as it was beside the new one, under its name followed by ".orig".
+  /// Whether a write keeps the old file, under its name followed by ".orig". An earlier backup is not
+  /// replaced.
   bool keepsBackup = false;
 
  protected:
@@ -44,7 +47,8 @@ class MP3TagStore : public TagStore {
   MP3TagStore(TagOpener openTag, bool preservesDate)
       : preservesModificationDate(preservesDate), openTag_(std::move(openTag)) {}
 
-  /// Called for a file that is not an MP3 nor of another known format, to throw an error that says more.
+  /// Called if a file is neither an MP3 nor of another known format. May throw an error with a better
+  /// explanation; if it returns, TagStoreError is thrown.
   virtual void explainUnsupported(const std::filesystem::path&) const {}
 
  private:

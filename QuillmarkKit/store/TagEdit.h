@@ -7,30 +7,29 @@
 
 namespace QuillmarkKit {
 
-/// A change of one file's tags, from the first look at the file to its replacement: `current`, then
-/// `isNeeded` and `plan` for the same change, then `commit`. Destroyed without `commit`, it leaves the file
-/// as it was.
+/// A change of one file's tags, from reading them to replacing the file. Call `current`, then `isNeeded` and
+/// `plan` with the same change, then `commit`. The file is unchanged until `commit`.
 class TagEdit {
  public:
   virtual ~TagEdit() = default;
 
-  /// The tags that the file held when it was opened.
+  /// Returns the tags that the file had when it was opened.
   virtual const TagSet& current() const = 0;
-  /// Returns whether the change would change the file.
+  /// Returns whether the change requires the file to be rewritten.
   virtual bool isNeeded(const TagChange& change) const = 0;
   struct Plan {
-    /// What the file would lose, as a sentence without its subject; empty if nothing, or not asked for.
+    /// The data that the file would lose, as a sentence without its subject; empty if there is none or losses
+    /// are not reported.
     std::string losses = {};
-    /// Whether the artwork that the file has stays in it, although it gets another.
+    /// Whether the old artwork stays in the file in addition to the new one.
     bool keepsArtwork = false;
   };
-  /// Prepares the change without writing; finds out about losses only if `reportsLosses`. Throws what
-  /// `commit` would throw about the tags, unless the store leaves that to `commit`: a dry run then reports
-  /// the change.
+  /// Prepares the change without writing. Determines losses only if `reportsLosses`. Throws if the new tag
+  /// cannot be made; a store may leave that error to `commit`, and a dry run then reports the change.
   virtual Plan plan(const TagChange& change, bool reportsLosses) = 0;
-  /// Writes what was planned. Returns a note about it, as a sentence without its subject; empty if there is
-  /// nothing to note. Throws platform::FileConflict if the file has changed since it was opened, and
-  /// whatever else keeps it from being written; the file is then as it was.
+  /// Writes the planned change. Returns a note about it as a sentence, or an empty text. Throws
+  /// platform::FileConflict if the file has changed since it was opened, and other errors if it cannot be
+  /// written; the file is then unchanged.
   virtual std::string commit() = 0;
 };
 

@@ -8,10 +8,10 @@
 
 namespace QuillmarkKit {
 
-/// The engine's error about a file, as one line for people that names the file.
+/// An error of the engine about a file. The message is one line that names the file.
 class TagFileError : public ID3TagEditor::ID3TagEditorError {
  public:
-  /// `size` is the file's, in bytes.
+  /// `size` is the size of the file in bytes.
   TagFileError(const ID3TagEditorError& error, const std::filesystem::path& url, std::uint64_t size);
   const char* what() const noexcept override { return description_.c_str(); }
 

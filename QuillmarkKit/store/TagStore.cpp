@@ -6,7 +6,7 @@ namespace QuillmarkKit {
 
 namespace {
 
-/// An edit by a store's `read` and `write`.
+/// An edit that uses only the store's `read` and `write`.
 class PlainEdit : public TagEdit {
  public:
   PlainEdit(const TagStore& store, std::filesystem::path file)

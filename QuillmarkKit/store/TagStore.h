@@ -10,41 +10,41 @@
 
 namespace QuillmarkKit {
 
-/// Keeps tag sets, one for each file. A store that has only `read` and `write` works with everything that
-/// takes a store.
+/// Reads and writes the tags of files. Derived classes must implement only `read` and `write`.
 class TagStore {
  public:
   virtual ~TagStore() = default;
   /// Returns the file's tags. Throws if they cannot be read.
   virtual TagSet read(const std::filesystem::path& from) const = 0;
-  /// Makes `tags` the file's tags: a field that is absent in them is absent in the file afterwards. Throws if
-  /// they cannot be written.
+  /// Replaces the file's tags with `tags`; fields that are absent there are removed from the file. Throws if
+  /// the tags cannot be written.
   virtual void write(const TagSet& tags, const std::filesystem::path& to) const = 0;
 
-  /// Opens the file for a change of its tags. Replacements in `run` share what files in a row can share; it
-  /// must outlive the result, as must the store. Throws if the tags cannot be read. By default, reads with
+  /// Opens the file for a change of its tags. Consecutive replacements share resources through `run`. The
+  /// store and `run` must outlive the result. Throws if the tags cannot be read. By default, reads with
   /// `read` and writes with `write`.
   virtual std::unique_ptr<TagEdit> edit(const std::filesystem::path& file,
                                         platform::ReplacementRun& run) const;
 
-  /// The tags of a file whose fields are to be written into others.
+  /// The tags of a file that are to be written into other files.
   struct Source {
     TagSet tags;
-    /// How the store reads some of the fields otherwise than they were meant, as a sentence without its
-    /// subject; empty if it does not.
+    /// The fields that the store does not read as the standards define them, as a sentence; empty if there
+    /// are none.
     std::string losses = {};
-    /// The values of fields that the store cannot write into other files.
+    /// The values that the store cannot write into other files.
     UncarriedValues uncarried = {};
-    /// What the tag contains that no field holds, as an enumeration for people; empty if nothing.
+    /// The contents of the tag that belong to no field, as an enumeration for people; empty if there are
+    /// none.
     std::string beyondFields = {};
   };
-  /// Reads a source for `fields`; finds out about `losses` and `beyondFields` only if `reportsLosses`. Throws
-  /// if one of the fields holds something that the store cannot write into other files, unless
+  /// Returns a source for `fields`. Determines `losses` and `beyondFields` only if `reportsLosses`. Throws if
+  /// the tag has a value for one of the fields that the store cannot write into other files, unless
   /// `acceptsUncarried`.
   virtual Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
                         bool acceptsUncarried = false) const;
-  /// Returns the tags in the form in which the store returns them after they are written. Throws if it cannot
-  /// hold one of the fields.
+  /// Returns the tags as the store would read them after writing them. Throws if the store cannot write one
+  /// of the fields.
   virtual TagSet accepted(const TagSet& tags, TagFields fields) const;
 };
 

@@ -21,7 +21,8 @@ FileHandle openForReading(const std::filesystem::path& url) {
   try {
     return FileHandle::forReading(url);
   } catch (const platform::FileError& error) {
-    // Only a folder, pipe or device is named; the system's reasons are not.
+    // An error without a code says that the file is a folder, pipe or device; the system's reasons are left
+    // out.
     if (!error.code()) throw;
     throw TagStoreError::fileNotReadable(url);
   }

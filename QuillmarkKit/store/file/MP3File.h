@@ -10,23 +10,24 @@
 
 namespace QuillmarkKit {
 
-/// An open MP3 file. Its tag is read once, when it is first asked for; its audio is not read.
+/// An open MP3 file. The tag is read at its first use; the audio is not read.
 class MP3File {
  public:
-  /// Throws TagStoreError unless the file can be opened and its first bytes are those of an MP3, and
-  /// platform::FileError if they cannot be read.
+  /// Throws TagStoreError if the file cannot be opened or does not start like an MP3. Throws
+  /// platform::FileError if it is a folder, pipe or device, or its first bytes cannot be read.
   explicit MP3File(const std::filesystem::path& path);
-  /// Takes an open file without looking at its first bytes.
+  /// Takes an open file and does not check that it is an MP3.
   explicit MP3File(platform::FileHandle handle) : handle_(std::move(handle)) {}
 
   platform::FileHandle& handle() { return handle_; }
   const std::filesystem::path& path() const { return handle_.path(); }
 
-  /// Returns the bytes that the header at the file's start claims for its ID3v2 tag, header and footer
-  /// included and whatever the version, as far as the file holds them; only its first bytes if no tag starts
-  /// there. Throws platform::FileConflict if the file has become shorter, and platform::FileError.
+  /// Returns the ID3v2 tag at the start of the file, of any version, header and footer included. Its size is
+  /// the one in the header, but ends with the file. If the file does not start with a tag, returns its first
+  /// bytes. Throws platform::FileConflict if the file has become shorter, and platform::FileError if it
+  /// cannot be read.
   const platform::SharedBytes& tagBytes();
-  /// Lets go of the bytes of `tagBytes`; slices of them keep them alive. The next call reads them again.
+  /// Releases the bytes of `tagBytes`; slices keep them alive. The next call of `tagBytes` reads them again.
   void dropTagBytes() { tagBytes_.reset(); }
   /// Returns the last `count` bytes of the file, or all if it has fewer.
   platform::Bytes lastBytes(std::size_t count);
@@ -36,14 +37,14 @@ class MP3File {
   std::optional<platform::SharedBytes> tagBytes_;
 };
 
-/// Throws as the constructor of MP3File does.
+/// Throws the same errors as the constructor of MP3File.
 void verifyMP3(const std::filesystem::path& at);
 
 /// Returns whether the bytes start with an ID3v2 tag or with the eleven set bits of an MPEG audio frame.
 bool looksLikeMP3(platform::ByteView data);
 
-/// Returns the name of the music format that the bytes start like, if it is a known one. Needs 12 bytes to
-/// recognise each of them.
+/// Returns the name of the music format whose signature the bytes have, or nothing if none matches. `data`
+/// must contain the first 11 bytes of the file to recognise all formats.
 std::optional<std::string> describeFormat(platform::ByteView data);
 
 }  // namespace QuillmarkKit

@@ -9,11 +9,11 @@
 
 namespace QuillmarkKit {
 
-/// The values that a file is to get.
+/// The new values of a file's fields.
 struct TagChange {
-  /// All of the file's fields as they are to be, those that stay included.
+  /// The values of all fields after the change, including those that stay the same.
   TagSet tags;
-  /// The fields that were asked to change. Those of them that are absent in `tags` are to be removed.
+  /// The fields to change. Those that are absent in `tags` are to be removed.
   TagFields selected;
 
   TagFields cleared() const { return selected.without(tags.populatedFields()); }
@@ -22,39 +22,39 @@ struct TagChange {
 /// A whole new tag for a file.
 struct NewTag {
   platform::SharedBytes bytes;
-  /// Where the audio starts in the old file; all bytes before that go.
+  /// The offset of the audio in the old file. The bytes before it are removed.
   std::uint64_t audioStart = 0;
-  /// What the file loses by the new tag, as a sentence without its subject; empty if nothing.
+  /// The data that the file loses, as a sentence without its subject; empty if there is none.
   std::string losses = {};
-  /// Whether the artwork that the file had stays in it, although it got another.
+  /// Whether the old artwork stays in the file in addition to the new one.
   bool keepsArtwork = false;
 };
 
-/// The tag of an open file, as one way to read and write tags understands it. The file must outlive it.
+/// The tag of an open file, read and written in one of several ways. The file must outlive it.
 class OpenTag {
  public:
   virtual ~OpenTag() = default;
 
-  /// The fields, normalised.
+  /// Returns the fields, normalised.
   virtual const TagSet& tags() const = 0;
-  /// Returns whether the tag contains something about one of the fields that no field value can express.
+  /// Returns whether the tag contains data of one of the fields that no field value can represent.
   virtual bool holdsMoreThanValues(TagFields fields) const = 0;
-  /// Throws if the tag contains something about one of the fields that cannot be written into other files.
+  /// Throws if the tag contains data of one of the fields that cannot be written into other files.
   virtual void requireCarriable(TagFields fields) const = 0;
-  /// Returns the values of fields that no tag set can hold, in words.
+  /// Returns descriptions of the values that no field can represent.
   virtual UncarriedValues uncarried() const { return {}; }
   struct SourceNotes {
-    /// What of the fields is read otherwise than it was meant, or is not read.
+    /// The fields that are not read, or not read as the standards define them.
     std::string losses = {};
-    /// What the tag contains that no field holds.
+    /// The contents of the tag that belong to no field.
     std::string beyondFields = {};
   };
-  /// Returns what there is to say about the tag as a source of the fields, if `isLossless`.
+  /// Returns notes about the tag as a source of the fields. Callers use them only if `isLossless`.
   virtual SourceNotes sourceNotes(TagFields) const { return {}; }
-  /// Returns whether a new tag keeps everything that no change asks for, and names the exceptions in its
-  /// `losses`. Otherwise the caller has to compare the old tag with the new one to know what is lost.
+  /// Returns whether a new tag keeps all data that the change does not concern, with exceptions reported as
+  /// `losses`. Otherwise the caller must compare the old tag with the new one to find losses.
   virtual bool isLossless() const = 0;
-  /// Returns the tag that makes the change; writes nothing. Throws if the tag cannot be made.
+  /// Returns the new tag; writes nothing. Throws if the tag cannot be made.
   virtual NewTag changedBy(const TagChange& change) = 0;
 };
 

@@ -8,16 +8,16 @@
 
 namespace QuillmarkKit {
 
-/// A file that no tags can be read from or written to.
+/// An error about a file whose tags cannot be read or written.
 class TagStoreError : public std::exception {
  public:
   enum class Case : std::uint8_t { unsupportedFileType, fileNotReadable };
 
-  /// The file's first bytes are not those of an MP3; `detected` names the format that they are of, if it is
-  /// known.
+  /// Returns the error for a file that does not start like an MP3. `detected` is the name of the format that
+  /// it starts like, if known.
   static TagStoreError unsupportedFileType(const std::filesystem::path& url,
                                            std::optional<std::string> detected);
-  /// The file could not be opened.
+  /// Returns the error for a file that could not be opened.
   static TagStoreError fileNotReadable(const std::filesystem::path& url);
 
   Case value() const { return case_; }
