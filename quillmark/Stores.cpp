@@ -35,7 +35,7 @@ std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arg
 QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
                                           const std::filesystem::path& from, QuillmarkKit::TagFields fields,
                                           Console& console, SourceOptions options) {
-  auto source = store.source(from, fields, console.wantsNotes(), options.acceptsUncarried);
+  auto source = store.source(from, fields, console.wantsNotes(), options.acceptsUnrepresentable);
   if (!source.losses.empty()) console.printNote(platform::lastPathComponent(from) + ": " + source.losses);
   return source;
 }

@@ -18,7 +18,7 @@ std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arg
 
 struct SourceOptions {
   /// Whether values that no field can hold are part of the result instead of an error.
-  bool acceptsUncarried = false;
+  bool acceptsUnrepresentable = false;
 };
 
 /// Reads the tags of `from` to write `fields` of them into other files, and prints a note about values that

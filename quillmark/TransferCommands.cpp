@@ -58,10 +58,10 @@ std::string harmless(std::string_view text) {
 int commandCopy(const Arguments& arguments, Console& console) {
   const std::filesystem::path file = FileList(arguments).location(0);
   const auto source = readSource(*storeFor(arguments), file, QuillmarkKit::TagFields::all, console,
-                                 {.acceptsUncarried = true});
+                                 {.acceptsUnrepresentable = true});
   const TagSet& tags = source.tags;
   auto pasteboard = platform::Pasteboard::general();
-  QuillmarkKit::TagClipboard::copy(tags, pasteboard, source.uncarried);
+  QuillmarkKit::TagClipboard::copy(tags, pasteboard, source.unrepresentable);
   console.write("Copied tags from " + console.shown(platform::lastPathComponent(file)) + ".\n");
   console.write(console.outputIsTerminal() ? visibleSummary(tags, console) : indentedSummary(tags));
   console.flush();
@@ -80,7 +80,7 @@ WriteRun preparePaste(const Arguments& arguments, Console&) {
   }
   auto store = storeFor(arguments);
   const QuillmarkKit::TagFields selection = fieldMask(arguments);
-  for (const auto& [field, value] : QuillmarkKit::TagClipboard::uncarried(pasteboard)) {
+  for (const auto& [field, value] : QuillmarkKit::TagClipboard::unrepresentableValues(pasteboard)) {
     if (selection.contains(field)) throw CLIError::cannotCarry(field, value);
   }
   try {

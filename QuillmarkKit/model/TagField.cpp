@@ -52,13 +52,13 @@ const FieldRow& rowOf(TagField field) {
 }
 
 /// Returns "albumArtist" for "album-artist". Changes only ASCII letters, because field names have no others.
-std::string joinedHumps(std::string_view hyphenated) {
+std::string inCamelCase(std::string_view hyphenated) {
   std::string joined;
   for (const std::string_view piece : platform::Strings::split(hyphenated, '-')) {
     const bool isFirst = joined.empty();
     joined += piece;
-    char& hump = joined[joined.size() - piece.size()];
-    if (!isFirst) hump = platform::Strings::toASCIIUpper(hump);
+    char& initial = joined[joined.size() - piece.size()];
+    if (!isFirst) initial = platform::Strings::toASCIIUpper(initial);
   }
   return joined;
 }
@@ -93,7 +93,7 @@ std::optional<TagField> fieldFromRawValue(std::string_view raw) {
 
 std::optional<TagField> fieldFromCliName(std::string_view name) {
   if (const auto field = fieldFromRawValue(name)) return field;
-  return fieldFromRawValue(joinedHumps(name));
+  return fieldFromRawValue(inCamelCase(name));
 }
 
 TextMember stringKeyPath(TagField field) {

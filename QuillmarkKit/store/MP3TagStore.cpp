@@ -80,10 +80,10 @@ class MP3TagStore::Edit : public TagEdit {
     std::optional<FileTags> old;
     if (reportsLosses && !tag_->isLossless()) old = readTags(file_);
     // Fields that are not selected can differ too: normalising a text a second time can trim more of it.
-    const TagFields asked = current().differing(change.tags).intersection(change.selected);
+    const TagFields requested = current().differing(change.tags).intersection(change.selected);
     NewTag made = tag_->changedBy(change);
     if (made.bytes.empty()) throw ID3TagEditorError(ID3TagEditorError::invalidTagData);
-    if (old) made.losses = TagLosses::ofWriting(std::move(*old), change.tags, asked, made.bytes);
+    if (old) made.losses = TagLosses::ofWriting(std::move(*old), change.tags, requested, made.bytes);
     return made;
   }
 
@@ -128,9 +128,9 @@ TagStore::Source MP3TagStore::readWithNotes(const std::filesystem::path& from) c
 void MP3TagStore::addNotes(Source& source, MP3File& file, const OpenTag& tag, TagFields fields) {
   OpenTag::SourceNotes notes = tag.sourceNotes(fields);
   if (!tag.isLossless()) {
-    const FileTags held = readTags(file);
-    notes = {.losses = TagLosses::ofReading(held, source.tags, fields),
-             .beyondFields = QuillmarkKit::beyondFields(held.tag)};
+    const FileTags fileTags = readTags(file);
+    notes = {.losses = TagLosses::ofReading(fileTags, source.tags, fields),
+             .beyondFields = QuillmarkKit::beyondFields(fileTags.tag)};
   }
   source.losses = std::move(notes.losses);
   source.beyondFields = std::move(notes.beyondFields);
@@ -156,13 +156,13 @@ std::unique_ptr<TagEdit> MP3TagStore::edit(const std::filesystem::path& file,
 }
 
 TagStore::Source MP3TagStore::source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
-                                     bool acceptsUncarried) const {
+                                     bool acceptsUnrepresentable) const {
   MP3File file = open(from);
   requireMP3Name(file);
   const auto tag = naming(file, [&] { return openTag_(file); });
-  tag->requireCarriable(acceptsUncarried ? TagFields() : fields);
-  Source source{.tags = accepted(tag->tags(), acceptsUncarried ? TagFields() : fields),
-                .uncarried = tag->uncarried()};
+  tag->requireWritableElsewhere(acceptsUnrepresentable ? TagFields() : fields);
+  Source source{.tags = accepted(tag->tags(), acceptsUnrepresentable ? TagFields() : fields),
+                .unrepresentable = tag->unrepresentableValues()};
   if (reportsLosses) addNotes(source, file, *tag, fields);
   return source;
 }

@@ -28,7 +28,7 @@ class MP3TagStore : public TagStore {
   void write(const TagSet& tags, const std::filesystem::path& to) const final;
   std::unique_ptr<TagEdit> edit(const std::filesystem::path& file, platform::ReplacementRun& run) const final;
   Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
-                bool acceptsUncarried) const final;
+                bool acceptsUnrepresentable) const final;
 
   /// Returns the tags as `read` does, and the `losses` and `beyondFields` of all fields.
   Source readWithNotes(const std::filesystem::path& from) const;

@@ -33,16 +33,16 @@ class TagStore {
     /// are none.
     std::string losses = {};
     /// The values that the store cannot write into other files.
-    UncarriedValues uncarried = {};
+    UnrepresentableValues unrepresentable = {};
     /// The contents of the tag that belong to no field, as an enumeration for people; empty if there are
     /// none.
     std::string beyondFields = {};
   };
   /// Returns a source for `fields`. Determines `losses` and `beyondFields` only if `reportsLosses`. Throws if
   /// the tag has a value for one of the fields that the store cannot write into other files, unless
-  /// `acceptsUncarried`.
+  /// `acceptsUnrepresentable`.
   virtual Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
-                        bool acceptsUncarried = false) const;
+                        bool acceptsUnrepresentable = false) const;
   /// Returns the tags as the store would read them after writing them. Throws if the store cannot write one
   /// of the fields.
   virtual TagSet accepted(const TagSet& tags, TagFields fields) const;

@@ -34,16 +34,16 @@ JSON::Value encode(const Payload& payload) {
   JSON::Object document;
   document.emplace("version", payload.version);
   document.emplace("tags", encodeTagSet(payload.tags));
-  JSON::Object uncarried;
-  for (const auto& [field, value] : payload.uncarried) uncarried.emplace(rawValue(field), value);
-  if (!uncarried.empty()) document.emplace("uncarried", std::move(uncarried));
+  JSON::Object unrepresentable;
+  for (const auto& [field, value] : payload.unrepresentable) unrepresentable.emplace(rawValue(field), value);
+  if (!unrepresentable.empty()) document.emplace("uncarried", std::move(unrepresentable));
   return document;
 }
 
 /// Returns the descriptions in the member "uncarried". Ignores a member of another kind, which must be
 /// another program's.
-UncarriedValues decodeUncarried(const JSON::Object& members) {
-  UncarriedValues values;
+UnrepresentableValues decodeUnrepresentable(const JSON::Object& members) {
+  UnrepresentableValues values;
   const auto member = members.find("uncarried");
   const JSON::Object* object = member != members.end() ? member->second.object() : nullptr;
   if (object == nullptr) return values;
@@ -58,15 +58,16 @@ Payload decode(const JSON::Value& document) {
   const JSON::Object& members = requireObject(document, "document");
   return {.version = decodeNumber(requireMember(members, "document", "version"), "version"),
           .tags = decodeTagSet(requireMember(members, "document", "tags"), "tags"),
-          .uncarried = decodeUncarried(members)};
+          .unrepresentable = decodeUnrepresentable(members)};
 }
 
 }  // namespace
 
-void copy(const TagSet& tags, Pasteboard& to, const UncarriedValues& uncarried) {
+void copy(const TagSet& tags, Pasteboard& to, const UnrepresentableValues& unrepresentable) {
   requireUTF8(tags);
-  const std::string document = JSON::print(
-      encode({.version = currentVersion, .tags = tags, .uncarried = uncarried}), JSON::Layout::compact);
+  const std::string document =
+      JSON::print(encode({.version = currentVersion, .tags = tags, .unrepresentable = unrepresentable}),
+                  JSON::Layout::compact);
   // The pasteboard is not cleared first, so that `paste` returns the old content until the new content is
   // complete.
   to.declareTypes({std::string(pasteboardType), std::string(Pasteboard::stringType)});
@@ -99,9 +100,9 @@ std::optional<TagSet> paste(const Pasteboard& from) {
   return std::move(payload->tags);
 }
 
-UncarriedValues uncarried(const Pasteboard& from) {
+UnrepresentableValues unrepresentableValues(const Pasteboard& from) {
   auto payload = payloadOn(from);
-  return payload ? std::move(payload->uncarried) : UncarriedValues();
+  return payload ? std::move(payload->unrepresentable) : UnrepresentableValues();
 }
 
 bool hasTags(const Pasteboard& on) {

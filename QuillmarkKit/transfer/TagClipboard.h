@@ -7,7 +7,7 @@
 #include <string_view>
 
 #include "QuillmarkKit/model/TagSet.h"
-#include "QuillmarkKit/model/UncarriedValues.h"
+#include "QuillmarkKit/model/UnrepresentableValues.h"
 #include "platform/Pasteboard.h"
 
 /// Copies a tag set to the pasteboard and back. The content is a JSON document with the members "version" and
@@ -24,7 +24,7 @@ inline constexpr std::int64_t currentVersion = 1;
 struct Payload {
   std::int64_t version;
   TagSet tags;
-  UncarriedValues uncarried = {};
+  UnrepresentableValues unrepresentable = {};
 };
 
 /// An error about a document of a newer version than this program supports.
@@ -62,7 +62,7 @@ class EncodingError : public std::exception {
 /// Replaces the pasteboard's content with the tag set. Throws EncodingError if a text is not UTF-8; the
 /// pasteboard is then unchanged. Throws platform::FileError if the content cannot be stored; the pasteboard
 /// is then empty, or the message says that the old content is still there.
-void copy(const TagSet& tags, platform::Pasteboard& to, const UncarriedValues& uncarried = {});
+void copy(const TagSet& tags, platform::Pasteboard& to, const UnrepresentableValues& unrepresentable = {});
 
 /// Returns the tag set on the pasteboard, or nothing if there is no document of the type. Throws
 /// platform::JSON::DecodingError if the document is malformed, ClipboardError if it is of a newer version,
@@ -71,7 +71,7 @@ std::optional<TagSet> paste(const platform::Pasteboard& from);
 
 /// Returns descriptions of the copied values that are not in the tag set because no field can represent them.
 /// Throws the same errors as `paste`.
-UncarriedValues uncarried(const platform::Pasteboard& from);
+UnrepresentableValues unrepresentableValues(const platform::Pasteboard& from);
 
 /// Returns whether the pasteboard has content of the document's type, even if it is malformed. Throws
 /// platform::FileError like `paste`.

@@ -22,7 +22,7 @@ class EngineTag : public OpenTag {
 
   const TagSet& tags() const override { return tags_; }
   bool holdsMoreThanValues(TagFields) const override { return false; }
-  void requireCarriable(TagFields) const override {}
+  void requireWritableElsewhere(TagFields) const override {}
   bool isLossless() const override { return false; }
   /// Also throws ID3FrameError.
   NewTag changedBy(const TagChange& change) override;

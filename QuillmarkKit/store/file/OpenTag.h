@@ -4,7 +4,7 @@
 #include <string>
 
 #include "QuillmarkKit/model/TagSet.h"
-#include "QuillmarkKit/model/UncarriedValues.h"
+#include "QuillmarkKit/model/UnrepresentableValues.h"
 #include "platform/base/Bytes.h"
 
 namespace QuillmarkKit {
@@ -40,9 +40,9 @@ class OpenTag {
   /// Returns whether the tag contains data of one of the fields that no field value can represent.
   virtual bool holdsMoreThanValues(TagFields fields) const = 0;
   /// Throws if the tag contains data of one of the fields that cannot be written into other files.
-  virtual void requireCarriable(TagFields fields) const = 0;
+  virtual void requireWritableElsewhere(TagFields fields) const = 0;
   /// Returns descriptions of the values that no field can represent.
-  virtual UncarriedValues uncarried() const { return {}; }
+  virtual UnrepresentableValues unrepresentableValues() const { return {}; }
   struct SourceNotes {
     /// The fields that are not read, or not read as the standards define them.
     std::string losses = {};

@@ -40,7 +40,7 @@ std::string beyondFields(const Tag& tag) {
   const TagSet fields = LosslessConversion::fieldsOf(tag);
   TagFields found;
   // Of several equal comments, lyrics or pictures, only the first belongs to the field.
-  const auto isHeld = [&](const Frame& frame) {
+  const auto isOfAField = [&](const Frame& frame) {
     const auto isFirst = [&](TagField field, bool isEqual) {
       if (!isEqual || found.contains(field)) return false;
       found.insert(field);
@@ -62,7 +62,7 @@ std::string beyondFields(const Tag& tag) {
   std::vector<Count> counts;
   std::unordered_map<std::string, std::size_t> places;
   for (const Frame& frame : tag.frames) {
-    if (isHeld(frame)) continue;
+    if (isOfAField(frame)) continue;
     Count count{.one = frame.identifier, .many = frame.identifier, .number = 0};
     if (const auto* picture = std::get_if<Picture>(&frame.content)) {
       const std::string type = " (" + std::string(TagDescriptions::pictureType(picture->type)) + ")";

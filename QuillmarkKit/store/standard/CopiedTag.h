@@ -15,7 +15,7 @@ class CopiedTag : public OpenTag {
   const TagSet& tags() const override { return tags_; }
   /// Returns whether the tag differs from the new one in any byte.
   bool holdsMoreThanValues(TagFields) const override { return !isSame_; }
-  void requireCarriable(TagFields) const override {}
+  void requireWritableElsewhere(TagFields) const override {}
   bool isLossless() const override { return true; }
   /// Returns the other file's tag. Throws LosslessError if it would hide an APE tag that is to be kept.
   NewTag changedBy(const TagChange& change) override;

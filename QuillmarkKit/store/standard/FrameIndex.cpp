@@ -135,12 +135,12 @@ bool FrameIndex::hasTextInLanguage(const Frame& frame, const LanguageText& text)
 }
 
 const Picture* FrameIndex::pictureOf(const platform::SharedBytes& data) const {
-  const auto found = pictures_.find(keyOf(data));
-  return found != pictures_.end() && found->second->data == data ? found->second : nullptr;
+  const auto found = picturesByData_.find(keyOf(data));
+  return found != picturesByData_.end() && found->second->data == data ? found->second : nullptr;
 }
 
 bool FrameIndex::hasPicture(const Picture& picture) const {
-  const auto [first, last] = picturesInAll_.equal_range(keyOf(picture));
+  const auto [first, last] = picturesByContent_.equal_range(keyOf(picture));
   return std::any_of(first, last, [&](const auto& entry) {
     const Picture& other = *entry.second;
     return other.type == picture.type && other.description == picture.description &&
@@ -168,8 +168,8 @@ void FrameIndex::note(const Frame& frame, const LanguageText& text) {
 }
 
 void FrameIndex::note(const Frame&, const Picture& picture) {
-  pictures_.emplace(keyOf(picture.data), &picture);
-  picturesInAll_.emplace(keyOf(picture), &picture);
+  picturesByData_.emplace(keyOf(picture.data), &picture);
+  picturesByContent_.emplace(keyOf(picture), &picture);
 }
 
 }  // namespace QuillmarkKit

@@ -51,8 +51,8 @@ class FrameIndex {
   void note(const ID3v2::Frame&, const Content&) {}
 
   std::unordered_multimap<std::size_t, const ID3v2::Frame*> frames_;
-  std::unordered_map<std::size_t, const ID3v2::Picture*> pictures_;
-  std::unordered_multimap<std::size_t, const ID3v2::Picture*> picturesInAll_;
+  std::unordered_map<std::size_t, const ID3v2::Picture*> picturesByData_;
+  std::unordered_multimap<std::size_t, const ID3v2::Picture*> picturesByContent_;
   std::unordered_set<std::size_t> texts_;
   std::unordered_map<std::string, std::vector<const ID3v2::Text*>> textFrames_;
 };

@@ -250,7 +250,7 @@ TagSet asRead(const TagSet& tags) {
   return fieldsOf(tag);
 }
 
-std::optional<std::string> uncarried(const Tag& tag, const TagSet& values, TagField field) {
+std::optional<std::string> unrepresentableValue(const Tag& tag, const TagSet& values, TagField field) {
   if (values.value(field)) return std::nullopt;
   if (field == TagField::artwork) {
     const Frame* cover = coverOf(tag);

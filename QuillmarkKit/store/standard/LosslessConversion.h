@@ -28,7 +28,7 @@ TagSet asRead(const TagSet& tags);
 /// Returns a description of the data that the tag has for the field and that no field value can represent,
 /// such as a picture of another format or the disc number "A". Returns nothing if there is no such data or
 /// the field has a value. `values` must be the fields of the tag.
-std::optional<std::string> uncarried(const ID3v2::Tag& tag, const TagSet& values, TagField field);
+std::optional<std::string> unrepresentableValue(const ID3v2::Tag& tag, const TagSet& values, TagField field);
 
 /// Returns whether the field's frame cannot be read and also contains a field that is not among `fields`, as
 /// a track number and its total are in one frame.

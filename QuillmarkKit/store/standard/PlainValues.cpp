@@ -78,7 +78,7 @@ std::string plainLanguage(std::string_view language) {
   return plain == "xxx" || plain == "und" ? "" : plain;
 }
 
-bool saySame(std::string_view identifier, std::string_view before, std::string_view after) {
+bool haveSameValues(std::string_view identifier, std::string_view before, std::string_view after) {
   return before == after || valuesOf(identifier, before) == valuesOf(identifier, after);
 }
 

@@ -15,6 +15,6 @@ std::string plainText(std::string_view identifier, std::string_view text);
 std::string plainLanguage(std::string_view language);
 
 /// Returns whether two texts of frames with this identifier have the same values in that form.
-bool saySame(std::string_view identifier, std::string_view before, std::string_view after);
+bool haveSameValues(std::string_view identifier, std::string_view before, std::string_view after);
 
 }  // namespace QuillmarkKit::PlainValues

@@ -59,37 +59,39 @@ StandardTag::StandardTag(MP3File& file)
 
 /// Returns those of the fields whose data in the tag no field value can represent and that can be removed
 /// without another field.
-TagFields StandardTag::uncarriedFields(TagFields fields) const {
-  TagFields uncarried;
+TagFields StandardTag::unrepresentableFields(TagFields fields) const {
+  TagFields unrepresentable;
   for (const TagField field : allTagFields) {
-    const bool isUncarried = fields.contains(field) &&
-                             LosslessConversion::uncarried(file_.tag, tags_, field) &&
-                             !LosslessConversion::sharesUnreadFrame(file_.tag, field, fields);
-    if (isUncarried) uncarried.insert(field);
+    const bool isUnrepresentable = fields.contains(field) &&
+                                   LosslessConversion::unrepresentableValue(file_.tag, tags_, field) &&
+                                   !LosslessConversion::sharesUnreadFrame(file_.tag, field, fields);
+    if (isUnrepresentable) unrepresentable.insert(field);
   }
-  return uncarried;
+  return unrepresentable;
 }
 
 bool StandardTag::holdsMoreThanValues(TagFields fields) const {
-  return file_.hasUnreadable(fields) || !uncarriedFields(fields).isEmpty();
+  return file_.hasUnreadable(fields) || !unrepresentableFields(fields).isEmpty();
 }
 
-void StandardTag::requireCarriable(TagFields fields) const {
+void StandardTag::requireWritableElsewhere(TagFields fields) const {
   const std::string unreadable = file_.unreadableFor(fields);
   if (!unreadable.empty()) throw LosslessError::cannotRead(path_, unreadable);
   for (const TagField field : allTagFields) {
-    const auto value =
-        fields.contains(field) ? LosslessConversion::uncarried(file_.tag, tags_, field) : std::nullopt;
+    const auto value = fields.contains(field)
+                           ? LosslessConversion::unrepresentableValue(file_.tag, tags_, field)
+                           : std::nullopt;
     if (!value) continue;
     throw LosslessError::cannotCarry(path_, nameInSentence(field) + " " + *value,
                                      LosslessConversion::expectedValue(field));
   }
 }
 
-UncarriedValues StandardTag::uncarried() const {
-  UncarriedValues values;
+UnrepresentableValues StandardTag::unrepresentableValues() const {
+  UnrepresentableValues values;
   for (const TagField field : allTagFields) {
-    if (auto value = LosslessConversion::uncarried(file_.tag, tags_, field)) values.emplace(field, *value);
+    if (auto value = LosslessConversion::unrepresentableValue(file_.tag, tags_, field))
+      values.emplace(field, *value);
   }
   return values;
 }
@@ -100,12 +102,13 @@ OpenTag::SourceNotes StandardTag::sourceNotes(TagFields fields) const {
 }
 
 /// Returns a sentence about the values of these fields, which no listing shows and which a write removes.
-std::string StandardTag::losses(TagFields uncarried) const {
+std::string StandardTag::losses(TagFields unrepresentable) const {
   std::string sentence;
   for (const TagField field : allTagFields) {
-    if (!uncarried.contains(field)) continue;
+    if (!unrepresentable.contains(field)) continue;
     sentence += sentence.empty() ? "drops its " : "; drops its ";
-    sentence += nameInSentence(field) + " " + *LosslessConversion::uncarried(file_.tag, tags_, field);
+    sentence +=
+        nameInSentence(field) + " " + *LosslessConversion::unrepresentableValue(file_.tag, tags_, field);
   }
   return sentence.empty() ? sentence : sentence + ".";
 }
@@ -114,14 +117,14 @@ NewTag StandardTag::changedBy(const TagChange& change) {
   if (file_.hasAPETag) throw LosslessError::hidesAPETag(path_);
   const auto lost = std::ranges::find(file_.unreadable, false, &ID3v2::UnreadablePart::isFrame);
   if (lost != file_.unreadable.end()) throw LosslessError::cannotKeep(path_, lost->what);
-  const TagFields uncarried = uncarriedFields(change.cleared());
+  const TagFields unrepresentable = unrepresentableFields(change.cleared());
   TagFields changed = tags_.differing(change.tags);
-  changed.insert(uncarried);
+  changed.insert(unrepresentable);
   for (const TagField field : allTagFields) {
     if (changed.contains(field) && LosslessConversion::sharesUnreadFrame(file_.tag, field, changed))
       throw LosslessError::cannotKeep(path_, "the frame " + std::string(FieldFrames::identifierOf(field)));
   }
-  NewTag made{.bytes = {}, .audioStart = file_.audioStart, .losses = losses(uncarried)};
+  NewTag made{.bytes = {}, .audioStart = file_.audioStart, .losses = losses(unrepresentable)};
   made.keepsArtwork = changed.contains(TagField::artwork) && change.tags.artwork &&
                       LosslessConversion::keepsShownPicture(file_.tag);
   // v2.2 can only be read.
@@ -132,19 +135,19 @@ NewTag StandardTag::changedBy(const TagChange& change) {
 }
 
 TagSet acceptedTags(const TagSet& tags, TagFields fields) {
-  TagSet held = LosslessConversion::asRead(tags);
+  TagSet readBack = LosslessConversion::asRead(tags);
   for (const TagField field : allTagFields) {
     // A text may be read in another form than it was given, but a number must be the same, and a picture must
     // be present.
     const bool isKept = dispatch(
         field, [](TextMember) { return true; },
-        [&](NumberMember number) { return held.*number == tags.*number; },
-        [&] { return held.artwork.has_value() == tags.artwork.has_value(); });
+        [&](NumberMember number) { return readBack.*number == tags.*number; },
+        [&] { return readBack.artwork.has_value() == tags.artwork.has_value(); });
     if (isKept || !fields.contains(field)) continue;
     throw LosslessError::cannotWrite(nameInSentence(field) + " " + *tags.value(field),
                                      LosslessConversion::expectedValue(field));
   }
-  return held;
+  return readBack;
 }
 
 }  // namespace QuillmarkKit

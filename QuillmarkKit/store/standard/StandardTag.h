@@ -16,16 +16,16 @@ class StandardTag : public OpenTag {
 
   const TagSet& tags() const override { return tags_; }
   bool holdsMoreThanValues(TagFields fields) const override;
-  void requireCarriable(TagFields fields) const override;
-  UncarriedValues uncarried() const override;
+  void requireWritableElsewhere(TagFields fields) const override;
+  UnrepresentableValues unrepresentableValues() const override;
   SourceNotes sourceNotes(TagFields fields) const override;
   bool isLossless() const override { return true; }
   /// Returns a new tag without bytes if no frame would be left.
   NewTag changedBy(const TagChange& change) override;
 
  private:
-  TagFields uncarriedFields(TagFields fields) const;
-  std::string losses(TagFields uncarried) const;
+  TagFields unrepresentableFields(TagFields fields) const;
+  std::string losses(TagFields unrepresentable) const;
 
   const std::filesystem::path& path_;
   FileTags file_;

@@ -24,7 +24,7 @@ using ID3v2::LanguageText;
 using ID3v2::Picture;
 using ID3v2::Tag;
 using ID3v2::UserText;
-using PlainValues::saySame;
+using PlainValues::haveSameValues;
 using TagDescriptions::inQuotes;
 
 namespace {
@@ -40,14 +40,14 @@ class Comparison {
   Comparison(const Tag& expected, const Tag& found)
       : expected_(expected), found_(found), expectedIndex_(expected), foundIndex_(found) {
     for (const Frame& frame : expected.frames) {
-      if (isWholeByItself(frame) && isThere(frame)) continue;
+      if (isIndependentOfVersion(frame) && hasEqual(frame)) continue;
       std::visit([&](const auto& content) { compare(frame, content); }, frame.content);
     }
     const std::string date = TagTexts::dateIn(expected);
     const std::string newDate = TagTexts::dateIn(found);
     const bool isKept =
         newDate.empty() ? date.empty() : withoutZerosInFront(newDate).starts_with(withoutZerosInFront(date));
-    if (!isKept) tellText("date", date, newDate);
+    if (!isKept) reportText("date", date, newDate);
   }
 
   Losses losses() && {
@@ -85,24 +85,24 @@ class Comparison {
     groups_[place->second].names.push_back(std::move(name));
   }
 
-  void tellText(std::string_view what, std::string_view before, std::string_view after) {
-    const std::string told = std::string(what) + " " + inQuotes(before);
+  void reportText(std::string_view what, std::string_view before, std::string_view after) {
+    const std::string text = std::string(what) + " " + inQuotes(before);
     // If the new text only looks the same, other readers do not understand it, so the old one is lost.
     if (TagTexts::isBlank(after) || inQuotes(before) == inQuotes(after)) {
-      drop("the " + told, "", "");
+      drop("the " + text, "", "");
     } else {
-      changed_.push_back(told + " becomes " + inQuotes(after));
+      changed_.push_back(text + " becomes " + inQuotes(after));
     }
   }
 
   /// Returns whether an equal frame has the same meaning whatever the version of its tag.
-  static bool isWholeByItself(const Frame& frame) {
+  static bool isIndependentOfVersion(const Frame& frame) {
     return !std::holds_alternative<ID3v2::Chapter>(frame.content) &&
            !std::holds_alternative<ID3v2::TableOfContents>(frame.content);
   }
 
   /// Returns whether an equal frame exists; tries the next position first, where most are.
-  bool isThere(const Frame& frame) {
+  bool hasEqual(const Frame& frame) {
     const std::vector<Frame>& frames = found_.frames;
     const bool isNext = next_ < frames.size() && frames[next_] == frame;
     const Frame* found =
@@ -152,8 +152,8 @@ class Comparison {
     if (FieldFrames::isOfTheDate(identifier) || !comparedTexts_.insert(identifier).second) return;
     const std::string before = expectedIndex_.textOf(identifier);
     const std::string after = foundIndex_.textOf(identifier);
-    if (!saySame(identifier, before, after) && !TagTexts::isBlank(before))
-      tellText(TagDescriptions::nameOf(identifier), before, after);
+    if (!haveSameValues(identifier, before, after) && !TagTexts::isBlank(before))
+      reportText(TagDescriptions::nameOf(identifier), before, after);
   }
 
   void compare(const Frame&, const UserText& text) {
@@ -237,8 +237,8 @@ std::string joined(const std::vector<std::string>& items) {
 
 /// Clears the description and language of a comment or of lyrics, and the description of a picture, if the
 /// change replaces them: their loss is expected.
-void forgetOldDescriptions(Tag& tag, const TagSet& wanted, TagFields asked) {
-  TagFields rest = asked;
+void forgetOldDescriptions(Tag& tag, const TagSet& wanted, TagFields requested) {
+  TagFields rest = requested;
   const auto isReplaced = [&](TagField field, bool isNew) {
     if (!isNew || !rest.contains(field)) return false;
     rest = rest.without({field});
@@ -261,9 +261,10 @@ void forgetOldDescriptions(Tag& tag, const TagSet& wanted, TagFields asked) {
 
 /// Returns a clause about a date of v2.4 that stays in the tag although the year has changed, or an empty
 /// text.
-std::string oldDateBeside(const Tag& tag, const TagSet::Number& year, TagFields asked) {
+std::string oldDateBeside(const Tag& tag, const TagSet::Number& year, TagFields requested) {
   const std::string date = TagTexts::firstValue(tag, "TDRC");
-  if (!year || !asked.contains(TagField::year) || date.empty() || TagTexts::yearIn(date) == year) return "";
+  if (!year || !requested.contains(TagField::year) || date.empty() || TagTexts::yearIn(date) == year)
+    return "";
   return "the old date " + date + " (TDRC) stays beside the new year " + std::to_string(*year) +
          "; --lossless replaces it";
 }
@@ -274,12 +275,12 @@ Losses between(const Tag& expected, const Tag& found) {
   return Comparison(expected, found).losses();
 }
 
-std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
+std::string ofWriting(FileTags old, const TagSet& wanted, TagFields requested,
                       const platform::SharedBytes& newTag) {
-  LosslessConversion::setFields(old.tag, wanted, asked);
-  forgetOldDescriptions(old.tag, wanted, asked);
+  LosslessConversion::setFields(old.tag, wanted, requested);
+  forgetOldDescriptions(old.tag, wanted, requested);
   auto found = ID3v2::read(newTag).value_or(ID3v2::Reading());
-  std::string sentence = oldDateBeside(found.tag, wanted.year, asked);
+  std::string sentence = oldDateBeside(found.tag, wanted.year, requested);
   if (!sentence.empty()) {
     std::erase_if(found.tag.frames, [](const Frame& frame) { return frame.identifier == "TDRC"; });
   }
@@ -307,30 +308,31 @@ std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
 
 std::string ofReading(const FileTags& tags, const TagSet& read, TagFields selected) {
   const Tag& tag = tags.tag;
-  const TagSet held = LosslessConversion::fieldsOf(tag);
+  const TagSet meant = LosslessConversion::fieldsOf(tag);
   std::string sentence;
   bool canBeCarried = true;
   for (const TagField field : allTagFields) {
     if (!selected.contains(field)) continue;
-    std::optional<std::string> said = held.value(field);
-    const std::string now = read.value(field).value_or("");
-    if (said) {
-      const bool isSame = field == TagField::artwork ? held.artwork == read.artwork
-                                                     : saySame(FieldFrames::identifierOf(field), *said, now);
+    std::optional<std::string> shown = meant.value(field);
+    const std::string readAs = read.value(field).value_or("");
+    if (shown) {
+      const bool isSame = field == TagField::artwork
+                              ? meant.artwork == read.artwork
+                              : haveSameValues(FieldFrames::identifierOf(field), *shown, readAs);
       if (isSame) continue;
-      said = stringKeyPath(field) != nullptr ? inQuotes(*said)
-             : field == TagField::artwork    ? "(" + *said + ")"
-                                             : *said;
+      shown = stringKeyPath(field) != nullptr ? inQuotes(*shown)
+              : field == TagField::artwork    ? "(" + *shown + ")"
+                                              : *shown;
     } else {
-      said = LosslessConversion::uncarried(tag, held, field);
-      if (!said) continue;
+      shown = LosslessConversion::unrepresentableValue(tag, meant, field);
+      if (!shown) continue;
       canBeCarried = false;
     }
     const bool isYear = field == TagField::year;
-    const std::string what = isYear ? "date " + TagTexts::dateIn(tag) : nameInSentence(field) + " " + *said;
-    addTo(sentence, ", ", "its " + what + (now.empty() ? " is not read" : " is read"));
-    if (isYear) sentence += now.empty() ? " as a year" : " as the year " + now;
-    if (!isYear && !now.empty()) sentence += " as " + inQuotes(now);
+    const std::string what = isYear ? "date " + TagTexts::dateIn(tag) : nameInSentence(field) + " " + *shown;
+    addTo(sentence, ", ", "its " + what + (readAs.empty() ? " is not read" : " is read"));
+    if (isYear) sentence += readAs.empty() ? " as a year" : " as the year " + readAs;
+    if (!isYear && !readAs.empty()) sentence += " as " + inQuotes(readAs);
   }
   constexpr std::size_t mostParts = 5;
   std::size_t count = 0;

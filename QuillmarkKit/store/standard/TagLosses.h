@@ -22,9 +22,9 @@ struct Losses {
 Losses between(const ID3v2::Tag& expected, const ID3v2::Tag& found);
 
 /// Returns the data that a write removes from a file although the change does not concern it, as a sentence
-/// without its subject; empty if there is none. The change sets the `asked` fields to their values in
+/// without its subject; empty if there is none. The change sets the `requested` fields to their values in
 /// `wanted`.
-std::string ofWriting(FileTags old, const TagSet& wanted, TagFields asked,
+std::string ofWriting(FileTags old, const TagSet& wanted, TagFields requested,
                       const platform::SharedBytes& newTag);
 
 /// Returns the selected fields whose values in `read` differ from those in the tags, as a sentence such as

@@ -9,6 +9,6 @@ namespace QuillmarkKit {
 
 /// Descriptions of values in a tag that their fields cannot represent, for messages, such as "127.98" in
 /// quotes for the BPM. These fields are absent in the tag set.
-using UncarriedValues = std::map<TagField, std::string>;
+using UnrepresentableValues = std::map<TagField, std::string>;
 
 }  // namespace QuillmarkKit
