@@ -23,9 +23,9 @@ class MP3File {
   const std::filesystem::path& path() const { return handle_.path(); }
 
   /// Returns the ID3v2 tag at the start of the file, of any version, header and footer included. Its size is
-  /// the one in the header, but ends with the file. If the file does not start with a tag, returns its first
-  /// bytes. Throws platform::FileConflict if the file has become shorter, and platform::FileError if it
-  /// cannot be read.
+  /// the one in the header, limited to the size of the file. If the file does not start with a tag, returns
+  /// its first bytes. Throws platform::FileConflict if the file has become shorter, and platform::FileError
+  /// if it cannot be read.
   const platform::SharedBytes& tagBytes();
   /// Releases the bytes of `tagBytes`; slices keep them alive. The next call of `tagBytes` reads them again.
   void dropTagBytes() { tagBytes_.reset(); }
