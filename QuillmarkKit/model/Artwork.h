@@ -16,8 +16,8 @@ struct Artwork {
   platform::SharedBytes data;
   Format format;
 
-  /// Returns a picture of the format whose signature the bytes start with, or nothing if they start with
-  /// neither. The data after the signature is not checked. Before a write that selects the artwork, the
+  /// Returns a picture of the format whose signature the bytes start with, or nothing if they are neither
+  /// JPEG nor PNG. The data after the signature is not checked. Before a write that selects the artwork, the
   /// caller must check the result: a tag set without artwork removes the pictures from the file.
   static std::optional<Artwork> detecting(platform::SharedBytes bytes);
 
