@@ -314,7 +314,7 @@ def check_backups(stage):
         check(f"{what}: again", (stage.run("set", "--album", "Newer", "--backup", SONG), backup.read_bytes() == OLD), (UPDATED, True))
 
         told = stage.run("set", "--album", "Newest", "--notes", "--backup", SONG)[2]
-        check(f"{what}: an earlier one", told, f"quillmark: note: {SONG}: {BACKUP} is there already and stays the backup.\n")
+        check(f"{what}: an earlier one", told, f"quillmark: note: {SONG}: {BACKUP} already exists and is kept as the backup.\n")
 
         stage.reset()
         failure = f"{SONG} could not be written: Input/output error."

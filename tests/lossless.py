@@ -449,7 +449,7 @@ def check_values_that_fit_no_field(program, folder):
     path.write_bytes(b"junk" + tag(3, f3("TIT2", text("K"))) + AUDIO)
     for words in (["read"], ["set", "--title", "T"]):
         errors = run(program, [*words, "--lossless", path.name], folder)[2]
-        check("junk in front", "track.mp3: --lossless cannot keep what is in front of its ID3v2 tag." in errors, True)
+        check("junk in front", "track.mp3: --lossless cannot keep the data before its ID3v2 tag." in errors, True)
 
 
 def check_unread_frames(program, folder):

@@ -72,7 +72,7 @@ class MP3TagStore::Edit : public TagEdit {
     if (store_.preservesModificationDate) replacement.keepModificationDate();
     replacement.commit();
     if (!replacement.hasEarlierBackup()) return {};
-    return platform::lastPathComponent(file_.path()) + ".orig is there already and stays the backup.";
+    return platform::lastPathComponent(file_.path()) + ".orig already exists and is kept as the backup.";
   }
 
  private:

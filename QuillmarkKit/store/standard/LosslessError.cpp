@@ -18,12 +18,12 @@ LosslessError LosslessError::cannotKeep(const std::filesystem::path& url, const 
 
 LosslessError LosslessError::hidesAPETag(const std::filesystem::path& url) {
   return LosslessError(platform::lastPathComponent(url) +
-                       ": --lossless cannot keep its APE tag in sight: a new ID3v2 tag would hide it.");
+                       ": --lossless cannot add an ID3v2 tag, because it would hide the APE tag.");
 }
 
 LosslessError LosslessError::tagIsNotInFront(const std::filesystem::path& url) {
   return LosslessError(platform::lastPathComponent(url) +
-                       ": --lossless cannot keep what is in front of its ID3v2 tag.");
+                       ": --lossless cannot keep the data before its ID3v2 tag.");
 }
 
 LosslessError LosslessError::cannotRead(const std::filesystem::path& url, const std::string& what) {
