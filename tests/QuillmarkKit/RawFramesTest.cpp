@@ -9,7 +9,7 @@ namespace tests {
 
 using namespace QuillmarkKit;
 
-TEST(RawFramesTest, MoveAsAList) {
+TEST(RawFramesTest, AreReadAndWrittenAsAList) {
   const TemporaryFolder folder;
   const std::string carried = frame("PRIV", "x\0\xFF\xE0"s, 0x4003) + frame("TXXX", std::string(200, 't'));
   const auto source = folder.file("source.mp3", track(carried + text("TIT2", "Kyrie")));
@@ -29,7 +29,7 @@ TEST(RawFramesTest, MoveAsAList) {
   EXPECT_EQ(folder.entryCount(), 3);
 }
 
-TEST(RawFramesTest, AreNotLookedForBehindAnExtendedHeaderThatDoesNotFit) {
+TEST(RawFramesTest, AreNotReadAfterAnExtendedHeaderThatDoesNotFit) {
   for (const auto& [body, fits] : {std::pair("\0\0\0\x12"s + std::string(18, '\0'), true),
                                    {"\0\0\0\x13"s + std::string(18, '\0'), false},
                                    {"\0\0\0"s, false}}) {

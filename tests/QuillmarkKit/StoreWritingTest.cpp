@@ -47,7 +47,7 @@ TEST(StoreWritingTest, WritesAFrameForEachField) {
   EXPECT_EQ(contentsOf(file), TagBytes(3).raw(frames).padding(2048).characters() + audio(300000));
   EXPECT_EQ(store.read(file), everyField());
 
-  // A total alone has no frame to stand in.
+  // No frame can contain a total without its number.
   store.write(TagSet().merging(everyField(), {TagField::lyricist, TagField::trackTotal, TagField::discTotal}),
               file);
   EXPECT_EQ(contentsOf(file),
@@ -80,12 +80,12 @@ TEST(StoreWritingTest, CarriesOtherFramesOver) {
            {"extended header v2.4", TagBytes(4, 0x40).raw("\0\0\0\6\1\0"s).text("TDRC", "1977"), date},
            {"extended header past the end", TagBytes(3, 0x40).raw("\xFF\xFF\xFF\xFC\0\0"s + user), ""},
            {"v2.2", TagBytes(2).text("TT2", "Old").frame("UFI", "id\0\1"sv), ""},
-           {"behind padding", TagBytes(3).padding(10).raw(user), ""},
-           {"behind no identifier", TagBytes(3).raw(priv + frame("BBBb", "b") + user), priv},
-           {"behind an empty frame", TagBytes(3).raw(priv + frame("BBBB", "") + user), priv},
-           {"of a size past the end", TagBytes(3).raw(priv).frameDeclaring(UINT32_MAX - 9, "BBBB", "b"),
+           {"after padding", TagBytes(3).padding(10).raw(user), ""},
+           {"after an invalid identifier", TagBytes(3).raw(priv + frame("BBBb", "b") + user), priv},
+           {"after an empty frame", TagBytes(3).raw(priv + frame("BBBB", "") + user), priv},
+           {"with a size past the end", TagBytes(3).raw(priv).frameDeclaring(UINT32_MAX - 9, "BBBB", "b"),
             priv},
-           {"what a tag set holds",
+           {"frames of fields",
             TagBytes(3).raw(wide("TIT2", "Old") + wide("TIT2", "Older") + comment + picture), ""},
        }) {
     SCOPED_TRACE(row.name);
@@ -100,7 +100,7 @@ TEST(StoreWritingTest, CarriesOtherFramesOver) {
   }
 }
 
-TEST(StoreWritingTest, ReplacesWhatALinkPointsTo) {
+TEST(StoreWritingTest, ReplacesTheTargetOfALink) {
   const TemporaryFolder folder;
   const TemporaryFolder elsewhere;
   const std::string priv = frame("PRIV", "p");
@@ -128,7 +128,7 @@ TEST(StoreWritingTest, LeavesTheFileAloneWhenItFails) {
   EXPECT_EQ(folder.entryCount(), 1);
 }
 
-TEST(StoreWritingTest, RefusesCarriedFramesThatTheSizeOfTheTagCannotTell) {
+TEST(StoreWritingTest, RefusesFramesThatAreTooBigForATag) {
   const ID3Frame sixteenth{.id = "PRIV", .flags = 0, .payload = platform::Bytes((1U << 24) - 10)};
   EXPECT_EQ(messageOf([&] { ID3Frames::tagData(std::vector(16, sixteenth), 0, "track.mp3"); }),
             "track.mp3: its tag would be larger than 256 MiB, more than an ID3 tag can hold.");

@@ -13,17 +13,17 @@ namespace tests {
 
 namespace {
 
-/// Implements only what every store must. Throws an int for the album "refused".
+/// Implements only the required operations. Throws an int for the album "refused".
 class PlainStore : public QuillmarkKit::TagStore {
  public:
-  QuillmarkKit::TagSet read(const std::filesystem::path&) const override { return held_; }
+  QuillmarkKit::TagSet read(const std::filesystem::path&) const override { return tags_; }
   void write(const QuillmarkKit::TagSet& tags, const std::filesystem::path&) const override {
     if (tags.album == "refused") throw 7;
-    held_ = tags;
+    tags_ = tags;
   }
 
  private:
-  mutable QuillmarkKit::TagSet held_;
+  mutable QuillmarkKit::TagSet tags_;
 };
 
 QuillmarkKit::TagSet tagsOf(const char* album) {
@@ -37,7 +37,7 @@ QuillmarkKit::TagSet tagsOf(const char* album) {
 static_assert(std::is_constructible_v<QuillmarkKit::TagApplier, const PlainStore&>);
 static_assert(!std::is_constructible_v<QuillmarkKit::TagApplier, PlainStore>);
 
-TEST(TagApplierTest, GivesAnOutcomeForEachFileAndGoesOn) {
+TEST(TagApplierTest, ReturnsAResultForEachFileAndContinues) {
   using namespace QuillmarkKit;
   const TemporaryFolder folder;
   const auto source = folder.file("a.mp3", track(text("TALB", "Mass"), 64));
@@ -53,7 +53,7 @@ TEST(TagApplierTest, GivesAnOutcomeForEachFileAndGoesOn) {
   const std::string unread = "no.mp3 could not be read.";
   EXPECT_EQ(messageOf([&] { std::rethrow_exception(failures[0].second); }), unread);
   EXPECT_EQ(messageOf([&] { applier.copy("no.mp3", {target}, TagFields::all, false); }), unread);
-  // Still within the applier's life, the folder holds the two files and nothing hidden.
+  // The applier still exists, but no hidden folder is left.
   EXPECT_EQ(folder.entryCount(), 2);
 }
 
@@ -66,7 +66,7 @@ TEST(TagApplierTest, WorksWithAStoreThatOnlyReadsAndWrites) {
   };
   EXPECT_TRUE(std::holds_alternative<TagApplier::Updated>(apply("Mass")));
   EXPECT_TRUE(std::holds_alternative<TagApplier::Unchanged>(apply("Mass")));
-  const auto outcome = apply("refused");  // with something that is not a std::exception
+  const auto outcome = apply("refused");  // the store throws an int
   const auto* failure = std::get_if<TagApplier::Failed>(&outcome);
   ASSERT_NE(failure, nullptr);
   EXPECT_THROW(std::rethrow_exception(failure->error), int);

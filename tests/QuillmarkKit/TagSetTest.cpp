@@ -11,7 +11,7 @@ namespace tests {
 using namespace QuillmarkKit;
 namespace JSON = platform::JSON;
 
-TEST(TagFieldTest, NamesAreForgivingAboutHyphensOnly) {
+TEST(TagFieldTest, NamesMayHaveExtraHyphens) {
   for (const TagField field : allTagFields) {
     EXPECT_EQ(fieldFromCliName(rawValue(field)), field);
     EXPECT_EQ(fieldFromCliName(cliName(field)), field);
@@ -24,7 +24,7 @@ TEST(TagFieldTest, NamesAreForgivingAboutHyphensOnly) {
   }
 }
 
-TEST(TagSetTest, MergingMovesTheSelectedFieldAndNoOther) {
+TEST(TagSetTest, MergingCopiesOnlyTheSelectedFields) {
   const TagSet full = everyField();
   for (const TagField field : allTagFields) {
     const TagSet alone = TagSet().merging(full, {field});
@@ -57,7 +57,7 @@ TEST(TagSetTest, NormalisingTrimsEveryText) {
   }
 }
 
-TEST(ArtworkTest, IsToldByItsSignature) {
+TEST(ArtworkTest, IsRecognisedByItsSignature) {
   EXPECT_EQ(Artwork::detecting(bytesFrom("\xFF\xD8\xFF")).value().format, Artwork::Format::jpeg);
   for (const auto bytes : {"\x89PNG\r\n\x1A", "\xFF\xD8", " \xFF\xD8\xFF", "GIF89a", ""}) {
     EXPECT_EQ(Artwork::detecting(bytesFrom(bytes)), std::nullopt) << bytes;
