@@ -63,7 +63,7 @@ TEST_F(ApplyCommandTest, ChangesTheSelectedFields) {
   EXPECT_EQ(folder.entryCount(), 2);
 }
 
-TEST_F(ApplyCommandTest, ReportsEachFileAndGoesOn) {
+TEST_F(ApplyCommandTest, ReportsEachFileAndContinues) {
   const FileState sourceBefore(source);
   const Finished run = apply({"02.mp3", "missing.mp3", "~/01.mp3", folder.path() / "02.mp3"});
   EXPECT_EQ(run.output,

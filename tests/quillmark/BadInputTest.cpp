@@ -25,7 +25,7 @@ class BadInputTest : public testing::Test {
 
 }  // namespace
 
-TEST_F(BadInputTest, GetsAClearLineAndAStatus) {
+TEST_F(BadInputTest, IsReportedWithAMessageAndAStatus) {
   using Maker = std::function<void(const filesystem::path&)>;
   const auto holding = [](std::string contents) -> Maker {
     return [contents](const auto& file) { std::ofstream(file) << contents; };
@@ -101,14 +101,14 @@ TEST_F(BadInputTest, TakesFileNamesAsTheyAre) {
 TEST_F(BadInputTest, TakesNoMoreMemoryThanTheFileIsLarge) {
   folder.file("frame.mp3", TagBytes(3).frameDeclaring(huge, "PRIV", "p").padding(1000).characters());
   folder.file("tag.mp3", TagBytes(3).padding(1000).declaring(huge));
-  // Of this one only the scanner of raw frames sees the tag.
+  // Only the scanner of raw frames recognises this tag.
   folder.file("raw.mp3", TagBytes(3, 0, 1).padding(1000).declaring(huge));
   const long little = run({"help"}).peakKilobytes + (64L << 10);
   const Finished applied = run({"apply", "--from", "good.mp3", "frame.mp3", "tag.mp3", "raw.mp3"});
   EXPECT_LT(applied.peakKilobytes, little);
   EXPECT_EQ(applied.output, "updated   frame.mp3\nupdated   raw.mp3\n\nchanged 2, unchanged 0, failed 1\n");
 
-  // The rest of this picture takes no room on the disk, and is not read: no tag could hold it.
+  // The picture is sparse and takes no room on the disk. It is not read, because no tag could contain it.
   std::filesystem::resize_file(folder.file("huge.png", "\x89PNG\r\n\x1A\n"), std::uint64_t{4} << 30);
   const Finished set = run({"set", "--artwork", "huge.png", "good.mp3"});
   EXPECT_EQ(set.error,

@@ -55,7 +55,7 @@ TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
   EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Year   1977\n");
 }
 
-TEST_F(ClipboardCommandsTest, CheckInOrder) {
+TEST_F(ClipboardCommandsTest, ReportTheFirstErrorInAFixedOrder) {
   EXPECT_EQ(run({"copy"}).error, "quillmark: No files given.\n");
   EXPECT_EQ(run({"paste", "--fields", "mood"}).error, "quillmark: No files given.\n");
   EXPECT_EQ(run({"paste", "--fields", "mood", "02.mp3"}).error, nothingThere);
@@ -64,7 +64,7 @@ TEST_F(ClipboardCommandsTest, CheckInOrder) {
             "quillmark: Unknown field 'mood'. Run 'quillmark fields' for the list.\n");
 }
 
-TEST_F(ClipboardCommandsTest, ReadDocumentsOfOthers) {
+TEST_F(ClipboardCommandsTest, ReadDocumentsOfOtherPrograms) {
   const std::string unreadable = "quillmark: The tags on the clipboard cannot be read: ";
   for (const auto& [document, error] : std::vector<std::pair<std::string, std::string>>{
            {R"({"version":1,"tags":{"year":1977.0,"mood":[{}]},"extra":[-1e999]})", ""},
@@ -101,7 +101,7 @@ TEST_F(ClipboardCommandsTest, ReadDocumentsOfOthers) {
   }
 }
 
-TEST_F(ClipboardCommandsTest, TellADamagedStoreFromAnEmptyOne) {
+TEST_F(ClipboardCommandsTest, DistinguishADamagedStoreFromAnEmptyOne) {
   ASSERT_EQ(run({"copy", "01.mp3"}).status, 0);
   const std::string stored = contentsOf(state / "pasteboard");
   const std::string document = stored.substr(stored.find('{'));
@@ -113,7 +113,7 @@ TEST_F(ClipboardCommandsTest, TellADamagedStoreFromAnEmptyOne) {
     folder.file(".local/state/quillmark/pasteboard", bytes);
     EXPECT_EQ(run({"paste", "02.mp3"}).error, damaged) << bytes;
   }
-  // Longer than any content: refused before it is read. The rest of the file takes no room on the disk.
+  // Longer than the limit, so refused before it is read. The file is sparse and takes no room on the disk.
   folder.file(".local/state/quillmark/pasteboard", head + "2147483649\n");
   std::filesystem::resize_file(state / "pasteboard", head.size() + 11 + 2147483649);
   EXPECT_EQ(run({"paste", "02.mp3"}).error, damaged);
@@ -126,7 +126,7 @@ TEST_F(ClipboardCommandsTest, TellADamagedStoreFromAnEmptyOne) {
   EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
 }
 
-TEST_F(ClipboardCommandsTest, TrustOnlyWhatNobodyElseCanHavePutThere) {
+TEST_F(ClipboardCommandsTest, RefuseContentThatAnotherUserCouldHaveStored) {
   using std::filesystem::perms;
   namespace filesystem = std::filesystem;
   const auto opened = [](const filesystem::path& place) {
@@ -147,7 +147,7 @@ TEST_F(ClipboardCommandsTest, TrustOnlyWhatNobodyElseCanHavePutThere) {
   struct Row {
     std::function<void()> change;
     std::string reasonForPaste;
-    /// Empty where copying puts it right.
+    /// Empty if copying repairs the clipboard.
     std::string reasonForCopy;
     bool needsRoot = false;
   };
@@ -203,7 +203,8 @@ TEST_F(ClipboardCommandsTest, WaitForAnotherWriterFirst) {
 }
 
 TEST_F(ClipboardCommandsTest, OfferTheSummaryToTheDesktop) {
-  // Stands in for every program: notes what it is given and what it has taken over from the process.
+  // A substitute for every clipboard program. Logs its arguments and the state that it inherits from the
+  // process.
   const std::string script = R"sh(#!/bin/sh
 echo noise; echo noise >&2
 while read -r name value; do [ "$name" != SigIgn: ] || ignored=${value#?????????}; done </proc/$$/status
@@ -237,7 +238,7 @@ echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd)" >>"
       std::filesystem::permissions(bin.file(name, contents), std::filesystem::perms::owner_all);
     for (const char* name : {"log", "taken"}) std::filesystem::remove(folder.path() / name);
     row.environment["PATH"] = bin.path();
-    // Somebody waits for the process to end by waiting for this pipe to close.
+    // Another program may wait for this pipe to close to detect the end of the process.
     std::array<int, 2> held{};
     ASSERT_EQ(::pipe2(held.data(), O_NONBLOCK), 0);
     const Finished run = quillmark(row.words, folder.path(), row.environment);

@@ -107,7 +107,7 @@ TEST_F(ReadCommandTest, PrintsJSONByPath) {
   EXPECT_EQ(early.error + std::to_string(early.status), "quillmark: no.mp3 could not be read.\n2");
 }
 
-TEST_F(ReadCommandTest, TellsPicturesInJSONByTheirSizeAndNamesThatAreOne) {
+TEST_F(ReadCommandTest, PrintsPictureSizesAndRefusesEqualNamesInJSON) {
   folder.file("a\xFF.mp3", audio());
   folder.file("a\xFE.mp3", audio());
   const std::string sized = quillmark({"read", "--json", "--no-artwork", "03.mp3"}, folder.path()).output;
@@ -119,7 +119,7 @@ TEST_F(ReadCommandTest, TellsPicturesInJSONByTheirSizeAndNamesThatAreOne) {
   EXPECT_EQ(clash.output + std::to_string(clash.status), "1");
 }
 
-TEST_F(ReadCommandTest, PrintsTheAskedFieldsAndTables) {
+TEST_F(ReadCommandTest, PrintsTheSelectedFieldsAndTables) {
   folder.file("a\t\\\n\xFF.mp3", track(text("TIT2", "one\ntwo\r\t\\ three") + text("TYER", "1977"), 64));
   std::filesystem::create_directory(folder.path() / "b");
   const std::string escaped = "a\\t\\\\\\n\xFF.mp3\t";

@@ -55,7 +55,7 @@ TEST_F(SetCommandTest, WritesAndClearsTheNamedFields) {
   }
 }
 
-TEST_F(SetCommandTest, TellsWhatChanges) {
+TEST_F(SetCommandTest, ReportsChangesWithDiff) {
   std::filesystem::create_directory(folder.path() / "a");
   folder.file("a/cover", png);
   folder.file("other", "\x89PNG\r\n\x1A\n picturf");
