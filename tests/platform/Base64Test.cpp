@@ -16,7 +16,7 @@ std::string encoded(std::string_view bytes, platform::Base64::Slash slash) {
 
 }  // namespace
 
-TEST(Base64, EncodesAndDecodesWhatIsWhole) {
+TEST(Base64, EncodesAndDecodesOnlyCompleteTexts) {
   using platform::Base64::Slash;
   for (const auto& [bytes, text] :
        {std::pair<std::string_view, std::string_view>{"", ""},

@@ -18,7 +18,7 @@ bool isRefused(std::string_view document) {
   return false;
 }
 
-TEST(JSON, TellsWhichNumbersAreIntegers) {
+TEST(JSON, RecognisesIntegers) {
   const std::pair<const char*, std::optional<std::int64_t>> rows[] = {{"1977.000", 1977},
                                                                       {"1.977e3", 1977},
                                                                       {"-0.0e5", 0},
@@ -37,7 +37,7 @@ TEST(JSON, TellsWhichNumbersAreIntegers) {
   }
 }
 
-TEST(JSON, RefusesWhatIsNoneOrTooDeep) {
+TEST(JSON, RefusesInvalidAndTooDeepDocuments) {
   for (const auto& document : {""s, "{}x"s, "[1,]"s, "{}\0x"s, "\"\xFF\""s, std::string(1000000, '[')})
     EXPECT_TRUE(isRefused(document)) << document.substr(0, 9);
   const auto nested = [](std::size_t depth) { return std::string(depth, '[') + std::string(depth, ']'); };
@@ -45,7 +45,7 @@ TEST(JSON, RefusesWhatIsNoneOrTooDeep) {
   EXPECT_TRUE(isRefused(nested(513)));
 }
 
-TEST(JSON, SaysWhatWasExpected) {
+TEST(JSON, ReportsThePlaceAndTheExpectedToken) {
   for (const auto& [document, error] : std::vector<std::pair<std::string, std::string>>{
            {"", "it ends too early"},
            {R"({"a":1)", "it ends too early"},
