@@ -1,14 +1,14 @@
-# bash completion for quillmark. Needs no functions of other packages.
+# bash completion for quillmark. Does not use functions of other packages.
 
-# Offers those of the words that start with the current word.
+# Offers the words that start with the current word.
 _quillmark_words() {
     mapfile -t COMPREPLY < <(compgen -W "$*" -- "$cur")
 }
 
-# Offers files with one of these extensions, in any case, and the folders on the way to them.
+# Offers files with one of these extensions, in upper or lower case, and folders.
 _quillmark_files() {
     local file word=$cur
-    # The word is as typed, with its backslashes or an open quote.
+    # The word contains backslashes or an open quote, as typed.
     [[ $word != [\"\']* ]] && word=${word//\\/} || word=${word:1}
     compopt -o filenames
     while IFS= read -r file; do
@@ -16,7 +16,7 @@ _quillmark_files() {
     done < <(compgen -f -- "$word")
 }
 
-# Offers the fields that the current list does not name yet.
+# Offers the fields that the current list does not contain yet.
 _quillmark_fields() {
     local field named=
     [[ $cur != *,* ]] || named=${cur%,*},
@@ -67,7 +67,7 @@ _quillmark() {
     read -ra options -d '' <<<"${options_of[${COMP_WORDS[1]}]-}"
     [[ ${#options[@]} -gt 0 ]] || return
     [[ ${COMP_WORDS[1]} != set ]] || options+=("${fields[@]/#/--}")
-    # After the name of an option, its value.
+    # Complete the value of the previous option.
     if [[ " ${options[*]} " == *" $previous "* ]]; then
         if [[ "|$lists|" == *"|$previous|"* ]]; then _quillmark_fields "${fields[@]}"; return; fi
         if [[ ${suffixes_of[$previous]-} ]]; then _quillmark_files "${suffixes_of[$previous]}"; return; fi

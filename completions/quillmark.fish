@@ -1,12 +1,12 @@
 # fish completion for quillmark.
 
-# Returns whether the command is one of those given, or none yet.
+# Succeeds if the command is one of those given, or if there is no command yet.
 function __quillmark_is
     set -l words (commandline -opc)
     contains -- "$words[2]" $argv
 end
 
-# Prints the fields that the current list does not name yet, each after those that it names.
+# Prints each field that the current list does not contain yet, after the fields in the list.
 function __quillmark_list
     set -l named (commandline -ct | string replace -r '[^,]*$' '')
     for field in $argv
