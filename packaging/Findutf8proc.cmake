@@ -1,5 +1,5 @@
-# Finds utf8proc, which not every version of it helps CMake to find, and defines utf8proc::utf8proc. A caller that
-# wants a certain file, such as the static library, sets utf8proc_LIBRARY beforehand.
+# Finds utf8proc and defines utf8proc::utf8proc, because not every version of utf8proc provides files for CMake. To use
+# a certain file, such as the static library, set utf8proc_LIBRARY beforehand.
 find_path(utf8proc_INCLUDE_DIR utf8proc.h)
 find_library(utf8proc_LIBRARY utf8proc)
 mark_as_advanced(utf8proc_INCLUDE_DIR utf8proc_LIBRARY)

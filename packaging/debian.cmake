@@ -1,8 +1,8 @@
-# Turns what was installed into what Debian expects, before the packages are made of it.
+# Changes the installed files to the form that Debian expects, before the packages are made.
 set(root ${CPACK_TEMPORARY_INSTALL_DIRECTORY})
 set(share ${root}/program/usr/share)
 
-# Debian's zsh looks for the functions of packages under another name.
+# Debian's zsh searches vendor-completions for the functions of packages.
 file(RENAME ${share}/zsh/site-functions ${share}/zsh/vendor-completions)
 file(RENAME ${root}/development/usr/share/doc/quillmark ${root}/development/usr/share/doc/libquillmark-dev)
 execute_process(COMMAND gzip -9n ${share}/man/man1/quillmark.1 ${share}/doc/quillmark/CHANGELOG.md COMMAND_ERROR_IS_FATAL ANY)

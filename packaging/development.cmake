@@ -1,12 +1,12 @@
-# The component `development`: what other projects need to use the libraries. It is installed when it is asked for by
-# name. All of its paths are relative to where it is installed, so that it can be moved.
+# The component `development`: the files that other projects need to use the libraries. It is installed only if it is
+# requested by name. Its paths are relative to the place of installation, so that the installation can be moved.
 include(CMakePackageConfigHelpers)
 set(development COMPONENT development EXCLUDE_FROM_ALL)
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/quillmark)
-# A folder of our own: the headers' own folders, such as platform/, have names that others may use, too.
+# Install the headers in a folder of their own, because other projects may have folders with names such as platform/.
 set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/quillmark)
 
-# The headers that programs include. Those that they include in turn are installed, too.
+# The headers that programs include. The headers that these include are installed, too.
 set(headers
     ID3TagEditor/ID3TagEditor.h
     ID3v2/Identifiers.h
@@ -41,8 +41,8 @@ while(headers)
   list(REMOVE_ITEM headers ${installed})
 endwhile()
 
-# Installs the archive of quillmark::<name> and its pkg-config file. `ARGN` are the pkg-config names of the libraries
-# that it needs; programs that link an archive must link them all, so they are not private.
+# Installs the archive of quillmark::<name> and its pkg-config file. `ARGN` contains the pkg-config names of the
+# libraries that it needs. They are public requirements, because programs that link an archive must link them, too.
 cmake_path(RELATIVE_PATH CMAKE_INSTALL_PREFIX BASE_DIRECTORY ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig OUTPUT_VARIABLE prefix_from_pc)
 get_target_property(definitions quillmark-platform INTERFACE_COMPILE_DEFINITIONS)
 list(TRANSFORM definitions PREPEND "-D")
@@ -59,8 +59,8 @@ install_library(ID3TagEditor ID3TagEditor "ID3v2 tags as frames by their names" 
 install_library(ID3v2 ID3v2 "the ID3v2 standards as plain values" quillmark-platform zlib)
 install_library(QuillmarkKit QuillmarkKit "tags of MP3 files, and the same tags for many files" quillmark-ID3TagEditor quillmark-ID3v2)
 
-# Only the compiler that wrote bytecode for link-time optimization can use it, and other versions of it fail. The machine
-# code beside it stays.
+# Remove bytecode for link-time optimization, which only the same version of the compiler can read. The machine code is
+# kept.
 if(CMAKE_INTERPROCEDURAL_OPTIMIZATION)
   install(CODE "
     file(GLOB archives \"\$ENV{DESTDIR}\${CMAKE_INSTALL_PREFIX}/${CMAKE_INSTALL_LIBDIR}/libquillmark-*.a\")
