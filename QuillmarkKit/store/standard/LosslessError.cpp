@@ -18,7 +18,7 @@ LosslessError LosslessError::cannotKeep(const std::filesystem::path& url, const 
 
 LosslessError LosslessError::hidesAPETag(const std::filesystem::path& url) {
   return LosslessError(platform::lastPathComponent(url) +
-                       ": --lossless cannot add an ID3v2 tag, because it would hide the APE tag.");
+                       ": --lossless cannot keep its APE tag in sight: a new ID3v2 tag would hide it.");
 }
 
 LosslessError LosslessError::tagIsNotInFront(const std::filesystem::path& url) {
