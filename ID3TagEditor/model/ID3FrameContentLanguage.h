@@ -79,7 +79,6 @@ constexpr std::string_view rawValue(ID3FrameContentLanguage language) {
   return languageCodes[static_cast<std::size_t>(language)];
 }
 
-/// Returns the raw value, which is the name of the case, too.
 constexpr std::string_view caseName(ID3FrameContentLanguage language) {
   return rawValue(language);
 }

@@ -28,7 +28,6 @@ constexpr std::size_t columnOf(ID3Version version) {
   return static_cast<std::size_t>(rawValue(version)) - 2;
 }
 
-/// Returns "version2", "version3" or "version4".
 constexpr std::string_view caseName(ID3Version version) {
   constexpr std::array<std::string_view, 3> names{"version2", "version3", "version4"};
   return names[columnOf(version)];

@@ -12,7 +12,6 @@
 // before, and returns the builder.
 namespace ID3TagEditor {
 
-/// The interface of the builders.
 class TagBuilder {
  public:
   virtual ~TagBuilder() = default;
@@ -20,7 +19,6 @@ class TagBuilder {
   virtual ID3Tag build() const = 0;
 };
 
-/// The setters of all versions.
 template <class Builder>
 class CommonFrameSetters : public TagBuilder {
  public:

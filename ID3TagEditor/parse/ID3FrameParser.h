@@ -7,7 +7,6 @@
 
 namespace ID3TagEditor {
 
-/// Parses one frame into a tag.
 class ID3FrameParser {
  public:
   explicit ID3FrameParser(FrameContentParsingOperations frameContentParsingOperations)

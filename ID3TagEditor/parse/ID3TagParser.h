@@ -9,7 +9,6 @@
 
 namespace ID3TagEditor {
 
-/// Turns bytes into a tag.
 class ID3TagParser {
  public:
   ID3TagParser(std::unique_ptr<TagSizeParser> tagSizeParser,
