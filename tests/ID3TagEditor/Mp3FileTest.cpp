@@ -80,7 +80,7 @@ TEST(Mp3File, KeepsTheAudioOfAFileThatIsItsOwnDestination) {
     const fs::path otherFile = folder.path() / other;
     for (const auto& [from, to] : {std::pair(file, otherFile), {otherFile, file}}) {
       folder.file("a.mp3", oldTagBytes + audio());
-      // Replacing the file has separated it from the link.
+      // The previous replacement has separated the file from this link.
       fs::remove(folder.path() / "hard.mp3");
       fs::create_hard_link(file, folder.path() / "hard.mp3");
       write(from, to);

@@ -30,7 +30,7 @@ TagBytes v3(std::uint8_t flags = 0) {
 TagBytes v4(std::uint8_t flags = 0) {
   return TagBytes(4, flags);
 }
-/// Returns the frames of the tag without its header, for tags with a body of more than frames.
+/// Returns the frames of the tag without its header, for building a body that contains more than frames.
 std::string frames(const TagBytes& tag) {
   return tag.characters().substr(10);
 }
