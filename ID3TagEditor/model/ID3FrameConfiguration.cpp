@@ -11,7 +11,7 @@ namespace ID3TagEditor {
 namespace {
 
 /// Returns an identifier of at most four characters as one number, 0 for an empty one. Numbers compare faster
-/// than texts, and the walk looks up an identifier for every ten bytes of padding.
+/// than texts, and the walk looks up an identifier for every few bytes of padding.
 constexpr std::uint32_t packed(std::string_view identifier) {
   std::uint32_t number = 0;
   for (const char character : identifier) number = number << 8 | static_cast<unsigned char>(character);

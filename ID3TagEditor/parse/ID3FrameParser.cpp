@@ -10,7 +10,8 @@ void ID3FrameParser::parse(const platform::SharedBytes& mp3, std::size_t framePo
   const auto identifier =
       mp3.view().subspan(framePosition, id3FrameConfiguration_.identifierSizeFor(version));
   const FrameType type = id3FrameConfiguration_.frameTypeFor(platform::charactersOf(identifier), version);
-  // Padding arrives here ten bytes at a time, as frames without a known type. Leaving early keeps that fast.
+  // Padding arrives here one frame header at a time, as frames of unknown types. Leaving early keeps that
+  // fast.
   if (type == FrameType::invalid) return;
   const auto operation = frameContentParsingOperations_.find(type);
   if (operation == frameContentParsingOperations_.end()) return;
