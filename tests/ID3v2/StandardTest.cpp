@@ -147,6 +147,7 @@ const Row rows[] = {
      v3().text("TCMP", "1").text("TIT2", "t")},
     {"data after the last frame", v3().text("TALB", "a").padding(3).raw("TIT").characters(),
      v3().text("TALB", "a"), "the data after frame TALB"},
+    {"data instead of frames", v3().raw("junk").characters(), v3(), "the data in its tag"},
     {"plain sizes in v2.4, with three zero bytes in front of the padding",
      v4().raw("TIT2\0\0\1\x49\0\0\1"s + utf16(std::string(162, 'L')) + "\0\0"s).padding(99).characters(),
      v3().text("TIT2", std::string(162, 'L'))},
