@@ -81,7 +81,7 @@ bool isFrameLikelyAt(ByteView body, std::size_t at, std::uint8_t version) {
   if (!hasHeaderAt(body, at, version)) return false;
   const ByteView identifier = body.subspan(at, layoutOf(version).identifier);
   return (isIdentifier(identifier) || isOddIdentifier(identifier)) &&
-         std::ranges::any_of(sizesAt(body, at, version), &std::optional<Size>::has_value);
+         std::ranges::any_of(sizesAt(body, at, version), [](const auto& size) { return size.has_value(); });
 }
 
 bool leadsOn(ByteView body, std::size_t at, std::uint8_t version) {

@@ -10,10 +10,13 @@
 #include <cerrno>
 #include <chrono>
 #include <csignal>
+#include <filesystem>
 #include <optional>
+#include <system_error>
 
 #include "platform/Descriptor.h"
 #include "platform/Process.h"
+#include "platform/base/Strings.h"
 
 namespace platform {
 
@@ -43,16 +46,27 @@ bool isSet(const char* variable) {
   return !Process::environment(variable).value_or("").empty();
 }
 
+/// Keeps every open file but the standard streams from programs that are started from now on.
+void closeFilesOnStart() {
+  std::error_code failure;
+  for (std::filesystem::directory_iterator file("/dev/fd", failure), end; !failure && file != end;
+       file.increment(failure)) {
+    const auto descriptor = Strings::decimalInteger(file->path().filename().native());
+    if (descriptor && *descriptor > STDERR_FILENO)
+      ::fcntl(static_cast<int>(*descriptor), F_SETFD, FD_CLOEXEC);
+  }
+}
+
 /// Starts the program with `input` as what it reads. It stays behind to serve the clipboard for as long as
 /// the desktop runs, so nothing of this process goes with it that somebody could wait for: no open file, no
 /// folder, no terminal.
 std::optional<pid_t> start(const Program& program, const Descriptor& input) {
+  closeFilesOnStart();
   posix_spawn_file_actions_t files;
   ::posix_spawn_file_actions_init(&files);
   ::posix_spawn_file_actions_adddup2(&files, input.get(), STDIN_FILENO);
   for (const int stream : {STDOUT_FILENO, STDERR_FILENO})
     ::posix_spawn_file_actions_addopen(&files, stream, "/dev/null", O_WRONLY, 0);
-  ::posix_spawn_file_actions_addclosefrom_np(&files, STDERR_FILENO + 1);
   ::posix_spawn_file_actions_addchdir_np(&files, "/");
 
   posix_spawnattr_t attributes;

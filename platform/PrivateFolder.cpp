@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -79,13 +80,16 @@ void PrivateFolder::failForAnother() {
 }
 
 void PrivateFolder::requireEmpty() {
-  alignas(struct dirent64) std::array<char, 1024> buffer;
+  // Not every C library has functions for this call and that of `renameIfNew`. With 64-bit offsets, `dirent`
+  // has the kernel's layout.
+  static_assert(sizeof(ino_t) == 8 && sizeof(off_t) == 8);
+  alignas(struct dirent) std::array<char, 1024> buffer;
   for (;;) {
-    const ssize_t length = ::getdents64(descriptor_.get(), buffer.data(), buffer.size());
+    const long length = ::syscall(SYS_getdents64, descriptor_.get(), buffer.data(), buffer.size());
     if (length == -1) fail();
     if (length == 0) return;
     for (std::size_t at = 0; at < static_cast<std::size_t>(length);) {
-      const auto* entry = reinterpret_cast<const struct dirent64*>(buffer.data() + at);
+      const auto* entry = reinterpret_cast<const struct dirent*>(buffer.data() + at);
       const std::string_view name = entry->d_name;
       if (name != "." && name != "..") failForAnother();
       at += entry->d_reclen;
@@ -114,17 +118,21 @@ bool PrivateFolder::removeFiles() {
 }
 
 void PrivateFolder::moveUp(const char* name, const std::string& as, bool asNew) {
-  const auto moved = [&](unsigned int flags) {
-    return ::renameat2(descriptor_.get(), name, parent_.descriptor(), as.c_str(), flags) == 0;
+  const int from = descriptor_.get();
+  const int to = parent_.descriptor();
+  const auto replace = [&] { return ::renameat(from, name, to, as.c_str()) == 0; };
+  const auto renameIfNew = [&] {
+    constexpr unsigned int noReplace = 1;
+    return ::syscall(SYS_renameat2, from, name, to, as.c_str(), noReplace) == 0;
   };
-  bool isDone = moved(asNew ? RENAME_NOREPLACE : 0);
+  bool isDone = asNew ? renameIfNew() : replace();
   if (!isDone && asNew && (errno == EINVAL || errno == EPERM || errno == ENOSYS)) {
     // Not every file system, kernel or sandbox can do the check and the rename in one step.
     struct stat found {};
     if (parent_.find(as, found)) {
       errno = EEXIST;
     } else if (errno == ENOENT) {
-      isDone = moved(0);
+      isDone = replace();
     }
   }
   if (!isDone) fail();

@@ -5,8 +5,18 @@
 
 #include <algorithm>
 #include <array>
+#include <cerrno>
 #include <charconv>
+#include <cmath>
+#include <cstdlib>
 #include <iterator>
+
+#ifndef __cpp_lib_to_chars
+#include <locale.h>
+#ifdef __APPLE__
+#include <xlocale.h>
+#endif
+#endif
 
 namespace platform::Strings {
 
@@ -53,6 +63,30 @@ std::string_view trimming(std::string_view text, Predicate isTrimmed) {
 /// What a hexadecimal literal can start with behind its prefix: not the words that a decimal one can be.
 bool isHexadecimalStart(char c) {
   return c == '.' || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
+}
+
+/// Reads a literal without sign or prefix, which must not start with blanks. The decimal point is a full
+/// stop, whatever the locale. Returns nothing if a double cannot hold the number.
+std::optional<double> unsignedFloatingPoint(std::string_view text, bool isHexadecimal) {
+  double value = 0;
+#ifdef __cpp_lib_to_chars
+  const auto format = isHexadecimal ? std::chars_format::hex : std::chars_format::general;
+  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value, format);
+  if (failure != std::errc() || end != text.data() + text.size()) return std::nullopt;
+#else
+  // A C++ library without from_chars for double. The C library's function is the only one that reads
+  // hexadecimal literals, too.
+  if (std::isspace(static_cast<unsigned char>(text.front())) != 0 || text.front() == '+') return std::nullopt;
+  const std::string literal = (isHexadecimal ? "0x" : "") + std::string(text);
+  static const locale_t plain = ::newlocale(LC_ALL_MASK, "C", nullptr);
+  char* end = nullptr;
+  errno = 0;
+  value = ::strtod_l(literal.c_str(), &end, plain);
+  if (end != literal.c_str() + literal.size()) return std::nullopt;
+  // A number next to zero that a double can hold with fewer digits counts as out of range there.
+  if (errno == ERANGE && (value == 0 || std::isinf(value))) return std::nullopt;
+#endif
+  return value;
 }
 
 /// Returns the number of columns that a terminal needs for the character: two for a wide one, none for one
@@ -292,8 +326,7 @@ std::optional<std::int64_t> decimalInteger(std::string_view text) {
 }
 
 std::optional<double> floatingPoint(std::string_view text) {
-  // from_chars heeds no locale, as the C library's functions do, but knows neither the plus sign nor the
-  // prefix of hexadecimal literals.
+  // from_chars knows neither the plus sign nor the prefix of hexadecimal literals.
   const bool isNegative = text.starts_with('-');
   if (isNegative || text.starts_with('+')) text.remove_prefix(1);
   const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
@@ -302,11 +335,8 @@ std::optional<double> floatingPoint(std::string_view text) {
   if (text.empty() || startsOutOfPlace(text.front())) return std::nullopt;
   // The library takes two signs for one in a hexadecimal exponent.
   if (text.find("+-") != std::string_view::npos) return std::nullopt;
-  double value = 0;
-  const auto format = isHexadecimal ? std::chars_format::hex : std::chars_format::general;
-  const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value, format);
-  if (failure != std::errc() || end != text.data() + text.size()) return std::nullopt;
-  return isNegative ? -value : value;
+  const auto value = unsignedFloatingPoint(text, isHexadecimal);
+  return value && isNegative ? -*value : value;
 }
 
 }  // namespace platform::Strings
