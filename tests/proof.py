@@ -17,6 +17,9 @@ for variable in ("WAYLAND_DISPLAY", "DISPLAY", "QUILLMARK_OPTIONS"):  # the user
     ENVIRONMENT.pop(variable, None)
 SKIPPED = 77  # the exit status of a proof that the system has no means for
 LEFT_OVER = ".quillmark-"
+# Whether the program was built without the calls that only Linux has. Such a build reads and writes audio to copy it.
+IS_PLAIN = "posix" in sys.argv[2:]
+COPYING = "write" if IS_PLAIN else "copy_file_range"
 
 failures = 0
 lock = threading.Lock()
@@ -34,6 +37,13 @@ def check(what, actual, expected):
 def finish(summary):
     print(f"{failures} checks failed" if failures else summary)
     sys.exit(1 if failures else 0)
+
+
+def is_linux_only(what):
+    """Says that a row is skipped if the program was built without the calls that only Linux has."""
+    if IS_PLAIN:
+        print(f"skipped: {what}, which takes a call that only Linux has")
+    return IS_PLAIN
 
 
 def require_terminals():

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Checks on XFS and Btrfs that a file written with --lossless shares its audio with its backup. Needs root and loop devices.
 
-Usage: sharing.py PROGRAM
+Usage: sharing.py PROGRAM [SYSTEM]
 """
 import os
 import pathlib
@@ -36,6 +36,8 @@ def check_sharing(program, folder, name):
 
 
 def main():
+    if proof.is_linux_only("sharing blocks of files"):
+        sys.exit(proof.SKIPPED)
     tried = []
     with tempfile.TemporaryDirectory() as folder:
         for name, maker in MAKERS.items():

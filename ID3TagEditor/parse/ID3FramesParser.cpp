@@ -8,9 +8,10 @@ void ID3FramesParser::parse(const platform::SharedBytes& mp3, ID3Tag& id3Tag) co
   const std::uint64_t size = id3Tag.properties.size;
   std::uint64_t position = ID3TagConfiguration::headerSize();
   while (position < size) {
-    const std::uint64_t total = frameSizeParser_->parse(mp3, position, id3Tag.properties.version);
+    const auto start = static_cast<std::size_t>(position);
+    const std::uint64_t total = frameSizeParser_->parse(mp3, start, id3Tag.properties.version);
     if (total >= size || position + total > mp3.size()) return;
-    id3FrameParser_.parse(mp3, position, total, id3Tag);
+    id3FrameParser_.parse(mp3, start, static_cast<std::size_t>(total), id3Tag);
     position += total;
   }
 }

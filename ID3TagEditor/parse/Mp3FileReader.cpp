@@ -13,7 +13,7 @@ std::optional<Bytes> Mp3FileReader::readID3TagFrom(const std::filesystem::path& 
   FileHandle file = FileHandle::forReading(path);
   const std::optional<std::uint64_t> length = tagLength(file);
   if (!length) return std::nullopt;
-  Bytes tag = file.readFirst(*length);
+  Bytes tag = file.readFirst(static_cast<std::size_t>(*length));
   if (tag.size() != *length) throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
   return tag;
 }

@@ -9,7 +9,7 @@ namespace QuillmarkKit {
 EngineTag::EngineTag(const ID3TagEditor::ID3TagEditor& editor, MP3File& file)
     : editor_(editor), file_(file), length_(editor.tagLength(file.handle())) {
   if (!length_) return;
-  const auto tag = editor.read(file.tagBytes().slice(0, *length_));
+  const auto tag = editor.read(file.tagBytes().slice(0, static_cast<std::size_t>(*length_)));
   if (tag) tags_ = tagSetFrom(*tag);
 }
 

@@ -77,16 +77,17 @@ struct FrameView {
 template <class Visit>
 void walk(ByteView body, std::uint64_t position, std::uint8_t version, Visit visit) {
   while (position + frameHeaderSize <= body.size()) {
-    const ByteView header = body.subspan(position, frameHeaderSize);
+    const auto start = static_cast<std::size_t>(position);
+    const ByteView header = body.subspan(start, frameHeaderSize);
     const ByteView id = header.first(identifierSize);
     if (!isIdentifier(id)) return;
     const std::uint64_t size = sizeAt(header, identifierSize, version);
-    const std::uint64_t payloadStart = position + frameHeaderSize;
+    const std::size_t payloadStart = start + frameHeaderSize;
     if (size == 0 || size > body.size() - payloadStart) return;
     visit(FrameView{.id = platform::charactersOf(id),
                     .flags = static_cast<std::uint16_t>(header[8] << 8 | header[9]),
                     .payloadStart = payloadStart,
-                    .payload = body.subspan(payloadStart, size)});
+                    .payload = body.subspan(payloadStart, static_cast<std::size_t>(size))});
     position = payloadStart + size;
   }
 }
@@ -107,7 +108,9 @@ struct TagBody {
 std::optional<TagBody> parseBody(const SharedBytes& data) {
   const auto header = parseHeader(data);
   if (!header || data.size() < header->tagLength) return std::nullopt;
-  TagBody body{.header = *header, .bytes = data.slice(tagHeaderSize, header->tagLength - tagHeaderSize)};
+  TagBody body{
+      .header = *header,
+      .bytes = data.slice(tagHeaderSize, static_cast<std::size_t>(header->tagLength) - tagHeaderSize)};
   if ((header->flags & unsynchronisationFlag) != 0) body.bytes = ID3v2::unsynchronisationUndone(body.bytes);
   if ((header->flags & extendedHeaderFlag) != 0) {
     const auto length = extendedHeaderLength(body.bytes, header->version);
@@ -156,7 +159,7 @@ std::array<std::uint8_t, tagHeaderSize> tagHeader(std::uint64_t bodySize, const 
 Bytes tagStart(std::uint64_t bodySize, const std::filesystem::path& file) {
   const auto header = tagHeader(bodySize, file);
   Bytes tag;
-  tag.reserve(tagHeaderSize + bodySize);
+  tag.reserve(tagHeaderSize + static_cast<std::size_t>(bodySize));
   platform::append(tag, header);
   return tag;
 }
@@ -233,7 +236,7 @@ Bytes tagData(const std::vector<ID3Frame>& frames, std::int64_t padding, const s
   for (const ID3Frame& frame : frames) {
     if (isWritten(frame)) appendFrame(tag, frame.id, frame.flags, frame.payload);
   }
-  tag.resize(tagHeaderSize + bodySize);
+  tag.resize(tagHeaderSize + static_cast<std::size_t>(bodySize));
   return tag;
 }
 

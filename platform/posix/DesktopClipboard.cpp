@@ -17,27 +17,15 @@
 #include "platform/Descriptor.h"
 #include "platform/Process.h"
 #include "platform/base/Strings.h"
+#include "platform/posix/DesktopPrograms.h"
+
+extern char** environ;
 
 namespace platform {
 
 namespace {
 
 using std::chrono::steady_clock;
-
-struct Program {
-  /// The environment variable that tells whether there is a desktop of the program's kind.
-  const char* display;
-  /// The command line, up to a null pointer.
-  std::array<const char*, 5> words;
-};
-
-// In the order in which they are tried.
-constexpr auto programs = std::to_array<Program>({
-    // With a type given, the text is not looked at to guess one.
-    {.display = "WAYLAND_DISPLAY", .words = {"wl-copy", "--type", "text/plain"}},
-    {.display = "DISPLAY", .words = {"xclip", "-selection", "clipboard", "-in"}},
-    {.display = "DISPLAY", .words = {"xsel", "--clipboard", "--input"}},
-});
 
 constexpr std::chrono::seconds patience{1};
 constexpr std::chrono::milliseconds betweenLooks{5};
@@ -60,7 +48,7 @@ void closeFilesOnStart() {
 /// Starts the program with `input` as what it reads. It stays behind to serve the clipboard for as long as
 /// the desktop runs, so nothing of this process goes with it that somebody could wait for: no open file, no
 /// folder, no terminal.
-std::optional<pid_t> start(const Program& program, const Descriptor& input) {
+std::optional<pid_t> start(const DesktopProgram& program, const Descriptor& input) {
   closeFilesOnStart();
   posix_spawn_file_actions_t files;
   ::posix_spawn_file_actions_init(&files);
@@ -99,11 +87,12 @@ bool writeOnto(const Descriptor& pipe, std::string_view& text) {
 
 /// Whether the program takes the text: each ends with success as soon as it holds all of it. One that has not
 /// ended in time is ended, with all that it has started.
-bool takes(const Program& program, std::string_view text) {
+bool takes(const DesktopProgram& program, std::string_view text) {
   std::array<int, 2> ends{};
-  if (::pipe2(ends.data(), O_CLOEXEC) == -1) return false;
+  if (::pipe(ends.data()) == -1) return false;
   Descriptor input(ends[0]);
   Descriptor pipe(ends[1]);
+  for (const int end : ends) ::fcntl(end, F_SETFD, FD_CLOEXEC);
   ::fcntl(pipe.get(), F_SETFL, O_NONBLOCK);
   const auto process = start(program, input);
   if (!process) return false;
@@ -131,8 +120,9 @@ bool takes(const Program& program, std::string_view text) {
 void putOnDesktopClipboard(std::string_view text) {
   // If the parent process has made this one ignore it, the end of a program would not be reported.
   std::signal(SIGCHLD, SIG_DFL);
-  for (const Program& program : programs) {
-    if (isSet(program.display) && takes(program, text)) return;
+  for (const DesktopProgram& program : desktopPrograms()) {
+    const bool hasDesktop = program.display == nullptr || isSet(program.display);
+    if (hasDesktop && takes(program, text)) return;
   }
 }
 

@@ -1,21 +1,18 @@
 #include "platform/PrivateFolder.h"
 
-#include <dirent.h>
 #include <fcntl.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <string_view>
 #include <utility>
 
 #include "platform/FileError.h"
+#include "platform/posix/SystemFiles.h"
 
 namespace platform {
 
@@ -33,7 +30,7 @@ std::string hiddenName() {
   chance += reinterpret_cast<std::uintptr_t>(&chance);
   for (int i = 0; i < 6; ++i) {
     chance = chance * 6364136223846793005U + 1442695040888963407U;
-    name += characters[(chance >> 33) % characters.size()];
+    name += characters[static_cast<std::size_t>(chance >> 33) % characters.size()];
   }
   return name;
 }
@@ -80,21 +77,9 @@ void PrivateFolder::failForAnother() {
 }
 
 void PrivateFolder::requireEmpty() {
-  // Not every C library has functions for this call and that of `renameIfNew`. With 64-bit offsets, `dirent`
-  // has the kernel's layout.
-  static_assert(sizeof(ino_t) == 8 && sizeof(off_t) == 8);
-  alignas(struct dirent) std::array<char, 1024> buffer;
-  for (;;) {
-    const long length = ::syscall(SYS_getdents64, descriptor_.get(), buffer.data(), buffer.size());
-    if (length == -1) fail();
-    if (length == 0) return;
-    for (std::size_t at = 0; at < static_cast<std::size_t>(length);) {
-      const auto* entry = reinterpret_cast<const struct dirent*>(buffer.data() + at);
-      const std::string_view name = entry->d_name;
-      if (name != "." && name != "..") failForAnother();
-      at += entry->d_reclen;
-    }
-  }
+  const auto isEmpty = SystemFiles::isEmpty(descriptor_.get());
+  if (!isEmpty) fail();
+  if (!*isEmpty) failForAnother();
 }
 
 FileHandle PrivateFolder::create(const char* name, const std::filesystem::path& file) {
@@ -121,12 +106,8 @@ void PrivateFolder::moveUp(const char* name, const std::string& as, bool asNew) 
   const int from = descriptor_.get();
   const int to = parent_.descriptor();
   const auto replace = [&] { return ::renameat(from, name, to, as.c_str()) == 0; };
-  const auto renameIfNew = [&] {
-    constexpr unsigned int noReplace = 1;
-    return ::syscall(SYS_renameat2, from, name, to, as.c_str(), noReplace) == 0;
-  };
-  bool isDone = asNew ? renameIfNew() : replace();
-  if (!isDone && asNew && (errno == EINVAL || errno == EPERM || errno == ENOSYS)) {
+  bool isDone = asNew ? SystemFiles::renameAsNew(from, name, to, as.c_str()) : replace();
+  if (!isDone && asNew && (errno == EINVAL || errno == EPERM || errno == ENOSYS || errno == ENOTSUP)) {
     // Not every file system, kernel or sandbox can do the check and the rename in one step.
     struct stat found {};
     if (parent_.find(as, found)) {

@@ -4,34 +4,27 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <memory>
 #include <utility>
 
-#include "platform/Descriptor.h"
 #include "platform/FileError.h"
 #include "platform/FileManager.h"
 #include "platform/base/Strings.h"
+#include "platform/posix/FolderStream.h"
 
 namespace platform::FileManager {
 
 namespace {
 
-struct CloseFolder {
-  void operator()(DIR* folder) const { ::closedir(folder); }
-};
-using OpenFolder = std::unique_ptr<DIR, CloseFolder>;
-
 /// Returns nothing for a folder that is not there any more.
-OpenFolder openFolder(const std::filesystem::path& folder, int linkFlag) {
-  Descriptor descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | linkFlag));
-  DIR* stream = descriptor ? ::fdopendir(descriptor.get()) : nullptr;
-  if (stream == nullptr) {
+FolderStream openFolder(const std::filesystem::path& folder, int linkFlag) {
+  FolderStream stream =
+      streamOf(Descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | linkFlag)));
+  if (!stream) {
     const bool isGone = errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
     if (isGone && linkFlag != 0) return nullptr;
     throw FileError(folder, FileError::notRead, errno);
   }
-  descriptor.release();
-  return OpenFolder(stream);
+  return stream;
 }
 
 enum class Kind : std::uint8_t { folder, file, other };
@@ -86,7 +79,7 @@ std::vector<std::string> filesBelow(const std::filesystem::path& folder, std::st
     folders.pop_back();
     // A slash at the end would follow a link.
     const auto path = prefix.empty() ? folder : folder / prefix.substr(0, prefix.size() - 1);
-    const OpenFolder stream = openFolder(path, prefix.empty() ? 0 : O_NOFOLLOW);
+    const FolderStream stream = openFolder(path, prefix.empty() ? 0 : O_NOFOLLOW);
     while (stream) {
       errno = 0;
       const dirent* entry = ::readdir(stream.get());

@@ -18,8 +18,8 @@ constexpr const char* copyName = "old";
 
 /// Returns whether `linkat` failed because this file, or no file, can have a second name here.
 bool mayNotLink(int code) {
-  return code == EPERM || code == EMLINK || code == EOPNOTSUPP || code == ENOSYS || code == EXDEV ||
-         code == EACCES || code == EINVAL;
+  return code == EPERM || code == EMLINK || code == EOPNOTSUPP || code == ENOTSUP || code == ENOSYS ||
+         code == EXDEV || code == EACCES || code == EINVAL;
 }
 
 }  // namespace

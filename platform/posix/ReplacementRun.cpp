@@ -1,14 +1,11 @@
 #include "platform/ReplacementRun.h"
 
-#include <unistd.h>
-
-#include <array>
 #include <cerrno>
-#include <climits>
 #include <system_error>
 #include <utility>
 
 #include "platform/FileConflict.h"
+#include "platform/posix/SystemFiles.h"
 
 namespace platform {
 
@@ -19,12 +16,7 @@ namespace {
 /// Returns the path of an open file without any link in it, if the system knows one. It may be out of date
 /// already.
 std::optional<path> realPath(const FileHandle& file) {
-  std::array<char, PATH_MAX> buffer;
-  const std::string own = "/proc/self/fd/" + std::to_string(file.descriptor());
-  const ssize_t length = ::readlink(own.c_str(), buffer.data(), buffer.size());
-  if (length > 0 && static_cast<std::size_t>(length) < buffer.size() && buffer[0] == '/') {
-    return path(std::string(buffer.data(), static_cast<std::size_t>(length)));
-  }
+  if (auto real = SystemFiles::pathOf(file)) return real;
   std::error_code failure;
   path real = std::filesystem::canonical(file.path(), failure);
   return failure ? std::nullopt : std::optional(std::move(real));
@@ -59,7 +51,10 @@ FolderEntry ReplacementRun::entryOf(const FileHandle& file) {
   // To find the file under its name is not enough: hard links can give it that name in several folders.
   if (folder_ && folder_->isAt(folder)) {
     FolderEntry entry = entryIn(*folder_, file.path().filename());
-    if (leadsToFile(entry)) return entry;
+    if (leadsToFile(entry)) {
+      entry.name = SystemFiles::nameAsStored(file, entry.name);
+      return entry;
+    }
   }
   auto opened = std::make_unique<ReplacementFolder>(folder, file.path());
   FolderEntry entry{.folder = opened.get(), .name = file.path().filename().native()};
@@ -67,7 +62,10 @@ FolderEntry ReplacementRun::entryOf(const FileHandle& file) {
     if (errno != ENOENT) throw FileError(file.path(), FileError::notWritten, errno);
     throw FileConflict(FileConflict::Case::movedOrDeleted, file.path());
   }
-  if (leadsToFile(entry)) return takeOn(std::move(opened), std::move(entry));
+  if (leadsToFile(entry)) {
+    entry.name = SystemFiles::nameAsStored(file, entry.name);
+    return takeOn(std::move(opened), std::move(entry));
+  }
 
   // The name belongs to a link, or to another file by now.
   const mode_t found = entry.attributes.st_mode;

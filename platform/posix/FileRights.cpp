@@ -1,35 +1,32 @@
 #include "platform/FileRights.h"
 
 #include <sys/stat.h>
-#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
-#include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <optional>
-#include <sstream>
 #include <string>
 #include <string_view>
 
-#include "platform/AccessControlList.h"
 #include "platform/FileError.h"
+#include "platform/posix/AccessControlList.h"
+#include "platform/posix/FileAttributes.h"
+#include "platform/posix/FileTimes.h"
+#include "platform/posix/KnownIDs.h"
 
 namespace platform {
 
 namespace {
 
-constexpr std::uint32_t defaultOverflowID = 65534;
-constexpr std::string_view accessControlList = AccessControlList::attribute;
+using FileAttributes::accessControlList;
 
 [[noreturn]] void fail(const FileHandle& original) {
   throw FileError(original.path(), FileError::notWritten, errno);
 }
 
 bool isUnsupported(int code) {
-  return code == EOPNOTSUPP || code == ENOSYS;
+  return code == EOPNOTSUPP || code == ENOTSUP || code == ENOSYS;
 }
 
 /// What a system says that does not let the user, or anybody, give files away.
@@ -42,40 +39,6 @@ struct Kept {
   bool group;
 };
 
-std::string contentsOf(const char* file) {
-  std::ifstream stream(file);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// Returns the ID in that file of the system which stands for all IDs that have no counterpart in the user
-/// namespace, or nothing in the initial namespace, where all IDs have one.
-std::optional<std::uint32_t> overflowID(const char* map, const char* file) {
-  std::istringstream mapped(contentsOf(map));
-  std::uint64_t inside = 0;
-  std::uint64_t outside = 0;
-  std::uint64_t count = 0;
-  constexpr std::uint64_t all = 0xFFFFFFFF;
-  if (!(mapped >> inside >> outside >> count) || (inside == 0 && outside == 0 && count == all)) return {};
-  std::istringstream overflow(contentsOf(file));
-  std::uint32_t id = 0;
-  return overflow >> id ? std::optional(id) : std::nullopt;
-}
-
-/// Returns which of the file's IDs are known. Those of the user are, and need no look at the system.
-Kept knownIDs(const struct stat& file) {
-  Kept known{.owner = file.st_uid == ::geteuid() && file.st_uid != defaultOverflowID,
-             .group = file.st_gid == ::getegid() && file.st_gid != defaultOverflowID};
-  if (!known.owner) {
-    static const auto overflow = overflowID("/proc/self/uid_map", "/proc/sys/kernel/overflowuid");
-    known.owner = file.st_uid != overflow;
-  }
-  if (!known.group) {
-    static const auto overflow = overflowID("/proc/self/gid_map", "/proc/sys/kernel/overflowgid");
-    known.group = file.st_gid != overflow;
-  }
-  return known;
-}
-
 [[noreturn]] void failToKeep(const FileHandle& original, bool keepsOwner) {
   throw FileError(original.path(), FileError::notWritten,
                   keepsOwner ? "its group cannot be kept, nor its group's access"
@@ -87,7 +50,7 @@ Kept keepOwner(const FileHandle& original, const FileHandle& replacement) {
   constexpr auto same = static_cast<uid_t>(-1);
   const struct stat& wanted = original.attributes();
   const struct stat& own = replacement.attributes();
-  const Kept known = knownIDs(wanted);
+  const KnownIDs known = knownIDs(wanted);
   if (!known.owner || !known.group) failToKeep(original, known.owner);
   const Kept kept{.owner = own.st_uid == wanted.st_uid, .group = own.st_gid == wanted.st_gid};
   if (kept.owner && kept.group) return kept;
@@ -119,35 +82,34 @@ std::optional<std::string> answerOfUnknownSize(Call call) {
 }
 
 std::optional<std::string> attributeOf(const FileHandle& file, const char* name) {
-  return answerOfUnknownSize(
-      [&](char* buffer, std::size_t size) { return ::fgetxattr(file.descriptor(), name, buffer, size); });
+  return answerOfUnknownSize([&](char* buffer, std::size_t size) {
+    return FileAttributes::get(file.descriptor(), name, buffer, size);
+  });
 }
 
-/// Attributes that belong to the system may be out of the user's reach; the user's own, and who may use the
-/// file, must not get lost.
 bool mayBeRefused(std::string_view name, int code) {
-  return !name.starts_with("user.") && name != accessControlList &&
+  return !FileAttributes::isOfUser(name) &&
          (code == EPERM || code == EACCES || code == EINVAL || isUnsupported(code));
 }
 
 /// All but the access-control list. Tells whether the original has one.
 bool copyExtendedAttributes(const FileHandle& original, const FileHandle& replacement) {
   bool hasList = false;
-  const auto names = answerOfUnknownSize(
-      [&](char* buffer, std::size_t size) { return ::flistxattr(original.descriptor(), buffer, size); });
+  const auto names = answerOfUnknownSize([&](char* buffer, std::size_t size) {
+    return FileAttributes::list(original.descriptor(), buffer, size);
+  });
   if (!names && isUnsupported(errno)) return false;
   if (!names) fail(original);
   // Each name is ended by a zero byte.
   for (std::size_t at = 0; at < names->size();) {
     const char* name = names->c_str() + at;
     at += std::string_view(name).size() + 1;
-    if (name == accessControlList) {
+    if (std::string_view(name) == accessControlList) {
       hasList = true;
       continue;
     }
     const auto value = attributeOf(original, name);
-    const bool isKept =
-        value && ::fsetxattr(replacement.descriptor(), name, value->data(), value->size(), 0) == 0;
+    const bool isKept = value && FileAttributes::set(replacement.descriptor(), name, *value) == 0;
     const bool isGone = !value && errno == ENODATA;
     if (!isKept && !isGone && !mayBeRefused(name, errno)) fail(original);
   }
@@ -155,12 +117,12 @@ bool copyExtendedAttributes(const FileHandle& original, const FileHandle& replac
 }
 
 bool setList(const FileHandle& replacement, std::string_view bytes) {
-  return ::fsetxattr(replacement.descriptor(), accessControlList.data(), bytes.data(), bytes.size(), 0) == 0;
+  return FileAttributes::set(replacement.descriptor(), accessControlList, bytes) == 0;
 }
 
 /// The original's access-control list as it is on disk; nothing where its mode says it all.
 std::optional<std::string> listOf(const FileHandle& original) {
-  auto bytes = attributeOf(original, accessControlList.data());
+  auto bytes = attributeOf(original, accessControlList);
   if (!bytes && errno != ENODATA && !isUnsupported(errno)) fail(original);
   return bytes;
 }
@@ -184,7 +146,7 @@ AccessControlList listInstead(const FileHandle& original, const FileHandle& repl
 void keepRights(const FileHandle& original, const FileHandle& replacement) {
   const Kept kept = keepOwner(original, replacement);
   // A default list of the folder must not widen who may use the file.
-  const int removed = ::fremovexattr(replacement.descriptor(), accessControlList.data());
+  const int removed = FileAttributes::remove(replacement.descriptor(), accessControlList);
   if (removed == -1 && errno != ENODATA && !isUnsupported(errno)) fail(original);
   const bool hasList = copyExtendedAttributes(original, replacement);
   auto list = hasList ? listOf(original) : std::nullopt;
@@ -204,11 +166,13 @@ void keepRights(const FileHandle& original, const FileHandle& replacement) {
       ::fchmod(replacement.descriptor(), mode) == -1) {
     fail(original);
   }
+  FileAttributes::copyFurther(original, replacement);
 }
 
 void keepModificationDate(const FileHandle& original, const FileHandle& replacement) {
   // Some file systems ignore UTIME_OMIT, and with it the other time.
-  const std::array<timespec, 2> times{original.attributes().st_atim, original.attributes().st_mtim};
+  const std::array<timespec, 2> times{accessTime(original.attributes()),
+                                      modificationTime(original.attributes())};
   ::futimens(replacement.descriptor(), times.data());
 }
 

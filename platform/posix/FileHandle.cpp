@@ -10,6 +10,7 @@
 
 #include "platform/FileConflict.h"
 #include "platform/FileError.h"
+#include "platform/posix/SystemFiles.h"
 
 namespace platform {
 
@@ -105,11 +106,10 @@ void FileHandle::copyInsideKernel(FileHandle& source) const {
   const bool canShare = offset != 0 && offset == written_ % blockSize;
   std::uint64_t toBoundary = canShare ? blockSize - offset : 0;
   while (source.position_ < source.size()) {
-    auto from = static_cast<off_t>(source.position_);
     const std::uint64_t most = toBoundary > 0 ? toBoundary : kernelChunkSize;
     const auto wanted = static_cast<std::size_t>(std::min(source.size() - source.position_, most));
-    const ssize_t count = retrying(
-        [&] { return ::copy_file_range(source.descriptor(), &from, descriptor(), nullptr, wanted, 0); });
+    const std::int64_t count =
+        SystemFiles::copyInsideKernel(source.descriptor(), source.position_, descriptor(), wanted);
     if (count <= 0) return;
     source.position_ += static_cast<std::uint64_t>(count);
     toBoundary -= std::min(toBoundary, static_cast<std::uint64_t>(count));
@@ -124,7 +124,8 @@ void FileHandle::copy(FileHandle& source, std::uint64_t offset) {
   // is really wrong with either file shows itself here again.
   Bytes chunk(copyChunkSize);
   while (source.position_ < source.size()) {
-    const std::size_t wanted = std::min<std::uint64_t>(source.size() - source.position_, chunk.size());
+    const auto wanted =
+        static_cast<std::size_t>(std::min<std::uint64_t>(source.size() - source.position_, chunk.size()));
     const std::size_t count = source.readInto(std::span(chunk).first(wanted));
     if (count == 0) throw FileConflict(FileConflict::Case::changed, source.path_);
     write(ByteView(chunk).first(count));
@@ -132,7 +133,8 @@ void FileHandle::copy(FileHandle& source, std::uint64_t offset) {
 }
 
 void FileHandle::synchronise() {
-  if (retrying([&] { return ::fsync(descriptor()); }) == -1) throw FileError(path_, failure_, errno);
+  if (retrying([&] { return SystemFiles::synchronise(descriptor()); }) == -1)
+    throw FileError(path_, failure_, errno);
 }
 
 void FileHandle::close() {

@@ -130,7 +130,7 @@ std::optional<Bytes> Pasteboard::data(std::string_view forType) const {
   if (file.size() == 0) return std::nullopt;
   // Whatever else lies there is not read, however long it is.
   if (charactersOf(file.read(signature.size())) != signature || file.size() > greatestSize) failForDamage();
-  const Bytes stored = file.read(file.size() - signature.size());
+  const Bytes stored = file.read(static_cast<std::size_t>(file.size()) - signature.size());
   const auto data = dataIn(charactersOf(stored), forType);
   return data ? std::optional(Bytes(data->begin(), data->end())) : std::nullopt;
 }

@@ -8,22 +8,18 @@
 
 #include "platform/FileError.h"
 #include "platform/PrivateFolder.h"
+#include "platform/posix/SystemFiles.h"
 
 namespace platform {
 
 using std::filesystem::path;
 
-namespace {
-
-constexpr int folderFlags = O_DIRECTORY | O_CLOEXEC;
-
-}  // namespace
-
 ReplacementFolder::ReplacementFolder(const path& path, std::filesystem::path file) : file_(std::move(file)) {
-  descriptor_ = Descriptor(retrying([&] { return ::open(path.c_str(), O_RDONLY | folderFlags); }));
+  descriptor_ =
+      Descriptor(retrying([&] { return ::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); }));
   if (!descriptor_ && errno == EACCES) {
     isReadable_ = false;
-    descriptor_ = Descriptor(retrying([&] { return ::open(path.c_str(), O_PATH | folderFlags); }));
+    descriptor_ = SystemFiles::openFolderForSearch(path);
   }
   if (!descriptor_) throw FileError(file_, FileError::notWritten, errno);
 }
@@ -72,7 +68,7 @@ void ReplacementFolder::dropPrivateFolder() {
 void ReplacementFolder::synchronise() {
   dropPrivateFolder();
   if (std::exchange(isSynchronised_, true) || !isReadable_) return;
-  if (retrying([&] { return ::fsync(descriptor()); }) == 0) return;
+  if (retrying([&] { return SystemFiles::synchronise(descriptor()); }) == 0) return;
   // File systems that have nothing to do for a folder say so.
   if (errno != EINVAL && errno != ENOTSUP && errno != EROFS) {
     throw FileError(file_, "was written, but its folder could not be synchronised", errno);

@@ -1,4 +1,4 @@
-#include "platform/AccessControlList.h"
+#include "platform/posix/AccessControlList.h"
 
 #include <algorithm>
 #include <cstddef>

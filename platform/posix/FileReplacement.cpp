@@ -1,9 +1,6 @@
 #include "platform/FileReplacement.h"
 
-#include <fcntl.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 #include <cerrno>
 #include <utility>
@@ -12,6 +9,8 @@
 #include "platform/FileConflict.h"
 #include "platform/FileError.h"
 #include "platform/FileRights.h"
+#include "platform/posix/FileTimes.h"
+#include "platform/posix/SystemFiles.h"
 
 namespace platform {
 
@@ -22,17 +21,7 @@ constexpr const char* fileName = "new";
 /// Throws FileError unless the user may write to the file: a user who may write to the folder could replace
 /// any file in it.
 void requireWritable(const FileHandle& original, const FolderEntry& entry) {
-  if (::faccessat(original.descriptor(), "", W_OK, AT_EACCESS | AT_EMPTY_PATH) == 0) return;
-  if (errno == ENOSYS || errno == EPERM || errno == EINVAL) {
-    // Kernels before Linux 5.8, and sandboxes, do not have the call that takes flags.
-    // The C library uses it for the plain question, too.
-    const int folder = entry.folder->descriptor();
-    const char* name = entry.name.c_str();
-    const bool isOneUser = ::geteuid() == ::getuid() && ::getegid() == ::getgid();
-    const bool mayWrite = isOneUser ? ::syscall(SYS_faccessat, folder, name, W_OK) == 0
-                                    : ::faccessat(folder, name, W_OK, AT_EACCESS) == 0;
-    if (mayWrite) return;
-  }
+  if (SystemFiles::mayWrite(original, entry.folder->descriptor(), entry.name)) return;
   if (errno == EACCES) throw FileError(original.path(), FileError::notWritten, "it is write-protected");
   throw FileError(original.path(), FileError::notWritten, errno);
 }
@@ -42,7 +31,7 @@ bool isEqual(const timespec& a, const timespec& b) {
 }
 
 bool hasSameContents(const struct stat& a, const struct stat& b) {
-  return a.st_size == b.st_size && isEqual(a.st_mtim, b.st_mtim);
+  return a.st_size == b.st_size && isEqual(modificationTime(a), modificationTime(b));
 }
 
 std::optional<FileHandle> openIfThere(const std::filesystem::path& path) {
@@ -129,7 +118,7 @@ void FileReplacement::requireUnchanged(bool hasSecondName) const {
 void FileReplacement::requireUnchanged(const struct stat& found, bool hasSecondName) const {
   if (!S_ISREG(found.st_mode)) throw FileConflict(FileConflict::Case::noFile, path_);
   const struct stat& opened = original_->attributes();
-  const bool hasSameAttributes = hasSecondName || isEqual(found.st_ctim, opened.st_ctim);
+  const bool hasSameAttributes = hasSecondName || isEqual(changeTime(found), changeTime(opened));
   if (!isSameFile(found, opened) || !hasSameContents(found, opened) || !hasSameAttributes) {
     throw FileConflict(FileConflict::Case::changed, path_);
   }

@@ -13,12 +13,9 @@ namespace platform {
 /// Who may do what with a file: its permission bits, or its access-control list, which begins with the same.
 class AccessControlList {
  public:
-  /// The extended attribute that holds the list on disk.
-  static constexpr const char* attribute = "system.posix_acl_access";
-
   /// The list that nothing but permission bits make.
   static AccessControlList fromMode(mode_t mode);
-  /// The list of the attribute's bytes; nothing when they are none.
+  /// Returns the list in the form in which Linux keeps it, or nothing if the bytes are none in that form.
   static std::optional<AccessControlList> fromAttribute(std::string_view bytes);
 
   /// The same rights for the same people after the file has gone to another owner, another group, or both:

@@ -1,0 +1,15 @@
+#include "platform/posix/DesktopPrograms.h"
+
+namespace platform {
+
+std::span<const DesktopProgram> desktopPrograms() {
+  static constexpr auto programs = std::to_array<DesktopProgram>({
+      // With a type given, the text is not looked at to guess one.
+      {.display = "WAYLAND_DISPLAY", .words = {"wl-copy", "--type", "text/plain"}},
+      {.display = "DISPLAY", .words = {"xclip", "-selection", "clipboard", "-in"}},
+      {.display = "DISPLAY", .words = {"xsel", "--clipboard", "--input"}},
+  });
+  return programs;
+}
+
+}  // namespace platform
