@@ -37,9 +37,10 @@ platform::SharedBytes wholeTag(const std::filesystem::path& path) {
   MP3File file(path);
   const FileTags tags = readTags(file);
   if (!tags.hasID3v2Tag) throw LosslessError::cannotCopyTag(path, "it has none");
-  const auto damaged = std::ranges::find(tags.unreadable, false, &ID3v2::UnreadablePart::isFrame);
-  if (damaged != tags.unreadable.end())
-    throw LosslessError::cannotCopyTag(path, damaged->what + " is damaged");
+  // A part without an identifier is not a frame. Frames that cannot be read are copied like the others.
+  const auto damage = std::ranges::find(tags.unreadable, "", &ID3v2::UnreadablePart::identifier);
+  if (damage != tags.unreadable.end())
+    throw LosslessError::cannotCopyTag(path, damage->what + " cannot be read");
   return tagBytesOf(file, tags);
 }
 
