@@ -1,3 +1,35 @@
+#include <cmath>
+
+namespace platform::JSON {
+
+namespace {
+
+/// Takes the value of a floating-point number from the parser. It is always 0, because the parser would
+/// refuse a document with a number beyond the range of a double; the builder uses the text of the number.
+class UncheckedNumber {
+ public:
+  UncheckedNumber(double value = 0) : value_(value) {}
+  operator double&() { return value_; }
+  operator double() const { return 0; }
+
+ private:
+  double value_;
+};
+
+}  // namespace
+
+}  // namespace platform::JSON
+
+#ifdef _LIBCPP_VERSION
+// The parser asks this of every number. The function of libc++ only takes the types of the language, unlike
+// that of other libraries, which converts the number to one.
+namespace std {
+inline bool isfinite(const platform::JSON::UncheckedNumber& number) {
+  return isfinite(static_cast<double>(number));
+}
+}  // namespace std
+#endif
+
 #include <algorithm>
 #include <cstdint>
 #include <map>
@@ -14,18 +46,6 @@ namespace platform::JSON {
 namespace {
 
 constexpr std::size_t greatestDepth = 512;
-
-/// Takes the value of a floating-point number from the parser. It is always 0, because the parser would
-/// refuse a document with a number beyond the range of a double; the builder uses the text of the number.
-class UncheckedNumber {
- public:
-  UncheckedNumber(double value = 0) : value_(value) {}
-  operator double&() { return value_; }
-  operator double() const { return 0; }
-
- private:
-  double value_;
-};
 
 using Parser = nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t, std::uint64_t,
                                     UncheckedNumber>;
