@@ -10,6 +10,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <iterator>
+#include <memory>
 
 #ifndef __cpp_lib_to_chars
 #include <locale.h>
@@ -301,6 +302,18 @@ bool isWordCharacter(char32_t character) {
 
 bool equalIgnoringASCIICase(std::string_view a, std::string_view b) {
   return std::ranges::equal(a, b, {}, toASCIILower, toASCIILower);
+}
+
+bool equalIgnoringCaseAndForm(const std::string& a, const std::string& b) {
+  const auto folded = [](const std::string& text) {
+    constexpr auto options = static_cast<utf8proc_option_t>(UTF8PROC_DECOMPOSE | UTF8PROC_CASEFOLD);
+    utf8proc_uint8_t* characters = nullptr;
+    const auto* bytes = reinterpret_cast<const utf8proc_uint8_t*>(text.data());
+    const auto length = utf8proc_map(bytes, static_cast<utf8proc_ssize_t>(text.size()), &characters, options);
+    const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(characters, &std::free);
+    return length < 0 ? text : std::string(characters, characters + length);
+  };
+  return a == b || folded(a) == folded(b);
 }
 
 std::vector<std::string_view> split(std::string_view text, char separator) {

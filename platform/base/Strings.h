@@ -80,6 +80,9 @@ constexpr bool isASCIIDigit(char c) {
   return c >= '0' && c <= '9';
 }
 bool equalIgnoringASCIICase(std::string_view a, std::string_view b);
+/// Returns whether two texts differ at most in the case of letters and in their Unicode normalisation form.
+/// Text that is not UTF-8 only equals itself.
+bool equalIgnoringCaseAndForm(const std::string& a, const std::string& b);
 
 /// The pieces between the separators; empty pieces are left out.
 std::vector<std::string_view> split(std::string_view text, char separator);

@@ -49,4 +49,12 @@ TEST(Text, ConvertsCharactersAtTheBoundariesOfTheEncodings) {
     EXPECT_EQ(fromUTF16(bytesOf(half)), std::nullopt) << testing::PrintToString(half);
 }
 
+TEST(Text, ComparesNamesAsAFolderThatIgnoresCaseDoes) {
+  using platform::Strings::equalIgnoringCaseAndForm;
+  EXPECT_TRUE(equalIgnoringCaseAndForm("STRASSE \u00C9.mp3", "stra\u00DFe e\u0301.MP3"));
+  EXPECT_FALSE(equalIgnoringCaseAndForm("e.mp3", "\u00E9.mp3"));
+  EXPECT_TRUE(equalIgnoringCaseAndForm("a\xFF", "a\xFF"));
+  EXPECT_FALSE(equalIgnoringCaseAndForm("a\xFF", "A\xFF"));
+}
+
 }  // namespace tests
