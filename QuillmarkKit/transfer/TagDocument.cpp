@@ -14,7 +14,7 @@ namespace JSON = platform::JSON;
 
 namespace {
 
-/// A value of the document, and the names of the members that lead to it, the outermost first.
+/// A value of the document, and the names of the members that lead to it, outermost first.
 struct Place {
   const JSON::Value& value;
   std::vector<std::string_view> names;
@@ -25,7 +25,8 @@ struct Place {
     return inner;
   }
 
-  /// `mistake` is a verb and what follows it, without a full stop.
+  /// Throws a DecodingError that names the place. `mistake` is the predicate of the message, without a full
+  /// stop.
   [[noreturn]] void refuse(std::string_view mistake) const {
     const std::string place = names.empty() ? "the document" : JSON::placeOf(names);
     throw JSON::DecodingError(place + " " + std::string(mistake));
@@ -66,7 +67,7 @@ Artwork::Format formatAt(const Place& place) {
 Artwork artworkAt(const Place& data, Artwork::Format format) {
   auto bytes = platform::Base64::decode(data.text());
   if (!bytes) data.refuse("is not Base64");
-  // What `read` prints must be accepted, and it takes a picture for a PNG by these bytes alone.
+  // The output of `read` must be accepted, and `read` recognises a PNG by these bytes alone.
   constexpr std::string_view startOfPNG = platform::pngSignature.substr(0, 4);
   const bool isPNG = format == Artwork::Format::png;
   if (!platform::charactersOf(*bytes).starts_with(isPNG ? startOfPNG : platform::jpegSignature)) {
@@ -75,7 +76,7 @@ Artwork artworkAt(const Place& data, Artwork::Format format) {
   return {.data = std::move(*bytes), .format = format};
 }
 
-/// Returns the picture, or nothing for one that is given by its size alone.
+/// Returns the picture, or nothing if only its size is given.
 std::optional<Artwork> pictureAt(const Place& place) {
   std::optional<Place> data;
   std::optional<Place> bytes;
@@ -137,7 +138,7 @@ std::vector<FileChange> changesIn(std::string_view document) {
     FileChange& change = changes.emplace_back();
     change.file = name;
     for (const auto& [field, fieldValue] : file.object()) addField(file.member(field, fieldValue), change);
-    // Pictures are not kept in both forms.
+    // Release the encoded picture, so that it is not in memory in both forms.
     value = {};
   }
   return changes;

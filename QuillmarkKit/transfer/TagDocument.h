@@ -8,23 +8,21 @@
 
 namespace QuillmarkKit {
 
-/// The values that one file is to get.
+/// The new values of one file's fields.
 struct FileChange {
-  /// The file's name, which is neither empty nor contains a U+0000.
+  /// The name of the file; not empty and without U+0000.
   std::string file;
   TagSet tags;
-  /// The fields that change. Those of them that are absent in `tags` are to be removed.
+  /// The fields to change. Those that are absent in `tags` are to be removed.
   TagFields selected;
 };
 
-/// Reads a document with tags of files, in the form of `encodeTagSet` for each file: an object with a member
-/// for each file, whose name is the file's and whose value is an object with a member for each field that
-/// changes. A null removes the field, and a picture that is given by its size alone is left as it is. Returns
-/// the changes in the order of the files' names.
+/// Returns the changes in a JSON document, sorted by the names of the files. The document is an object with a
+/// member for each file, named by the file. Its value is an object with a member for each field to change, in
+/// the form of `encodeTagSet`. A null removes the field. A picture with only its size is not changed.
 ///
-/// People edit such documents, so nothing in one is ignored: throws platform::JSON::DecodingError, which
-/// names the place, for a member that is unknown or repeated, and for a value that is not of its field's
-/// kind.
+/// People edit such documents, so mistakes are not ignored: throws platform::JSON::DecodingError, which names
+/// the place, if a member is unknown or repeated or a value is not of its field's kind.
 std::vector<FileChange> changesIn(std::string_view document);
 
 }  // namespace QuillmarkKit
