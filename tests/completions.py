@@ -19,7 +19,8 @@ from proof import ROOT, check
 COMPLETIONS = ROOT / "completions"
 # A second interactive shell notes what the first would offer for each line that is typed.
 ZSH = """fpath=({completions} $fpath); autoload -Uz compinit; compinit -D -u
-compadd() {{ if [[ " $* " != *' '-[OAD]' '* ]]; then local -a hits; builtin compadd -A hits "$@"; print -rl -- $hits >>{out}; fi
+compadd() {{ if [[ " $* " != *' '-[OAD]' '* ]]; then
+local -a hits; builtin compadd -A hits "$@"; print -rl -- $hits >>{out}; fi
 builtin compadd "$@" }}
 capture() {{ _main_complete; compstate[list]= compstate[insert]=; print END >>{out} }}
 zle -C capture list-choices capture; bindkey '^I' capture; PROMPT=; print END >>{out}
@@ -27,12 +28,14 @@ zle -C capture list-choices capture; bindkey '^I' capture; PROMPT=; print END >>
 
 
 def printed(*words, **options):
-    return subprocess.run(words, check=True, stdin=subprocess.DEVNULL, stdout=subprocess.PIPE, text=True, **options).stdout
+    options = {"check": True, "stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE, "text": True, **options}
+    return subprocess.run(words, **options).stdout
 
 
 def bash(line, folder):
     words = line.split(" ")
-    script = (f"source {COMPLETIONS}/quillmark.bash; compopt() {{ :; }}; COMP_WORDS=({' '.join(map(shlex.quote, words))})\n"
+    script = (f"source {COMPLETIONS}/quillmark.bash; compopt() {{ :; }}\n"
+              f"COMP_WORDS=({' '.join(map(shlex.quote, words))})\n"
               f"COMP_CWORD={len(words) - 1}; _quillmark; printf '%s\\n' \"${{COMPREPLY[@]}}\"")
     return printed("bash", "--norc", "-c", script, cwd=folder).split("\n")
 
@@ -98,9 +101,9 @@ def main():
         existing |= own
     check("manual: descriptions of options", described, existing)
     check("manual: fields", re.findall(r"^\.It Cm (\S+)(?: No \*)?$", manual, re.MULTILINE)[-len(fields):], fields)
-    check("lists made by scripts/options", subprocess.run([ROOT / "scripts/options", "--check", program], stderr=subprocess.PIPE,
-                                                          text=True).stderr, "")
-    check("manual: lint", subprocess.run(["mandoc", "-T", "lint", ROOT / "man/quillmark.1"], stdout=subprocess.PIPE, text=True).stdout, "")
+    made = subprocess.run([ROOT / "scripts/options", "--check", program], stderr=subprocess.PIPE, text=True)
+    check("lists made by scripts/options", made.stderr, "")
+    check("manual: lint", printed("mandoc", "-T", "lint", ROOT / "man/quillmark.1", check=False), "")
 
     proof.require_terminals()
     with tempfile.TemporaryDirectory() as scratch:

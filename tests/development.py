@@ -53,7 +53,8 @@ def check_headers(installed, compile_command):
 
 def build_by_find_package(cmake, installed, compiler, flags, folder):
     quietly("configuring the examples", cmake, "-S", ROOT / "examples", "-B", folder, "-G", "Ninja",
-            f"-DCMAKE_PREFIX_PATH={installed}", f"-DCMAKE_CXX_COMPILER={compiler}", f"-DCMAKE_CXX_FLAGS={' '.join(flags)}")
+            f"-DCMAKE_PREFIX_PATH={installed}", f"-DCMAKE_CXX_COMPILER={compiler}",
+            f"-DCMAKE_CXX_FLAGS={' '.join(flags)}")
     quietly("building the examples by find_package", cmake, "--build", folder)
 
 
@@ -107,7 +108,8 @@ def main():
         def package_flags(*words):
             *options, library = words
             asked = ["pkg-config", *options, f"quillmark-{library}"]
-            return shlex.split(subprocess.run(asked, env=environment, check=True, stdout=subprocess.PIPE, text=True).stdout)
+            answer = subprocess.run(asked, env=environment, check=True, stdout=subprocess.PIPE, text=True)
+            return shlex.split(answer.stdout)
 
         strict = ["-std=c++20", *WARNINGS, *flags]
         check_headers(installed, [compiler, *strict, *package_flags("--cflags", "QuillmarkKit")])

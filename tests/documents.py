@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Documents of `read --json`, edited or not, through `set --from-json`: what was not edited stays, what was edited is what
-another `read --json` prints, and a document with a mistake changes nothing.
+"""Documents of `read --json`, edited or not, through `set --from-json`: what was not edited stays, what was edited is
+what another `read --json` prints, and a document with a mistake changes nothing.
 
 Usage: documents.py PROGRAM SAMPLES_FOLDER
 """
@@ -14,19 +14,21 @@ import sys
 import tempfile
 
 import proof
-from lossless import AUDIO, HAND_MADE, ID3V1, APE, JPEG, PNG, f3, f4, others, tag, text, view
+from lossless import AUDIO, HAND_MADE, JPEG, PNG, after_audio, f3, f4, others, tag, text, view
 from proof import ENVIRONMENT, check, run
 
 ROUNDS = 3
 FILES = 40
-TEXTS = ("title", "artist", "album", "albumArtist", "composer", "conductor", "grouping", "publisher", "copyright", "lyricist",
-         "subtitle", "encodedBy", "initialKey", "fileOwner", "genre", "comment", "lyrics")
+TEXTS = ("title", "artist", "album", "albumArtist", "composer", "conductor", "grouping", "publisher", "copyright",
+         "lyricist", "subtitle", "encodedBy", "initialKey", "fileOwner", "genre", "comment", "lyrics")
 FRAMES = ("TIT2", "TPE1", "TALB", "TPE2", "TCOM", "TIT1", "TPUB", "TCOP", "TENC", "TCON")
-WORDS = ("Kyrie", "Väskelund", "春の海", "שלום", "🎵", "a\\b", 'q"', "R&B", "x\ny", "/", "\u202e", "\t", "e\u0301")
+WORDS = ("Kyrie", "Väskelund", "春の海", "שלום", "🎵",
+         "a\\b", 'q"', "R&B", "x\ny", "/", "\u202e", "\t", "e\u0301")
 
 
 def words(chance, joint=" "):
-    return joint.join(chance.sample(WORDS[:5], chance.randint(1, 2)) + chance.sample(WORDS, chance.randint(0, 2)) + ["."])
+    chosen = chance.sample(WORDS[:5], chance.randint(1, 2)) + chance.sample(WORDS, chance.randint(0, 2))
+    return joint.join([*chosen, "."])
 
 
 def picture(chance):
@@ -81,7 +83,8 @@ class Proof:
             return run(self.program, ["set", "--from-json", "-", *options], self.folder, stdin=stream)
 
     def contents(self):
-        return {path.name: (path.stat().st_ino, path.read_bytes()) for path in self.folder.iterdir() if path.suffix != ".json"}
+        return {path.name: (path.stat().st_ino, path.read_bytes())
+                for path in self.folder.iterdir() if path.suffix != ".json"}
 
     def check_unchanged(self, what):
         for options in ((), ("--lossless",)):
@@ -178,8 +181,8 @@ def check_broken(proof_of):
 def check_runs(proof_of):
     """What stands around the document."""
     program, folder = proof_of.program, proof_of.folder
-    document = json.dumps({"02.mp3": {"title": " new ", "comment": ""}, "no.mp3": {"title": "x"}, "./01.mp3": {"album": None},
-                           "~/01.mp3": {}, str(folder / "03.mp3"): {}})
+    document = json.dumps({"02.mp3": {"title": " new ", "comment": ""}, "no.mp3": {"title": "x"},
+                           "./01.mp3": {"album": None}, "~/01.mp3": {}, str(folder / "03.mp3"): {}})
     (folder / "album.json").write_text(document)
     def result(*words):
         return run(program, ["set", *words], folder, env={**ENVIRONMENT, "HOME": str(folder)})
@@ -197,10 +200,12 @@ def check_runs(proof_of):
           "01.mp3:\n  Title    K\n  Comment  c\n\n02.mp3:\n  Title  new\n  Album  A\n")
     (folder / "album.json").write_text("\ufeff{}")
     check("no files", result("--from-json", "album.json"), (0, "\nchanged 0, unchanged 0, failed 0\n", ""))
-    for beside, named in ((["01.mp3"], "01.mp3"), (["--title", "x"], "--title"), (["--files0-from", "x"], "--files0-from")):
+    for beside, named in ((["01.mp3"], "01.mp3"), (["--title", "x"], "--title"),
+                          (["--files0-from", "x"], "--files0-from")):
         check(f"beside: {named}", result("--from-json", "album.json", *beside),
               (1, "", f"quillmark: --from-json takes its files and fields from the document; leave out {named}.\n"))
-    check("no document", result("--from-json", "no.json"), (1, "", "quillmark: no.json could not be read: No such file or directory.\n"))
+    check("no document", result("--from-json", "no.json"),
+          (1, "", "quillmark: no.json could not be read: No such file or directory.\n"))
 
 
 def main():
@@ -218,7 +223,7 @@ def main():
         for name, data in HAND_MADE.items():
             if name == "v2.4 line break, no mark":  # any write trims a line break in front of U+0000
                 continue
-            (folder / f"{name}.mp3").write_bytes(data + AUDIO + (APE if "APE" in name else b"") + (ID3V1 if "ID3v1" in name else b""))
+            (folder / f"{name}.mp3").write_bytes(data + AUDIO + after_audio(name))
         (folder / "damaged PNG.mp3").write_bytes(tag(3, f3("APIC", b"\0image/png\0\3\0" + PNG[:4] + bytes(9))) + AUDIO)
         one.check_unchanged("samples and oddities")
         for _ in range(ROUNDS):
@@ -230,8 +235,9 @@ def main():
                 one.check_edits(chance, options)
                 one.check_unchanged("edited tags")
         one = fresh(folder)
+        three_fields = tag(3, f3("TIT2", text("K")), f3("TALB", text("A")), f3("COMM", b"\0eng\0c"))
         for name in ("01.mp3", "02.mp3", "03.mp3"):
-            (folder / name).write_bytes(tag(3, f3("TIT2", text("K")), f3("TALB", text("A")), f3("COMM", b"\0eng\0c")) + AUDIO)
+            (folder / name).write_bytes(three_fields + AUDIO)
         os.symlink("01.mp3", folder / "link.mp3")
         check_broken(one)
         (folder / "link.mp3").unlink()

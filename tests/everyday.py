@@ -51,15 +51,18 @@ def check_folders(stage):
     os.mkfifo(folder / "b/pipe.mp3")
     found = ["b/A.MP3", "b/deep/er/1.mp3", "b/linked.mp3", "b/z.mp3"]
     words = ("set", "--title", "T", "--recursive", "--paths")
-    check("the files of a folder", stage.run(*words, "--dry-run", "b")[1].split("\n")[:-3], [f"would     {name}" for name in found])
-    check("folders and files in their order", stage.run(*words, "--dry-run", NAMES[1], "b a/", "elsewhere")[1].split("\n")[:3],
+    dry = (*words, "--dry-run")
+    check("the files of a folder", stage.run(*dry, "b")[1].split("\n")[:-3], [f"would     {name}" for name in found])
+    check("folders and files in their order", stage.run(*dry, NAMES[1], "b a/", "elsewhere")[1].split("\n")[:3],
           [f"would     {name}" for name in (NAMES[1], "b a/x.mp3", "elsewhere/5.mp3")])
     (folder / "list").write_bytes(b"b a\0")
-    check("a folder in a list", stage.run(*words, "--dry-run", "--files0-from", "list")[1].split("\n")[0], "would     b a/x.mp3")
+    check("a folder in a list", stage.run(*dry, "--files0-from", "list")[1].split("\n")[0], "would     b a/x.mp3")
     (folder / "empty").mkdir()
-    check("a folder without MP3s", stage.run(*words, "empty"), (1, "", "quillmark: No file that ends in .mp3 is in empty.\n"))
+    check("a folder without MP3s", stage.run(*words, "empty"),
+          (1, "", "quillmark: No file that ends in .mp3 is in empty.\n"))
     message = "b could not be read: it is a folder.\n"
-    check("a folder to write", stage.run("set", "--title", "T", "--notes", "b"), (2, NOTHING_DONE, f"quillmark: failed    b: {message}{FOLDER_HINT}"))
+    check("a folder to write", stage.run("set", "--title", "T", "--notes", "b"),
+          (2, NOTHING_DONE, f"quillmark: failed    b: {message}{FOLDER_HINT}"))
     check("a folder to read", stage.run("read", "--notes", "b"), (1, "", f"quillmark: {message}{FOLDER_HINT}"))
     check("a folder without notes", stage.run("read", "b"), (1, "", f"quillmark: {message}"))
 
@@ -67,7 +70,8 @@ def check_folders(stage):
 def check_whole_tags(stage):
     folder = stage.reset()
     rich = mutagen.id3.ID3()
-    for kind, values in (("TIT2", {"text": ["a", "b"]}), ("TXXX", {"desc": "replaygain_track_gain", "text": "-7 dB"}), ("TRCK", {"text": "9/9"})):
+    for kind, values in (("TIT2", {"text": ["a", "b"]}), ("TRCK", {"text": "9/9"}),
+                         ("TXXX", {"desc": "replaygain_track_gain", "text": "-7 dB"})):
         rich.add(getattr(mutagen.id3, kind)(encoding=3, **values))
     rich.add(mutagen.id3.POPM(email="a@b", rating=200, count=3))
     rich.add(mutagen.id3.APIC(encoding=0, mime="image/webp", type=4, desc="back", data=b"RIFF0000WEBP"))
@@ -80,19 +84,24 @@ def check_whole_tags(stage):
     for name in NAMES:
         check(f"whole tag of {name}", (folder / name).read_bytes(), whole + proof.audio_of(old[folder / name]))
         check(f"whole tag of {name} as it is read", mutagen.id3.ID3(folder / name), mutagen.id3.ID3(folder / NAMES[0]))
-    check("a whole tag that is there already", stage.run(*words, *NAMES)[1].split("\n")[-2], "changed 0, unchanged 4, failed 0")
+    check("a whole tag that is there already", stage.run(*words, *NAMES)[1].split("\n")[-2],
+          "changed 0, unchanged 4, failed 0")
     audio = proof.audio_of(source)
     damaged = "damaged.mp3: --whole-tag needs an undamaged ID3v2 tag, but "
-    for what, data in (("no tag", audio), ("a tag that is cut", source[:40]), ("bytes that are no frame", tag(b"\1\2\3\4") + audio)):
+    for what, data in (("no tag", audio), ("a tag that is cut", source[:40]),
+                       ("bytes that are no frame", tag(b"\1\2\3\4") + audio)):
         (folder / "damaged.mp3").write_bytes(data)
         before = contents(folder)
         status, output, error = stage.run("apply", "--whole-tag", "--from", "damaged.mp3", *NAMES)
-        check(f"whole tag from {what}", (status, output, damaged in error, contents(folder) == before), (1, "", True, True))
+        check(f"whole tag from {what}", (status, output, damaged in error, contents(folder) == before),
+              (1, "", True, True))
     check("--whole-tag and --fields", stage.run(*words, "--fields", "title", *NAMES),
           (1, "", "quillmark: --whole-tag takes the whole tag, without --all and --fields.\n"))
-    (folder / "ape.mp3").write_bytes(audio + b"APETAGEX" + (2000).to_bytes(4, "little") + (32).to_bytes(4, "little") + bytes(16))
+    ape = b"APETAGEX" + (2000).to_bytes(4, "little") + (32).to_bytes(4, "little") + bytes(16)
+    (folder / "ape.mp3").write_bytes(audio + ape)
     check("a whole tag over an APE tag", stage.run(*words, "--lossless", "ape.mp3")[1], NOTHING_DONE)
-    check("a note about the APE tag", stage.run(*words, "--notes", "ape.mp3")[2], "quillmark: note: ape.mp3: hides its APE tag.\n")
+    check("a note about the APE tag", stage.run(*words, "--notes", "ape.mp3")[2],
+          "quillmark: note: ape.mp3: hides its APE tag.\n")
 
 
 def check_strict(stage):
@@ -107,7 +116,8 @@ def check_strict(stage):
             (("--title", "x", last, "gone.mp3"), "gone.mp3 could not be read."),
             (("--title", "x", last, "text.mp3"), "text.mp3 is not an MP3 file.")):
         check(f"set --strict {words}", stage.run("set", "--strict", *words), (1, "", f"quillmark: {error}\n"))
-    check("read --strict", stage.run("read", "--strict", last, "gone.mp3"), (1, "", "quillmark: gone.mp3 could not be read.\n"))
+    check("read --strict", stage.run("read", "--strict", last, "gone.mp3"),
+          (1, "", "quillmark: gone.mp3 could not be read.\n"))
     check("a strict run that is refused writes nothing", contents(folder) == before, True)
     shutil.copy(folder / last, folder / "-n")
     os.rename(folder / "-n", folder / "-n.mp3")
@@ -119,28 +129,37 @@ def check_default_options(stage):
     unchanged = ("set", "--title", "Gloria", NAMES[1])
     check("default options", stage.run(*unchanged, "--x", options="--quiet\t--notes --json"),
           (0, "\nchanged 0, unchanged 1, failed 0\n", "quillmark: note: --x is no option of set and is ignored.\n"))
-    for word, reason in (("--losless", "is no option of any command; did you mean --lossless?"), ("lossless", "is no option of any command; did you mean --lossless?"),
-                         ("--from", "takes a value and cannot be a default."), ("--title", "takes a value and cannot be a default.")):
-        check(f"default option {word}", stage.run(*unchanged, options=f"--quiet {word}"), (1, "", f"quillmark: QUILLMARK_OPTIONS: {word} {reason}\n"))
+    unknown = "is no option of any command; did you mean --lossless?"
+    valued = "takes a value and cannot be a default."
+    for word, reason in (("--losless", unknown), ("lossless", unknown), ("--from", valued), ("--title", valued)):
+        check(f"default option {word}", stage.run(*unchanged, options=f"--quiet {word}"),
+              (1, "", f"quillmark: QUILLMARK_OPTIONS: {word} {reason}\n"))
     check("the version", stage.run("--version"), (0, "quillmark 1.1.0\n", ""))
 
 
 def check_notes(stage):
     folder = stage.reset()
     note = "quillmark: note: "
-    removed = "quillmark: note: {} has no album and no artwork: they {} removed from the other files. --fields leaves them alone.\n"
+    removed = ("quillmark: note: {} has no album and no artwork: they {} removed from the other files. "
+               "--fields leaves them alone.\n")
     fields = ("--fields", "album,artwork,composer", "--notes")
     words = ("apply", "--from", NAMES[1], *fields)
-    check("fields that would be removed", stage.run(*words, "--dry-run", *NAMES)[2], removed.format(NAMES[1], "would be"))
+    check("fields that would be removed", stage.run(*words, "--dry-run", *NAMES)[2],
+          removed.format(NAMES[1], "would be"))
     stage.run("copy", "--no-desktop", NAMES[1])
-    check("fields that the clipboard does not have", stage.run("paste", *fields, "--dry-run", NAMES[0])[2], removed.format("The clipboard", "would be"))
+    check("fields that the clipboard does not have", stage.run("paste", *fields, "--dry-run", NAMES[0])[2],
+          removed.format("The clipboard", "would be"))
     check("fields that are removed", stage.run(*words, *NAMES)[2], removed.format(NAMES[1], "are"))
     check("fields that no file has", stage.run(*words, *NAMES)[2], "")
     check("without --notes", stage.run("apply", "--from", NAMES[1], NAMES[0])[2], "")
     picture = frame("APIC", b"\0image/jpeg\0\3\0\xff\xd8\xff\xe0") + frame("APIC", b"\0image/png\0\4\0\x89PNG")
-    (folder / NAMES[0]).write_bytes(tag(frame("TXXX", b"\0a\0b"), frame("TXXX", b"\0c\0d"), frame("POPM", b"x\0\1"), text("TYER", "1977"), text("TDAT", "0506"), picture) + b"\xff\xfb")
-    check("frames that no field holds", stage.run("apply", "--all", "--notes", "--dry-run", "--from", NAMES[0], NAMES[0])[2].split(note)[-1],
-          f"{NAMES[0]}: not carried, as no field holds them: 2 TXXX, POPM, a picture (back cover), the day and month of its date. --whole-tag takes them.\n")
+    rich = tag(frame("TXXX", b"\0a\0b"), frame("TXXX", b"\0c\0d"), frame("POPM", b"x\0\1"), text("TYER", "1977"),
+               text("TDAT", "0506"), picture)
+    (folder / NAMES[0]).write_bytes(rich + b"\xff\xfb")
+    words = ("apply", "--all", "--notes", "--dry-run", "--from", NAMES[0], NAMES[0])
+    check("frames that no field holds", stage.run(*words)[2].split(note)[-1],
+          f"{NAMES[0]}: not carried, as no field holds them: 2 TXXX, POPM, a picture (back cover), "
+          "the day and month of its date. --whole-tag takes them.\n")
     (folder / NAMES[0]).write_bytes(tag(text("TPOS", "A"), frame("TIT2", b"\3one\0two")) + b"\xff\xfb")
     check("read --lossless --notes", stage.run("read", "--lossless", "--notes", NAMES[0]),
           (0, "  Title  one / two\n", f'{note}{NAMES[0]}: its disc number "A" is not read.\n'))
@@ -163,7 +182,8 @@ def check_hints(stage):
             (("set", "--artwork", "empty"), "empty is empty."),
             (("set", "--artwork", "gone.jpg"), "gone.jpg could not be read: No such file or directory.")):
         error = stage.run(*words, "--notes", NAMES[1])[2]
-        check(f"the hint for {words}", [line for line in error.split("\n") if "note:" in line], [f"quillmark: note: {hint}"])
+        notes = [line for line in error.split("\n") if "note:" in line]
+        check(f"the hint for {words}", notes, [f"quillmark: note: {hint}"])
         check(f"no hint for {words}", "note:" in stage.run(*words, NAMES[1])[2], False)
 
 

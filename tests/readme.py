@@ -25,7 +25,8 @@ def run_examples(text, program):
     with tempfile.TemporaryDirectory() as scratch:
         album = pathlib.Path(scratch, "album").resolve()
         shutil.copytree(ROOT / "samples", album)
-        environment = {**ENVIRONMENT, "HOME": scratch, "PATH": f"{program.parent}:{os.environ['PATH']}", "LC_ALL": "C.UTF-8"}
+        path = f"{program.parent}:{os.environ['PATH']}"
+        environment = {**ENVIRONMENT, "HOME": scratch, "PATH": path, "LC_ALL": "C.UTF-8"}
         for command, shown in examples:
             done = subprocess.run(["bash", "-c", command], cwd=album, env=environment, stdin=subprocess.DEVNULL,
                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)

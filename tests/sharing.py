@@ -1,5 +1,7 @@
 #!/usr/bin/env python3
-"""Checks on XFS and Btrfs that a file written with --lossless shares its audio with its backup. Needs root and loop devices.
+"""Checks on XFS and Btrfs that a file written with --lossless shares its audio with its backup.
+
+Needs root and loop devices.
 
 Usage: sharing.py PROGRAM [SYSTEM]
 """
@@ -28,9 +30,11 @@ def check_sharing(program, folder, name):
         backup.unlink(missing_ok=True)
         song.write_bytes(tag(3, f3("TIT2", text("Kyrie")), padding=room) + b"\xff\xfb\x90\x64" + os.urandom(SIZE))
         album = "An album " * (200 if room == 9000 else 20)
-        check(f"{name}, {room}", run(program, ["set", "--lossless", "--backup", "--album", album, song.name], folder)[0], 0)
+        words = ["set", "--lossless", "--backup", "--album", album, song.name]
+        check(f"{name}, {room}", run(program, words, folder)[0], 0)
         os.sync()
-        extents = re.findall(r"^ *\d+:.*?:.*?: +(\d+):(.*)$", system("filefrag", "-v", "-b4096", song).stdout, re.MULTILINE)
+        listed = system("filefrag", "-v", "-b4096", song).stdout
+        extents = re.findall(r"^ *\d+:.*?:.*?: +(\d+):(.*)$", listed, re.MULTILINE)
         shared = 4096 * sum(int(length) for length, flags in extents if "shared" in flags)
         check(f"{name}, room for {room}: {shared} bytes shared", shared >= 0.95 * SIZE, True)
 
@@ -55,7 +59,8 @@ def main():
                 tried.append(name)
             finally:
                 system("umount", mount)
-    proof.finish(f"Audio is shared on {' and '.join(tried)}." if tried else "Skipped: no XFS or Btrfs can be mounted here.")
+    proof.finish(f"Audio is shared on {' and '.join(tried)}." if tried
+                 else "Skipped: no XFS or Btrfs can be mounted here.")
 
 
 if __name__ == "__main__":

@@ -23,8 +23,9 @@ from proof import ENVIRONMENT, check, run
 EVIL = "\x1b]52;c;aGk=\x07\n\u202e\x85\x7f"
 SHOWN = r"\x1b]52;c;aGk=\x07\x0a\u202e\u0085\x7f"
 COLUMNS = 30
-FURTHER_HELP = ("quillmark: note: 'quillmark COMMAND --help' lists all options of a command; 'man quillmark' explains them.\n"
-                "quillmark: note: --lossless keeps everything that other programs wrote into a tag.\n")
+FURTHER_HELP = (
+    "quillmark: note: 'quillmark COMMAND --help' lists all options of a command; 'man quillmark' explains them.\n"
+    "quillmark: note: --lossless keeps everything that other programs wrote into a tag.\n")
 
 
 def terminal(columns=COLUMNS):
@@ -66,7 +67,8 @@ def check_safety(program, folder, sample):
         return "x" + SHOWN.replace(r"\x0a", "\n" + " " * indentation) + "y"
 
     for words, stream, expected in (
-            (["set", "--title", f"x{EVIL}y", name], "stdout", f"updated   {shown}\n\nchanged 1, unchanged 0, failed 0\n"),
+            (["set", "--title", f"x{EVIL}y", name], "stdout",
+             f"updated   {shown}\n\nchanged 1, unchanged 0, failed 0\n"),
             (["read", name], "stdout", f"  Title         {title(16)}\n  Track Number  2\n"),
             (["copy", "--no-desktop", name], "stdout",
              f"Copied tags from {shown}.\n  Title: {title(9)}\n  Track Number: 2\n"),
@@ -100,7 +102,8 @@ def check_progress(program, folder, sample):
 
 def width(text):
     """The columns that a text takes by the character tables of Python, which the program does not use."""
-    return sum(0 if unicodedata.combining(one) else 2 if unicodedata.east_asian_width(one) in "WF" else 1 for one in text)
+    return sum(0 if unicodedata.combining(one) else 2 if unicodedata.east_asian_width(one) in "WF" else 1
+               for one in text)
 
 
 def check_table(program, folder, sample):
@@ -125,7 +128,8 @@ def check_table(program, folder, sample):
     check("table", shown, [aligned(row) for row in expected])
     check("table: widest line", max(map(width, shown)), 78)
     for columns in (5, 20, 60):
-        lines = seen(program, ["read", "--table", "--fields", "title,bpm", *names], folder, "stdout", columns).splitlines()
+        words = ["read", "--table", "--fields", "title,bpm", *names]
+        lines = seen(program, words, folder, "stdout", columns).splitlines()
         check(f"table in {columns} columns", (len(lines), max(map(width, lines)) <= max(columns - 1, 7)), (4, True))
     refused = seen(program, ["read", "--save-artwork", "-", "01.mp3"], folder, "stdout") + str((folder / "-").exists())
     check("a picture at a terminal", refused, "False")
