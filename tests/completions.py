@@ -1,4 +1,4 @@
-"""The manual and the completions of bash, zsh and fish know every command, option and field that the program knows.
+"""Checks that the manual and the completions of bash, zsh and fish have every command, option and field of the program.
 
 Usage: completions.py PROGRAM
 """
@@ -17,7 +17,7 @@ import proof
 from proof import ROOT, check
 
 COMPLETIONS = ROOT / "completions"
-# A second interactive shell notes what the first would offer for each line that is typed.
+# Makes an interactive zsh write to a file the words that it would offer for each line typed.
 ZSH = """fpath=({completions} $fpath); autoload -Uz compinit; compinit -D -u
 compadd() {{ if [[ " $* " != *' '-[OAD]' '* ]]; then
 local -a hits; builtin compadd -A hits "$@"; print -rl -- $hits >>{out}; fi
@@ -46,6 +46,8 @@ def fish(line, folder):
 
 
 class Zsh:
+    """An interactive zsh in a pseudo-terminal; a call returns the offers for a line."""
+
     def __init__(self, folder, out):
         self.out = out
         pid, self.terminal = pty.fork()
@@ -60,6 +62,7 @@ class Zsh:
             pass
 
     def typed(self, keys):
+        """Types the keys and returns the words offered until zsh is ready again, at most 30 seconds later."""
         self.out.write_text("")
         os.write(self.terminal, keys.encode())
         deadline = time.monotonic() + 30
@@ -68,7 +71,7 @@ class Zsh:
         return self.out.read_text().split("\n")[:-2]
 
     def __call__(self, line, _):
-        # What stands in the list already is no part of the match.
+        # The offers do not repeat the names before the last comma.
         list_so_far = re.search(r"[a-z,-]*,|$", line)[0]
         offers = [list_so_far + offer.replace("\\", "") for offer in self.typed(line + "\t")]
         os.write(self.terminal, b"\x15")
@@ -92,9 +95,9 @@ def main():
     described = {f"--{name}" for name in re.findall(r"^\.It Fl -(\S+)", manual, re.MULTILINE)}
     existing = set()
     for command in commands:
-        check(f"manual: {command}", f"\n.It Cm {command}\n" in manual, True)
+        check(f"manual: an item for {command}", f"\n.It Cm {command}\n" in manual, True)
         calls = [call for call in synopsis.split("\n.Nm\n") if call.split("\n")[0] == f".Cm {command}"]
-        check(f"manual: one call of {command}", len(calls), 1)
+        check(f"manual: one synopsis of {command}", len(calls), 1)
         known = {f"--{name}" for name in re.findall(r"Fl -(\S+)", calls[0])} | {"--help"}
         own = set(options.get(command, ["--help"])) - {f"--{field}" for field in fields}
         check(f"manual: options of {command}", known, own)
@@ -107,7 +110,7 @@ def main():
 
     proof.require_terminals()
     with tempfile.TemporaryDirectory() as scratch:
-        os.environ["HOME"] = scratch  # where the shells keep notes of their own
+        os.environ["HOME"] = scratch  # the shells write files of their own there
         folder = pathlib.Path(scratch, "album")
         folder.mkdir()
         for name in ("a b.mp3", "B.MP3", "cover.jpg", "album.json"):
@@ -136,4 +139,4 @@ def main():
 
 if __name__ == "__main__":
     main()
-    proof.finish("The manual and the completions know what the program knows.")
+    proof.finish("The manual and the completions have every command, option and field.")

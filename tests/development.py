@@ -1,5 +1,7 @@
-"""Other projects can use the installed libraries: the installation can be moved to a folder with a space in its name,
-every header compiles alone, and the examples, built by find_package and by pkg-config, do what they say.
+"""Checks that other projects can use the installed libraries.
+
+The installation can be moved to a folder with a space in its name, every header compiles alone, and the examples work
+when built by find_package and by pkg-config.
 
 Usage: development.py CMAKE BUILD_FOLDER COMPILER [FLAG...]
 """
@@ -21,12 +23,13 @@ UNKNOWN = frame("TXXX", b"\0key\0value") + frame("PRIV", b"owner\0\1\2\3")
 
 
 def quietly(what, *command, **options):
+    """Runs a command that must succeed; its output appears only if it fails."""
     done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options)
     check(what, (done.returncode, "" if done.returncode == 0 else done.stdout), (0, ""))
 
 
 def install(cmake, build, scratch):
-    """Returns a folder that the development component was moved to after its installation."""
+    """Installs the development component, moves it, and returns the new folder."""
     first, moved = scratch / "first", scratch / "a folder"
     quietly("the installation", cmake, "--install", build, "--prefix", first, "--component", "development")
     first.rename(moved)
@@ -39,8 +42,8 @@ def install(cmake, build, scratch):
 
 def check_headers(installed, compile_command):
     headers = sorted(path.relative_to(installed / "include/quillmark") for path in installed.rglob("*.h"))
-    check("there are headers", pathlib.Path("QuillmarkKit/transfer/TagApplier.h") in headers, True)
-    # A source of the same name includes its header first, and so compiles it alone already.
+    check("the installation contains the headers", pathlib.Path("QuillmarkKit/transfer/TagApplier.h") in headers, True)
+    # A header with a source of the same name is already compiled alone: the source includes it first.
     alone = [[header] for header in headers if not (ROOT / header).with_suffix(".cpp").exists()]
 
     def compile_headers(together):
@@ -61,7 +64,7 @@ def build_by_find_package(cmake, installed, compiler, flags, folder):
 def build_by_pkg_config(package_flags, compiler, flags, folder):
     folder.mkdir()
     for source, library in LIBRARIES.items():
-        # As the examples' own build names them: ListTags.cpp is list-tags.
+        # The build of the examples names programs the same way: ListTags.cpp becomes list-tags.
         name = "".join(f"-{c.lower()}" if c.isupper() else c for c in pathlib.Path(source).stem).lstrip("-")
         quietly(f"building {source} by pkg-config", compiler, *flags, ROOT / "examples" / source, "-o", folder / name,
                 *package_flags("--cflags", "--libs", library))
@@ -78,7 +81,7 @@ def check_examples(programs, album):
     rich = tag(text("TIT2", "Ave"), text("TALB", "Evening"), text("TRCK", "3"), UNKNOWN)
     (album / "rich.mp3").write_bytes(rich + audio)
 
-    check("listing", example("list-tags", "none.mp3", "rich.mp3"),
+    check("fields", example("list-tags", "none.mp3", "rich.mp3"),
           (1, "rich.mp3\n  Title: Ave\n  Album: Evening\n  Track Number: 3\n", "none.mp3 could not be read.\n"))
     shown = "TIT2  Ave\nTALB  Evening\nTRCK  3\nTXXX  key: value\nPRIV  9 bytes\n"
     check("frames", example("show-frames", "rich.mp3"), (0, f"ID3v2.3, {len(rich)} bytes\n{shown}", ""))
@@ -86,7 +89,7 @@ def check_examples(programs, album):
     check("setting a field", example("set-field", "album", "Morning", "rich.mp3", "none.mp3", "02 Gloria.mp3"),
           (2, "updated rich.mp3\nnone.mp3 could not be read.\nupdated 02 Gloria.mp3\n", ""))
     check("setting it again", example("set-field", "album", "Morning", "rich.mp3"), (0, "unchanged rich.mp3\n", ""))
-    check("a field that is no text", example("set-field", "year", "1977", "rich.mp3")[0], 1)
+    check("a field that is not a text", example("set-field", "year", "1977", "rich.mp3")[0], 1)
     check("frames after a change of one field", example("show-frames", "rich.mp3")[1].splitlines()[1:],
           shown.replace("Evening", "Morning").splitlines())
 

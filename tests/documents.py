@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
-"""Documents of `read --json`, edited or not, through `set --from-json`: what was not edited stays, what was edited is
-what another `read --json` prints, and a document with a mistake changes nothing.
+"""Checks that `set --from-json` writes the edits of a document of `read --json` and nothing else.
+
+A document without edits changes nothing, nor does one with a mistake.
 
 Usage: documents.py PROGRAM SAMPLES_FOLDER
 """
@@ -36,7 +37,7 @@ def picture(chance):
 
 
 def generated(chance):
-    """A tag as other programs write it, of v2.3 or v2.4, with frames that no field stands for."""
+    """Returns a random tag of v2.3 or v2.4, with frames that belong to no field."""
     version, frame, wide = chance.choice(((3, f3, 1), (4, f4, 3)))
     frames = [frame(name, text(words(chance), wide)) for name in chance.sample(FRAMES, chance.randint(0, 6))]
     frames += [frame("TRCK", text(f"{chance.randint(1, 30)}/30")), frame("TBPM", text(f"{chance.randint(1, 300)}"))]
@@ -47,14 +48,14 @@ def generated(chance):
 
 
 def edit(chance, fields, is_lossless):
-    """Changes some fields of a member; removed ones become null."""
+    """Changes some fields of a file at random; null removes one."""
     for field in chance.sample(TEXTS, 3):
         several = is_lossless and field in ("artist", "composer") and chance.random() < 0.3
         fields[field] = None if chance.random() < 0.3 else words(chance, "\0" if several else " ")
     for field in ("year", "bpm"):
         if chance.random() < 0.3:
             fields[field] = chance.choice((None, chance.randint(1000, 9999)))
-    for kind in ("track", "disc"):  # without its number, a total has no place in a tag
+    for kind in ("track", "disc"):  # a tag cannot hold a total without its number
         if chance.random() < 0.5:
             fields[kind + "Number"] = chance.choice((None, chance.randint(1, 99)))
             fields[kind + "Total"] = fields[kind + "Number"] and chance.choice((None, chance.randint(1, 99)))
@@ -118,7 +119,7 @@ class Proof:
             check(f"edits {options}: other frames", others(view(pathlib.Path(name))), frames[pathlib.Path(name).name])
 
 
-# Each document has one mistake, and only where it is named may differ between the rows of a kind.
+# Documents with one mistake each, and the message. "T" is the name of a file.
 TRACK = '"/d/01 Kyrie.mp3"'
 AT = f"of {TRACK} "
 BROKEN = (
@@ -168,18 +169,18 @@ BROKEN = (
 
 
 def check_broken(proof_of):
-    """Nothing is written, not even what is sound in front of the mistake."""
+    """Checks that a document with a mistake writes nothing, not even the members before the mistake."""
     before = proof_of.contents()
     for document, mistake in BROKEN:
         if isinstance(document, str) and "T:" in document:
             document = '{"01.mp3": {"title": "new"}, ' + document[1:].replace("T:", TRACK + ":")
         result = proof_of.write(document, "--lossless")
         check(f"{document!r:.70}", result, (1, "", f"quillmark: standard input: {mistake}.\n"))
-    check("a broken document writes nothing", proof_of.contents(), before)
+    check("a document with a mistake writes nothing", proof_of.contents(), before)
 
 
 def check_runs(proof_of):
-    """What stands around the document."""
+    """Checks reports, other options and backups of a run with a document."""
     program, folder = proof_of.program, proof_of.folder
     document = json.dumps({"02.mp3": {"title": " new ", "comment": ""}, "no.mp3": {"title": "x"},
                            "./01.mp3": {"album": None}, "~/01.mp3": {}, str(folder / "03.mp3"): {}})
@@ -190,21 +191,22 @@ def check_runs(proof_of):
     dry = result("--from-json", "~/album.json", "--paths", "--dry-run", "--diff")
     failures = ("quillmark: failed    no.mp3: no.mp3 could not be read.\n"
                 "quillmark: failed    ~/01.mp3: 01.mp3 could not be read.\n")
-    check("dry run", dry, (2, "would     ./01.mp3\n    - Album         A\n" f"unchanged {folder}/03.mp3\n"
+    check("a dry run", dry, (2, "would     ./01.mp3\n    - Album         A\n" f"unchanged {folder}/03.mp3\n"
                            "would     02.mp3\n    - Title         K\n    + Title         new\n    - Comment       c\n"
                            "\nwould change 2, unchanged 1, failed 2\n", failures))
     check("a dry run writes nothing", proof_of.contents(), before)
-    check("run", result("--from-json", "album.json", "--backup")[0], 2)
-    check("backups", sorted(path.name for path in folder.glob("*.orig")), ["01.mp3.orig", "02.mp3.orig"])
-    check("listing", run(program, ["read", "01.mp3", "02.mp3"], folder)[1],
+    check("a run", result("--from-json", "album.json", "--backup")[0], 2)
+    check("the backups of a run", sorted(path.name for path in folder.glob("*.orig")), ["01.mp3.orig", "02.mp3.orig"])
+    check("the listing after a run", run(program, ["read", "01.mp3", "02.mp3"], folder)[1],
           "01.mp3:\n  Title    K\n  Comment  c\n\n02.mp3:\n  Title  new\n  Album  A\n")
     (folder / "album.json").write_text("\ufeff{}")
-    check("no files", result("--from-json", "album.json"), (0, "\nchanged 0, unchanged 0, failed 0\n", ""))
+    check("a document without files", result("--from-json", "album.json"),
+          (0, "\nchanged 0, unchanged 0, failed 0\n", ""))
     for beside, named in ((["01.mp3"], "01.mp3"), (["--title", "x"], "--title"),
                           (["--files0-from", "x"], "--files0-from")):
-        check(f"beside: {named}", result("--from-json", "album.json", *beside),
+        check(f"{named} with a document", result("--from-json", "album.json", *beside),
               (1, "", f"quillmark: --from-json takes its files and fields from the document; leave out {named}.\n"))
-    check("no document", result("--from-json", "no.json"),
+    check("a document that does not exist", result("--from-json", "no.json"),
           (1, "", "quillmark: no.json could not be read: No such file or directory.\n"))
 
 
@@ -221,7 +223,7 @@ def main():
         for sample in samples.glob("*.mp3"):
             shutil.copy(sample, folder)
         for name, data in HAND_MADE.items():
-            if name == "v2.4 line break, no mark":  # any write trims a line break in front of U+0000
+            if name == "v2.4 line break, no mark":  # every write trims a line break before U+0000
                 continue
             (folder / f"{name}.mp3").write_bytes(data + AUDIO + after_audio(name))
         (folder / "damaged PNG.mp3").write_bytes(tag(3, f3("APIC", b"\0image/png\0\3\0" + PNG[:4] + bytes(9))) + AUDIO)
@@ -246,4 +248,4 @@ def main():
 
 if __name__ == "__main__":
     main()
-    proof.finish("What a document says is written, and nothing else.")
+    proof.finish("A document writes the fields that were edited, and nothing else.")

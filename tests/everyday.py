@@ -1,4 +1,4 @@
-"""Whole tags, folders, strict runs, default options, notes and hints do what the manual says.
+"""Checks folders, whole tags, strict runs, default options, notes and hints as the manual describes them.
 
 Usage: everyday.py PROGRAM SAMPLES
 """
@@ -19,11 +19,12 @@ NAMES = ("01 Kyrie.mp3", "02 Gloria.mp3", "03 Credo.mp3", "04 Sanctus.mp3")
 
 
 def contents(folder):
+    """Returns the bytes of all files in and below a folder."""
     return {path: path.read_bytes() for path in sorted(folder.rglob("*")) if path.is_file()}
 
 
 class Stage:
-    """A folder with a copy of the album, made anew for each check."""
+    """A folder with a copy of the album; `reset` makes a new copy."""
 
     def __init__(self, program, samples, scratch):
         self.program, self.samples, self.folder = program, samples, scratch / "album"
@@ -84,12 +85,12 @@ def check_whole_tags(stage):
     for name in NAMES:
         check(f"whole tag of {name}", (folder / name).read_bytes(), whole + proof.audio_of(old[folder / name]))
         check(f"whole tag of {name} as it is read", mutagen.id3.ID3(folder / name), mutagen.id3.ID3(folder / NAMES[0]))
-    check("a whole tag that is there already", stage.run(*words, *NAMES)[1].split("\n")[-2],
+    check("a whole tag that the files already have", stage.run(*words, *NAMES)[1].split("\n")[-2],
           "changed 0, unchanged 4, failed 0")
     audio = proof.audio_of(source)
     damaged = "damaged.mp3: --whole-tag needs an undamaged ID3v2 tag, but "
     for what, data in (("no tag", audio), ("a tag that is cut", source[:40]),
-                       ("bytes that are no frame", tag(b"\1\2\3\4") + audio)):
+                       ("data without frames", tag(b"\1\2\3\4") + audio)):
         (folder / "damaged.mp3").write_bytes(data)
         before = contents(folder)
         status, output, error = stage.run("apply", "--whole-tag", "--from", "damaged.mp3", *NAMES)
@@ -99,7 +100,8 @@ def check_whole_tags(stage):
           (1, "", "quillmark: --whole-tag takes the whole tag, without --all and --fields.\n"))
     ape = b"APETAGEX" + (2000).to_bytes(4, "little") + (32).to_bytes(4, "little") + bytes(16)
     (folder / "ape.mp3").write_bytes(audio + ape)
-    check("a whole tag over an APE tag", stage.run(*words, "--lossless", "ape.mp3")[1], NOTHING_DONE)
+    check("a whole tag is not written to a file with an APE tag",
+          stage.run(*words, "--lossless", "ape.mp3")[1], NOTHING_DONE)
     check("a note about the APE tag", stage.run(*words, "--notes", "ape.mp3")[2],
           "quillmark: note: ape.mp3: hides its APE tag.\n")
 
@@ -157,7 +159,7 @@ def check_notes(stage):
                text("TDAT", "0506"), picture)
     (folder / NAMES[0]).write_bytes(rich + b"\xff\xfb")
     words = ("apply", "--all", "--notes", "--dry-run", "--from", NAMES[0], NAMES[0])
-    check("frames that no field holds", stage.run(*words)[2].split(note)[-1],
+    check("frames that belong to no field", stage.run(*words)[2].split(note)[-1],
           f"{NAMES[0]}: not carried, as no field holds them: 2 TXXX, POPM, a picture (back cover), "
           "the day and month of its date. --whole-tag takes them.\n")
     (folder / NAMES[0]).write_bytes(tag(text("TPOS", "A"), frame("TIT2", b"\3one\0two")) + b"\xff\xfb")
@@ -197,4 +199,4 @@ def main():
 
 if __name__ == "__main__":
     main()
-    proof.finish("Folders, whole tags, strict runs, default options, notes and hints do what the manual says.")
+    proof.finish("Folders, whole tags, strict runs, default options, notes and hints work as described.")

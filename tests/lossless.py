@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
-"""Tags that other programs wrote, and oddities made by hand, through the writing commands, with mutagen as the reader
-that tells what is lost: nothing with --lossless, and nothing untold without.
+"""Checks with mutagen, an independent reader, that the writing commands lose nothing with --lossless, and that they
+report every loss without it. The tags are written by other programs or made by hand.
 
 Usage: lossless.py PROGRAM SAMPLES_FOLDER
 """
@@ -23,12 +23,13 @@ from mutagen._constants import GENRES
 import proof
 from proof import audio_of, check, run
 
-# The fields by the frames that mutagen, which reads everything as v2.4, keeps them in, and what notes call these.
+# The frame in which mutagen keeps each field; it shows tags of all versions as v2.4.
 FIELDS = {"TIT2": "title", "TPE1": "artist", "TALB": "album", "TPE2": "album-artist", "TCOM": "composer",
           "TPE3": "conductor", "TIT1": "grouping", "TPUB": "publisher", "TCOP": "copyright", "TEXT": "lyricist",
           "TIT3": "subtitle", "TENC": "encoded-by", "TKEY": "initial-key", "TOWN": "file-owner", "TCON": "genre",
           "COMM": "comment", "USLT": "lyrics", "TDRC": "year", "TBPM": "bpm", "TRCK": "track-number",
           "TPOS": "disc-number", "APIC": "artwork"}
+# The names of frames in notes.
 NAMES = {**FIELDS, "APIC": "picture", "TDRC": "date", "TXXX": "user text", "TRCK": "track", "TPOS": "disc",
          "TBPM": "BPM"}
 PNG = b"\x89PNG\r\n\x1a\n" + bytes(range(256)) * 3
@@ -69,7 +70,8 @@ PICTURE = b"\0image/jpeg\0\3\0" + JPEG
 FULL_COMMENTS = (f3("COMM", b"\0engiTunNORM\0 00000A"), f3("COMM", b"\0engsource\0CD"), f3("COMM", b"\0deu\0Ein Satz"),
                  f3("COMM", b"\0engSongs-DB_Custom1\0a"), f3("COMM", b"\0deuID3v1 Comment\0b"))
 
-# Each is a whole tag; what is odd about it is its name.
+# Whole tags, each under the name of its oddity. Words of the names choose checks: "refused" marks those that --lossless
+# does not write; for "APE" and "ID3v1", see after_audio.
 HAND_MADE = {
     "v2.3 unsynchronised": tag(3, body=unsynchronised(f3("TIT2", text("ÿþ")) + f3("APIC", PICTURE) + bytes(9)),
                                flags=0x80),
@@ -78,10 +80,10 @@ HAND_MADE = {
                                      f3("TALB", text("x/y", 1))),
     "v2.3 empty frame in the middle": tag(3, f3("TIT2", text("Kyrie")), f3("TPE1", b""), f3("TALB", text("Songs")),
                                           f3("PRIV", b"o\0x")),
-    "v2.3 text that is none": tag(3, f3("TIT2", b"\1\xff\xfe\0\xd8"), f3("TALB", text("Songs"))),
+    "v2.3 undecodable text": tag(3, f3("TIT2", b"\1\xff\xfe\0\xd8"), f3("TALB", text("Songs"))),
     "v2.3 refused, a size that does not fit": tag(3, f3("TIT2", text("Kyrie")), b"TXXX\0\1\0\0\0\0\0k\0v"),
-    "v2.4 encrypted by nobody known": tag(4, f4("TSOP", text("Kyrie"), 0x000C)),
-    "v2.3 flags, an odd frame": tag(3, f3("TCOM", text("C"), 0xE000), f3("TENC", b"G" + text("E"), 0x0020),
+    "v2.4 encrypted by an unknown method": tag(4, f4("TSOP", text("Kyrie"), 0x000C)),
+    "v2.3 flags, invalid identifier": tag(3, f3("TCOM", text("C"), 0xE000), f3("TENC", b"G" + text("E"), 0x0020),
                                     f3("PRIV", b"\x81\xff\0?", 0x0040),
                                     f3("TXXX", b"\0\0\0\5" + zlib.compress(b"\0k\0v!"), 0x0080), f3("AB?!", b"odd"),
                                     flags=0x20),
@@ -111,7 +113,7 @@ HAND_MADE = {
     "v2.3 blank description": tag(3, f3("COMM", b"\0deu \0d"), f3("TIT2", text("K"))),
     "v2.3 zeros": tag(3, f3("TYER", b"\0\0\0\5" + zlib.compress(text("0000")), 0x80), f3("TRCK", text("0"))),
     "v2.4 zeros": tag(4, f4("TDRC", size4(5) + zlib.compress(text("0000")), 9), f4("TIT2", text("K"))),
-    "v2.4 compressed far": tag(4, f4("COMM", size4(5005) + zlib.compress(b"\3eng\0" + b"a" * 5000), 9),
+    "v2.4 compressed to a small part": tag(4, f4("COMM", size4(5005) + zlib.compress(b"\3eng\0" + b"a" * 5000), 9),
                                f4("TIT2", text("K"))),
     "v2.4 lengths": tag(4, f4("TBPM", size4(2) + text("0"), 1), f4("TSRC", size4(13) + text("USRC17607839"), 1)),
     "v2.3 one frame fills the tag": tag(3, f3("TIT2", text("Kyrie")), padding=0),
@@ -139,7 +141,7 @@ APE = b"APETAGEX" + struct.pack("<IIII8x", 2000, 32, 0, 0)
 
 
 def after_audio(name):
-    """The tags at the end of the file that the name of an oddity says it has."""
+    """Returns the tags at the end of the file of a hand-made tag: those that its name mentions."""
     return (APE if "APE" in name else b"") + (ID3V1 if "ID3v1" in name else b"")
 
 
@@ -175,7 +177,7 @@ def program(*words):
 
 
 def encode(path):
-    """The same audio again, tagged by its encoder."""
+    """Encodes the audio again; the encoder writes the tag."""
     wav = path.with_suffix(".wav")
     subprocess.run(["mpg123", "-q", "-w", wav, path], check=True)
     subprocess.run(["lame", "--silent", "-b", "32", "--add-id3v2", "--tt", "Kyrie", "--ta", "Väskelund",
@@ -196,12 +198,12 @@ PROGRAMS = {
 
 
 def language(frame):
-    """Returns the code; "eng", which is always written, also says nothing more than that of an unknown language."""
+    """Returns the language code; one for an unknown language counts as "eng", which is written instead."""
     return "eng" if frame.lang in ("XXX", "und", "\0\0\0") else frame.lang.lower()
 
 
 def said(frame):
-    """What a frame says, without the encoding that it says it in."""
+    """Returns the content of a frame, independent of its text encoding."""
     name = frame.FrameID
     if name == "TCON":
         return tuple(frame.genres)
@@ -219,7 +221,7 @@ def said(frame):
 
 
 def view(path):
-    """Everything that mutagen sees in the tag."""
+    """Returns the contents of all frames that mutagen finds in the file, by their keys."""
     isOldTagRead = path.read_bytes()[:3] != b"ID3"
     try:
         tags = ID3(path, load_v1=isOldTagRead)
@@ -233,7 +235,7 @@ def view(path):
 
 
 def meaning(seen):
-    """What a view says, whatever the form: a set of (frame, value)."""
+    """Returns the values of a view as a set of (frame, value), the same for equivalent spellings."""
     def plain(name, value):
         if name == "TCON":
             return tuple(sorted(re.sub("[ -]", "", genre.replace("&", "and")).lower() for genre in value))
@@ -244,11 +246,12 @@ def meaning(seen):
 
 
 def others(seen):
+    """Returns the part of a view that belongs to no field."""
     return {key: value for key, value in seen.items() if key[:4] not in FIELDS}
 
 
 def split(data):
-    """Returns the version of the tag and its frames as bytes, their sizes in the form of the version."""
+    """Returns the version of a tag and the bytes of each frame; v2.4 sizes are rewritten as synchsafe integers."""
     def number(field):
         return int.from_bytes(field, "big")
     def spread(field):
@@ -270,7 +273,7 @@ def new_value(field):
 
 
 class Proof:
-    """One tag, taken through every road."""
+    """Checks one tag with each of the writing commands."""
 
     def __init__(self, program, folder, name, original, refused=False):
         self.program, self.folder, self.name, self.original = program, folder, name, original
@@ -287,13 +290,16 @@ class Proof:
         return result
 
     def settled(self, *words):
-        """The run changes the file, its audio aside, and a second one nothing."""
+        """Runs a command on the original twice and returns the view of the result.
+
+        Checks that the audio stays, and that the second run changes nothing.
+        """
         self.path.write_bytes(self.original)
         self.run(*words)
         written = self.path.read_bytes()
-        check(f"{self.name}: audio", audio_of(written) == self.audio(), True)
+        check(f"{self.name}: the audio stays", audio_of(written) == self.audio(), True)
         check(f"{self.name}: the audio moves by whole blocks", (len(written) - len(self.original)) % 4096, 0)
-        check(f"{self.name}: second run", self.run(*words)[1].split()[0], "unchanged")
+        check(f"{self.name}: a second run changes nothing", self.run(*words)[1].split()[0], "unchanged")
         return view(self.path)
 
     def audio(self):
@@ -306,11 +312,12 @@ class Proof:
         if self.refused:
             for more in ((), ("--dry-run",)):
                 errors = self.run("set", "--lossless", "--publisher", "P", *more, status=2, errors=None)[2]
-                check(f"{self.name}: message", "track.mp3: --lossless cannot keep " in errors, True)
-            check(f"{self.name}: bytes", self.path.read_bytes(), self.original)
+                check(f"{self.name}: the message of a refused write",
+                      "track.mp3: --lossless cannot keep " in errors, True)
+            check(f"{self.name}: a refused write changes nothing", self.path.read_bytes(), self.original)
             return
         after = self.settled("set", "--lossless", "--publisher", "P")
-        # A tag that is unsynchronised as a whole, or of v2.2, is taken apart.
+        # The frames of tags that are unsynchronised as a whole, or of v2.2, get another form.
         if self.original[3:4] in (b"\3", b"\4") and not (self.original[3] == 3 and self.original[5] & 0x80):
             for found, expected in zip(split(self.path.read_bytes()), split(self.original)):
                 if isinstance(found, list):
@@ -319,20 +326,21 @@ class Proof:
                 check(f"{self.name}: version and frames", found, expected)
             if "TPUB" not in self.before:
                 self.run("set", "--lossless", "--clear", "publisher")
-                check(f"{self.name}: the opposite edit", split(self.path.read_bytes()), split(self.original))
-        check(f"{self.name}: an unrelated field", after, {**self.before, "TPUB": ("P",)})
+                check(f"{self.name}: version and frames after the opposite edit",
+                      split(self.path.read_bytes()), split(self.original))
+        check(f"{self.name}: all frames after an edit of the publisher", after, {**self.before, "TPUB": ("P",)})
         (self.folder / "new.png").write_bytes(PNG + b"new")
         after = self.settled("set", "--lossless", "--artwork", "new.png", *(
             word for name in FIELDS.values() if name != "artwork" for word in (f"--{name}", new_value(name))))
-        check(f"{self.name}: other than the fields", others(after), others(self.before))
+        check(f"{self.name}: frames of no field after an edit of all fields", others(after), others(self.before))
         for frame, name in FIELDS.items():
             new = [value for key, value in after.items() if key[:4] == frame]
             old = [value for key, value in self.before.items() if key[:4] == frame]
             if frame in ("COMM", "USLT", "APIC"):
-                check(f"{self.name}: the {name}", name == "artwork" or f"new {name}" in [value[1] for value in new],
+                check(f"{self.name}: the new {name}", name == "artwork" or f"new {name}" in [value[1] for value in new],
                       True)
-                check(f"{self.name}: all but one {name}", (len(set(old) - set(new)) <= 1, len(set(new) - set(old))),
-                      (True, 1))
+                check(f"{self.name}: one {name} is new, and replaces one at most",
+                      (len(set(old) - set(new)) <= 1, len(set(new) - set(old))), (True, 1))
             else:
                 check(f"{self.name}: {name}", [value[0].split("/")[0] for value in new], [new_value(name)])
         kept = {key: value for key, value in self.before.items()
@@ -340,28 +348,28 @@ class Proof:
         for field in ("artwork", ",".join([*FIELDS.values(), "track-total", "disc-total"])):
             after = self.settled("set", "--lossless", "--title", "T", "--clear", field)
         shown = run(self.program, ["read", "--lossless", "track.mp3"], self.folder)[1]
-        check(f"{self.name}: cleared", (shown, after),
+        check(f"{self.name}: all fields cleared", (shown, after),
               ("  Title  T\n", {**others(self.before), **kept, "TIT2": ("T",)}))
 
-    def told(self):
-        """What a write without the option takes is named, and nothing else is said."""
+    def notes(self):
+        """Checks that a write without --lossless reports each value that it loses, and nothing else."""
         self.path.write_bytes(self.original)
         words = ("set", "--publisher", "P")
-        told = self.run(*words, "--notes", "--dry-run", errors=None)[2]
-        check(f"{self.name}: told again", self.run(*words, "--notes", errors=None)[2], told)
+        notes = self.run(*words, "--notes", "--dry-run", errors=None)[2]
+        check(f"{self.name}: the notes of a dry run and of the run", self.run(*words, "--notes", errors=None)[2], notes)
         lost = meaning(self.before) - meaning(view(self.path))
         for frame, value in () if self.refused else lost:
             named = NAMES.get(frame, frame.split()[-1]).replace("-", " ")
-            check(f"{self.name}: {frame} {value} in {told!r}", named in told, True)
-        check(f"{self.name}: a hidden tag in {told!r}", "hides its APE tag" in told, "APE" in self.name)
-        # Of these, mutagen sees less than there is.
-        if not any(word in self.name for word in ("ID3v1", "APE", "refused", "text that is none", "odd")):
-            check(f"{self.name}: a note for nothing", told, "" if not lost else told)
+            check(f"{self.name}: the loss of {frame} {value} is in the notes {notes!r}", named in notes, True)
+        check(f"{self.name}: a hidden tag in {notes!r}", "hides its APE tag" in notes, "APE" in self.name)
+        # Mutagen does not see everything in these.
+        if not any(word in self.name for word in ("ID3v1", "APE", "refused", "undecodable text", "invalid identifier")):
+            check(f"{self.name}: no notes without a loss", notes, "" if not lost else notes)
         self.path.write_bytes(self.original)
         self.run(*words)
 
     def as_source(self):
-        """Another file gets every field as this one has it, or is told, or is not touched."""
+        """Checks that `apply` gives another file every field of this one or reports the field, or fails."""
         target = self.folder / "target.mp3"
         cover = [value for key, value in self.before.items() if key[:4] == "APIC"]
         cover = next((value for value in cover if value[1] == 3), cover[0] if cover else (None,) * 4)[3]
@@ -370,11 +378,12 @@ class Proof:
         for option in ("--lossless", "--notes"):
             target.write_bytes(self.audio())
             words = ["apply", option, "--all", "--from", "track.mp3", "target.mp3"]
-            status, _, told = run(self.program, words, self.folder)
+            status, _, notes = run(self.program, words, self.folder)
             seen = view(target)
-            check(f"{self.name}: refused as a source", status, 1 if option == "--lossless" and self.refused else status)
+            check(f"{self.name}: refused as the source of apply", status,
+                  1 if option == "--lossless" and self.refused else status)
             if status != 0:
-                check(f"{self.name}: untouched", (status, target.read_bytes() == self.audio()),
+                check(f"{self.name}: a failed apply changes nothing", (status, target.read_bytes() == self.audio()),
                       (1 if option == "--lossless" else 2, True))
                 continue
             found = next((value[3] for key, value in seen.items() if key[:4] == "APIC"), None)
@@ -384,22 +393,23 @@ class Proof:
                 own = [value for key, value in self.before.items()
                        if key[:5] == "COMM:" and not value[0].startswith(TECHNICAL)]
                 own.sort(key=lambda comment: comment[0] != "")
-                check(f"{self.name}: the comment", [value[1] for key, value in seen.items() if key[:5] == "COMM:"],
-                      [comment[1] for comment in own[:1]])
+                check(f"{self.name}: the comment applied",
+                      [value[1] for key, value in seen.items() if key[:5] == "COMM:"], [comment[1] for comment in own[:1]])
             for frame, value in meaning(self.before) - meaning(seen):
                 if frame in FIELDS and frame not in ("COMM", "USLT", "APIC", "TDRC"):
                     wrong.add(NAMES[frame].replace("-", " "))
-            check(f"{self.name}: carried {option}, told {told!r}", {name for name in wrong if name not in told}, set())
+            check(f"{self.name}: {option}: fields neither applied nor in the notes {notes!r}",
+                  {name for name in wrong if name not in notes}, set())
 
     def all(self):
         self.losslessly()
         self.path.write_bytes(self.original)
         self.as_source()
-        self.told()
+        self.notes()
 
 
 def check_every_field(program, folder, audio):
-    """What one file has comes to another as another reader sees it, without the option too, beside what that has."""
+    """Checks that `apply` without --lossless copies every field, and keeps the other frames of the target."""
     source, target = folder / "source.mp3", folder / "track.mp3"
     for path in (source, target):
         path.write_bytes(audio)
@@ -417,16 +427,16 @@ def check_every_field(program, folder, audio):
     for outcome in ("updated", "unchanged"):
         report = run(program, ["apply", "--from", source.name, "--all", target.name], folder)
         check(f"every field: {outcome}", (report[0], report[1].split()[0], report[2]), (0, outcome, ""))
-        check(f"every field: {outcome}, read", view(target), expected)
+        check(f"every field: {outcome}, frames", view(target), expected)
         written = target.read_bytes()
         frames = split(written)[1]
-        check(f"every field: {outcome}, nothing after carried frames", frames[-1][:4], b"PRIV")
+        check(f"every field: {outcome}, the last frame", frames[-1][:4], b"PRIV")
         check(f"every field: {outcome}, size", len(written), 10 + sum(map(len, frames)) + len(audio))
         check(f"every field: {outcome}, audio", audio_of(written) == audio, True)
 
 
 def check_names(program, folder):
-    """Genres and types of pictures have the names that mutagen knows, or those of the standard."""
+    """Checks that genres and types of pictures have the names that mutagen knows, or those of the standard."""
     def read(*words):
         return json.loads(run(program, ["read", "--json", *words], folder)[1])
 
@@ -454,23 +464,24 @@ def check_names(program, folder):
     for number, name in zip(types, files):
         picture = f3("APIC", b"\0image/webp\0" + bytes([number]) + b"\0RIFF")
         (folder / name).write_bytes(tag(3, picture) + AUDIO)
-    told = run(program, ["set", "--notes", "--dry-run", "--title", "T", *sorted(files)], folder)[2]
-    check("types of pictures", re.findall(r"drops a picture \((.*), WebP", told),
+    notes = run(program, ["set", "--notes", "--dry-run", "--title", "T", *sorted(files)], folder)[2]
+    check("types of pictures", re.findall(r"drops a picture \((.*), WebP", notes),
           [name for _, name in sorted(types.items())])
 
 
 def check_blank_frames(program, folder, audio):
-    """What says nothing gives its place to what does."""
+    """Checks that a new comment and picture replace blank ones."""
     path = folder / "track.mp3"
     path.write_bytes(tag(3, f3("COMM", b"\0eng\0 "), f3("APIC", b"\0image/png\0\3\0"), f3("TIT2", text("K"))) + audio)
     (folder / "new.png").write_bytes(PNG)
     words = ["set", "--lossless", "--comment", "new", "--artwork", "new.png", path.name]
     check("blank frames", run(program, words, folder)[0], 0)
-    check("blank frames: number", [path.read_bytes().count(name) for name in (b"COMM", b"APIC")], [1, 1])
+    check("blank frames: number of comments and pictures",
+          [path.read_bytes().count(name) for name in (b"COMM", b"APIC")], [1, 1])
 
 
 def check_artwork(program, folder):
-    """A new front cover takes the place of an unspecified picture, and goes in front of any other."""
+    """Checks that a new front cover replaces a picture of the type "other", and precedes any other picture."""
     path = folder / "track.mp3"
     (folder / "new.png").write_bytes(PNG + b"new")
     for kind, version, make in ((0, 3, f3), (4, 3, f3), (4, 4, f4)):
@@ -484,30 +495,32 @@ def check_artwork(program, folder):
 
 
 def check_values_that_fit_no_field(program, folder):
-    """They are copied by name, and pasted only by mistake."""
+    """Checks that `copy` accepts values that no field can hold, and that `paste` rejects them."""
     path, target = folder / "track.mp3", folder / "target.mp3"
     path.write_bytes(tag(4, f4("TBPM", text("127.98")), f4("TALB", text("A")), f4("TRCK", text("1\0" + "2/9"))) + AUDIO)
     target.write_bytes(AUDIO)
     own = {"env": {**proof.ENVIRONMENT, "HOME": str(folder)}}
     copied = run(program, ["copy", "--lossless", "--no-desktop", path.name], folder, **own)
-    check("copied", (copied[0], copied[2]), (0, ""))
-    told = 'quillmark: The clipboard cannot carry the bpm "127.98" of the copied file. Leave it out with --fields.\n'
-    check("pasted", run(program, ["paste", "--all", target.name], folder, **own)[::2], (1, told))
-    check("pasted without it", run(program, ["paste", "--fields", "album", target.name], folder, **own)[0], 0)
+    check("values that fit no field: copied", (copied[0], copied[2]), (0, ""))
+    message = 'quillmark: The clipboard cannot carry the bpm "127.98" of the copied file. Leave it out with --fields.\n'
+    check("values that fit no field: pasted",
+          run(program, ["paste", "--all", target.name], folder, **own)[::2], (1, message))
+    check("values that fit no field: pasted without them",
+          run(program, ["paste", "--fields", "album", target.name], folder, **own)[0], 0)
     run(program, ["set", "--lossless", "--track-total", "5", path.name], folder)
     check("several positions", view(path)["TRCK"], ("1/5", "2/9"))
-    path.write_bytes(b"junk" + tag(3, f3("TIT2", text("K"))) + AUDIO)
+    path.write_bytes(b"data" + tag(3, f3("TIT2", text("K"))) + AUDIO)
     for words in (["read"], ["set", "--title", "T"]):
         errors = run(program, [*words, "--lossless", path.name], folder)[2]
-        check("junk in front", "track.mp3: --lossless cannot keep the data before its ID3v2 tag." in errors, True)
+        check("data before the tag", "track.mp3: --lossless cannot keep the data before its ID3v2 tag." in errors, True)
 
 
 def check_unread_frames(program, folder):
-    """What cannot be read goes with its own field, is told then, and never with another field."""
+    """Checks that a frame that cannot be read is dropped only with its own field, and is reported then."""
     path = folder / "track.mp3"
     track, webp = f3("TRCK", b"\x81abc", 0x40), f3("APIC", b"\0image/webp\0\3\0RIFF")
     encrypted = tag(4, f4("TPE1", b"\x81abc", 8))
-    for what, data, words, (status, outcome, told) in (
+    for what, data, words, (status, outcome, note) in (
             ("half of a frame", tag(3, track), ["--clear", "track-total"], (0, "unchanged", "")),
             ("half of a frame is set", tag(3, track), ["--track-total", "3"], (2, "", "cannot keep the frame TRCK")),
             ("a whole frame", tag(3, track), ["--title", "T", "--clear", "track-number,track-total"],
@@ -520,11 +533,11 @@ def check_unread_frames(program, folder):
              (0, "updated", "drops its artist that"))):
         path.write_bytes(data + AUDIO)
         result = run(program, ["set", "--lossless", "--notes", *words, path.name], folder)
-        check(f"unread: {what}", (result[0], outcome in result[1].split("\n")[0], told in result[2]),
+        check(f"unread: {what}", (result[0], outcome in result[1].split("\n")[0], note in result[2]),
               (status, True, True))
         again = run(program, ["set", "--lossless", *words, path.name], folder)
         check(f"unread: {what}, again", again[1].startswith("unchanged"), status == 0)
-    for what, data, words, told in (
+    for what, data, words, note in (
             ("a line feed at the end", tag(3, f3("USLT", b"\0eng\0la la\n"), f3("TIT2", text("\nT\n"))),
              ["--album", "A"], ""),
             ("a blank value at the end", tag(4, f4("TIT2", text("T\0\r\n", 2))), ["--album", "A"], ""),
@@ -538,10 +551,10 @@ def check_unread_frames(program, folder):
              "the old date 1966 (TDRC) stays beside the new year 1999; --lossless replaces it.\n")):
         path.write_bytes(data + AUDIO)
         result = run(program, ["set", "--notes", *words, path.name], folder)[2]
-        check(f"notes: {what}", result, told and f"quillmark: note: {path.name}: {told}")
+        check(f"notes: {what}", result, note and f"quillmark: note: {path.name}: {note}")
     path.write_bytes(tag(3, f3("COMM", b"\0engd\0x"), f3("COMM", b"\0engkeep\0new")) + AUDIO)
-    told = run(program, ["set", "--notes", "--comment", "new", path.name], folder)[2]
-    check("the description of another comment", 'drops the description "keep"' in told, True)
+    notes = run(program, ["set", "--notes", "--comment", "new", path.name], folder)[2]
+    check("the description of another comment", 'drops the description "keep"' in notes, True)
 
 
 def main():
@@ -564,7 +577,7 @@ def main():
             path.write_bytes(audio)
             make(path)
             Proof(program, folder, name, path.read_bytes()).all()
-    proof.finish("Nothing is lost with --lossless, and nothing untold without.")
+    proof.finish("With --lossless nothing is lost; without it, every loss is reported.")
 
 
 if __name__ == "__main__":

@@ -1,6 +1,6 @@
-"""The examples in the documents print what they show.
+"""Checks that the examples in the documents print the output that is shown with them.
 
-Those of the README run from top to bottom in one copy of the sample album, each recipe in a copy of its own.
+Those of the README run from top to bottom in one copy of the sample album, each recipe in its own copy.
 
 Usage: readme.py PROGRAM
 """
@@ -30,7 +30,7 @@ def run_examples(text, program):
         for command, shown in examples:
             done = subprocess.run(["bash", "-c", command], cwd=album, env=environment, stdin=subprocess.DEVNULL,
                                   stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True)
-            # JSON has a backslash in front of a slash.
+            # JSON has a backslash before each slash.
             printed = done.stdout.replace(str(album).replace("/", "\\/"), SHOWN_FOLDER.replace("/", "\\/"))
             check(command, printed.rstrip("\n"), shown.rstrip("\n"))
     return examples
@@ -49,4 +49,4 @@ def main():
 
 if __name__ == "__main__":
     main()
-    proof.finish("The documents show what their examples print.")
+    proof.finish("The examples in the documents print the output that is shown.")

@@ -25,6 +25,7 @@ def system(*words):
 
 
 def check_sharing(program, folder, name):
+    """Checks writes into tags with little, some and much padding: most of the audio's blocks are shared afterwards."""
     song, backup = folder / "song.mp3", folder / "song.mp3.orig"
     for room in (0, 3000, 9000):
         backup.unlink(missing_ok=True)

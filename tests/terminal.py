@@ -1,4 +1,4 @@
-"""No name and no text of a file can command a terminal, and a long run shows there how far it is.
+"""Checks that neither names nor tags of files can control a terminal, that tables fit it, and that runs show progress.
 
 Usage: terminal.py PROGRAM SAMPLES
 """
@@ -29,6 +29,7 @@ FURTHER_HELP = (
 
 
 def terminal(columns=COLUMNS):
+    """Returns both ends of a new pseudo-terminal that passes line ends on unchanged."""
     ours, theirs = pty.openpty()
     fcntl.ioctl(theirs, termios.TIOCSWINSZ, struct.pack("HHHH", 24, columns, 0, 0))
     attributes = termios.tcgetattr(theirs)
@@ -48,7 +49,7 @@ def read_all(ours):
 
 
 def seen(program, words, folder, stream, columns=COLUMNS):
-    """What a terminal gets that one of the streams goes to; the other goes nowhere."""
+    """Returns the output of one stream at a terminal; the other stream goes to /dev/null."""
     ours, theirs = terminal(columns)
     streams = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL, stream: theirs}
     process = subprocess.Popen([program, *words], cwd=folder, stdin=subprocess.DEVNULL, **streams,
@@ -101,13 +102,13 @@ def check_progress(program, folder, sample):
 
 
 def width(text):
-    """The columns that a text takes by the character tables of Python, which the program does not use."""
+    """Returns the columns of a text by the character tables of Python, which the program does not use."""
     return sum(0 if unicodedata.combining(one) else 2 if unicodedata.east_asian_width(one) in "WF" else 1
                for one in text)
 
 
 def check_table(program, folder, sample):
-    """The columns of a table stand below each other whatever is in them, and no line is wider than the window."""
+    """Checks that the columns of a table are aligned for all contents, and that no line is wider than the window."""
     tracks = (("09 cafe\u0301.mp3", "Credo \U0001f3b5\U0001f3b6", "V\u00e4skelund", "1977"),
               ("a \u65e5\u672c\u8a9e.mp3", "\u6625\u306e\u6d77" * 30, "\u5bae\u57ce\u9053\u96c4", "1929"),
               ("b \u05e9\u05dc\u05d5\u05dd.mp3", "\u0634\u0645\u0633", "x" + EVIL + "y", ""))
@@ -147,4 +148,4 @@ def main():
 
 if __name__ == "__main__":
     main()
-    proof.finish("No file commands a terminal, and a long run shows how far it is.")
+    proof.finish("No file can control a terminal, tables fit it, and long runs show progress.")
