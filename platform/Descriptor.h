@@ -7,7 +7,7 @@
 
 namespace platform {
 
-/// A descriptor that is closed with this object; -1 when there is none.
+/// Owns a file descriptor and closes it when destroyed; -1 if it has none.
 class Descriptor {
  public:
   Descriptor() = default;
@@ -23,14 +23,14 @@ class Descriptor {
 
   int get() const { return descriptor_; }
   explicit operator bool() const { return descriptor_ != -1; }
-  /// Leaves the descriptor to the caller.
+  /// Returns the descriptor, which the caller must close from now on.
   int release() { return std::exchange(descriptor_, -1); }
 
  private:
   int descriptor_ = -1;
 };
 
-/// Makes a system call until no signal interrupts it.
+/// Repeats the system call as long as signals interrupt it. Returns the result of the last call.
 template <class Call>
 auto retrying(Call call) {
   auto result = call();

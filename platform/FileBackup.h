@@ -8,24 +8,25 @@
 
 namespace platform {
 
-/// The file as it was, under its name followed by ".orig": a second name for it if the file system supports
-/// that, else a copy. The destructor removes what was made here, unless `keep` was called.
+/// A backup of a file under its name followed by ".orig": a hard link if the file system supports
+/// that, else a copy. The destructor removes a backup that was made, unless `keep` was called.
 class FileBackup {
  public:
-  /// Of the open `original` at `entry`.
+  /// `entry` is the place of the open `original`. The original and the folder of the entry must outlive this
+  /// object.
   FileBackup(FileHandle& original, FolderEntry entry);
   ~FileBackup();
   FileBackup(const FileBackup&) = delete;
   FileBackup& operator=(const FileBackup&) = delete;
 
-  /// Makes the backup, unless a file that is not empty has its name already, which is kept; a copy is put
-  /// together in `temporary`. Throws FileError, also if something else has that name or if the user could not
-  /// remove the backup again, and FileConflict.
+  /// Makes the backup. If a file that is not empty already has its name, keeps that file instead. A copy is
+  /// put together in `temporary`. Throws FileError, also if something else has that name or if the user could
+  /// not remove the backup again. Throws FileConflict if the original has changed.
   void make(PrivateFolder& temporary);
   void keep() { isMade_ = false; }
   /// Returns whether an earlier backup was kept.
   bool isEarlier() const { return isEarlier_; }
-  /// Whether the original has got a second name, which is a change of its attributes.
+  /// Returns whether the backup is a hard link, which has changed the attributes of the original.
   bool isSecondName() const { return isMade_ && isSameFile(made_, original_.attributes()); }
 
  private:

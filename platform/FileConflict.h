@@ -7,8 +7,8 @@
 
 namespace platform {
 
-/// Another program has changed a file between the first look at it and its replacement, so that the new
-/// version no longer fits. The file is left as the other program made it.
+/// Another program has changed a file after it was opened and before it was replaced, so that the new version
+/// no longer fits. The file is left as the other program made it.
 class FileConflict : public std::exception {
  public:
   enum class Case : std::uint8_t {
@@ -17,16 +17,17 @@ class FileConflict : public std::exception {
     /// Like `changed`, but found directly after waiting for the lock: the previous holder has changed the
     /// file.
     changedWhileWaiting,
-    /// Its name belongs to something other than a file, such as a link, which could lead anywhere.
+    /// The name of the file belongs to something other than a file, such as a link, which could lead
+    /// anywhere.
     noFile,
-    /// Nothing has its name any more.
+    /// The name of the file no longer exists.
     movedOrDeleted,
   };
 
   FileConflict(Case value, const std::filesystem::path& file);
 
   Case value() const { return case_; }
-  /// One line for people that names the file by its last path component.
+  /// Returns one line for users, which names the file by its last path component.
   const char* what() const noexcept override { return description_.c_str(); }
 
  private:

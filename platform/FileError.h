@@ -8,21 +8,21 @@
 
 namespace platform {
 
-/// A failed system call: what could not be done to which file, and the system's reason, as one line for
-/// people: "01.mp3 could not be written: No space left on device." The file is named by its last path
-/// component.
+/// A failed system call, described in one line for users: the last path component of the file, the operation
+/// that failed, and the reason that the system gave. Example: "01.mp3 could not be written: No space left on
+/// device."
 class FileError : public std::exception {
  public:
-  /// `code` is the system's error number.
+  /// `failure` is the operation that failed, such as `notRead`; `code` is the system's error number.
   FileError(const std::filesystem::path& file, std::string_view failure, int code);
-  /// For what the program itself refuses; `reason` is a clause without a full stop.
+  /// For an operation that the program itself refuses; `reason` is a clause without a full stop.
   FileError(const std::filesystem::path& file, std::string_view failure, std::string_view reason);
 
   const char* what() const noexcept override { return description_.c_str(); }
   const std::filesystem::path& file() const { return file_; }
-  /// The system's error number; nothing when it was the program itself that refused.
+  /// Returns the system's error number, or nothing if the program itself refused.
   std::optional<int> code() const { return code_; }
-  /// The same with one more sentence in its line.
+  /// Returns a copy of this error with one more sentence in its description.
   FileError followedBy(std::string_view sentence) const;
 
   static constexpr std::string_view notRead = "could not be read";
@@ -34,7 +34,7 @@ class FileError : public std::exception {
   std::optional<int> code_;
 };
 
-/// The last path component; for a path that ends in a slash, the component before it.
+/// Returns the last path component; for a path that ends in a slash, the component before it.
 std::string lastPathComponent(const std::filesystem::path& file);
 
 }  // namespace platform

@@ -13,44 +13,46 @@
 
 namespace platform {
 
-/// An open file that owns its descriptor. Every operation throws FileError; an interrupted call is retried.
-/// Its attributes are taken before the first byte is read, so that they tell later whether what was read is
-/// still what the file holds.
+/// An open file; owns its descriptor. Every operation throws FileError if it fails, and retries interrupted
+/// calls. The attributes are read before the first byte, so that comparing them later shows whether the file
+/// still holds the bytes that were read.
 class FileHandle {
  public:
-  /// Opens a regular file for reading. A folder, a pipe or a device is refused, and never waited for.
+  /// Opens a regular file for reading. Throws FileError for a folder, a pipe or a device, without waiting for
+  /// them.
   static FileHandle forReading(const std::filesystem::path& file);
-  /// Takes over a descriptor, -1 as one that could not be opened, for the reason in errno. Errors name
+  /// Takes ownership of the descriptor. Throws FileError, with the reason in errno, if it is -1. Errors name
   /// `file`.
   FileHandle(std::filesystem::path file, int descriptor);
 
-  /// The file's attributes when it was opened.
+  /// Returns the attributes that the file had when it was opened.
   const struct stat& attributes() const { return attributes_; }
-  /// The length in bytes when it was opened.
+  /// Returns the length in bytes that the file had when it was opened.
   std::uint64_t size() const { return static_cast<std::uint64_t>(attributes_.st_size); }
   int descriptor() const { return descriptor_.get(); }
   const std::filesystem::path& path() const { return path_; }
 
-  /// Returns the file's first bytes, `startSize` of them if it has as many: enough to recognise the kind of
-  /// file. They are read once.
+  /// Returns the first `startSize` bytes of the file, or all of them if it has fewer. They are enough to
+  /// recognise the kind of file, and are read only once.
   ByteView start();
   static constexpr std::size_t startSize = 12;
-  /// Returns the file's first `count` bytes; fewer mean that the file ended. What `start` has read is not
-  /// read again.
+  /// Returns the first `count` bytes of the file, or fewer if it ends before. Does not read again the bytes
+  /// that `start` has read. Leaves the reading position after the bytes returned.
   Bytes readFirst(std::size_t count);
 
-  /// Up to `count` bytes from the reading position on; fewer mean that the file ended.
+  /// Returns up to `count` bytes from the reading position on, fewer only if the file ends, and moves the
+  /// position.
   Bytes read(std::size_t count);
   /// Sets the reading position.
   void seek(std::uint64_t offset) { position_ = offset; }
-  /// Writes all bytes behind what was written.
+  /// Writes all of the bytes after those already written.
   void write(ByteView bytes);
-  /// Writes what `source` had from `offset` to its end when it was opened, inside the kernel where the file
-  /// systems can do that. FileConflict when the source has become shorter.
+  /// Writes the bytes that `source` had from `offset` to its end when it was opened, inside the kernel if the
+  /// file systems support that. Throws FileConflict if the source has become shorter.
   void copy(FileHandle& source, std::uint64_t offset);
   /// Waits until the file's data and attributes have reached the disk.
   void synchronise();
-  /// Closes the file and reports what only closing shows; without it the destructor closes silently.
+  /// Closes the file. Throws FileError for errors that only closing reports; the destructor ignores them.
   void close();
 
  private:

@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-/// What the program asks of the file system beyond open files.
+/// Operations on files and folders that are not open.
 namespace platform::FileManager {
 
 /// Creates every missing folder above `file`. Throws FileError, which names `file`.

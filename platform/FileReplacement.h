@@ -11,39 +11,42 @@
 
 namespace platform {
 
-/// A new file that takes another one's place in one step when it is complete. Until then, and if this object
-/// is destroyed without that, the other one is as it was, and nothing is left beside it.
+/// A new file that takes the place of another one, the original, in one step when it is complete. If this
+/// object is destroyed before that, the original is unchanged, and no temporary file is left.
 ///
 /// Nothing is looked up by a path twice: the original is the file that was opened, and everything else is
-/// named by its folder, which is held open. Others may write to that folder, and may mean harm.
+/// named relative to its open folder. Others may write to that folder, and may mean harm.
 class FileReplacement {
  public:
-  /// For a file in the place of the open `original`. Both must outlive this object. Throws FileConflict if
-  /// the original has changed since it was opened or its name no longer leads to it, and FileError, also if
-  /// the user may not write to the original or can create nothing in its folder.
+  /// Prepares to replace the open `original`. Both arguments must outlive this object. Throws FileConflict if
+  /// the original has changed since it was opened or if its name no longer leads to it. Throws FileError,
+  /// also if the user may not write to the original or cannot create files in its folder.
   FileReplacement(FileHandle& original, ReplacementRun& run);
-  /// The same outside of any run: the destructor tries to bring the rename to the disk.
+  /// Like the constructor above, but outside of any run: the destructor tries to bring the rename to the
+  /// disk.
   explicit FileReplacement(FileHandle& original);
-  /// For a file at that path: a new one, or in the place of the one that is there. Not for several threads at
-  /// once: a new file's rights follow from the process's mask, which can only be read by changing it.
+  /// Prepares to replace the file at the path, or to create it if it does not exist. Must not be called by
+  /// several threads at once: a new file's mode follows from the process's mask, which can only be read by
+  /// changing it.
   explicit FileReplacement(const std::filesystem::path& path);
-  /// The same for a file that the caller has opened; without one, for a new file, which replaces nothing.
+  /// Like the constructor above, for a file that the caller has already opened. Without an original, `commit`
+  /// fails if a file has the path by then.
   FileReplacement(const std::filesystem::path& path, std::optional<FileHandle> original);
 
   ~FileReplacement();
   FileReplacement(const FileReplacement&) = delete;
   FileReplacement& operator=(const FileReplacement&) = delete;
 
-  /// The new file, to be written to.
+  /// Returns the new file, which the caller must write.
   FileHandle& file() { return *file_; }
 
-  /// Lets the original stay beside the new file; see FileBackup.
+  /// Makes `commit` keep the original beside the new file; see FileBackup.
   void keepBackup() { keepsBackup_ = true; }
-  /// Gives the new file the original's modification date; leaves it where the system refuses.
+  /// Gives the new file the original's modification date, unless the system refuses.
   void keepModificationDate();
-  /// Gives the new file what belongs to the original, waits until all of it has reached the disk, and puts it
-  /// in its place. Throws FileConflict when somebody has changed, replaced, moved or deleted the original
-  /// since it was opened, and FileError.
+  /// Copies the original's rights and attributes to the new file, waits until the new file has reached the
+  /// disk, and renames it to the original's name. Throws FileConflict if the original was changed, replaced,
+  /// moved or deleted since it was opened, and FileError.
   void commit();
   /// Returns whether `commit` has kept an earlier backup instead of making one.
   bool hasEarlierBackup() const { return hasEarlierBackup_; }

@@ -5,14 +5,14 @@
 
 #include "platform/base/Bytes.h"
 
-/// What is read from its beginning to its end, whether it is a file or comes through a pipe.
+/// Reads files and pipes from beginning to end.
 namespace platform::Input {
 
-/// The bytes of a regular file or a pipe, the first `limit` where there are more. A pipe that nobody writes
-/// to is not waited for longer than a moment. Throws FileError.
+/// Returns the bytes of a regular file or a pipe, at most the first `limit`. Waits only a moment for a pipe
+/// that has no writer. Throws FileError.
 Bytes contents(const std::filesystem::path& file, std::uint64_t limit);
 
-/// The same for standard input.
+/// Like `contents`, for standard input.
 Bytes contentsOfStandardInput(std::uint64_t limit);
 
 }  // namespace platform::Input

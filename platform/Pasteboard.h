@@ -12,15 +12,15 @@ namespace platform {
 
 class PasteboardFolder;
 
-/// A place that outlives the process for one piece of content in several types, for whoever comes next: what
-/// was put there last counts. It is one file in a private folder of the user's. New content becomes visible
-/// all at once, when every declared type has its data; whoever reads meanwhile gets the old content. Where
-/// nothing can be stored or read, FileError is thrown, with the system's reason.
+/// Holds one piece of content in several types, and outlives the process. It is one file in a private folder
+/// of the user. New content replaces the old all at once, after every declared type has its data; until then,
+/// readers get the old content. Operations throw FileError, with the system's reason, if nothing can be
+/// stored or read.
 class Pasteboard {
  public:
-  /// The user's own, the same in every login.
+  /// Returns the user's pasteboard, which all logins share.
   static Pasteboard general();
-  /// One in the folder "quillmark" below `home`/.local/state; created when something is put there.
+  /// Uses the folder "quillmark" below `home`/.local/state, which is created when something is stored.
   explicit Pasteboard(std::filesystem::path home) : home_(std::move(home)) {}
 
   /// The plain-text type.
@@ -28,16 +28,17 @@ class Pasteboard {
 
   /// Makes the pasteboard empty.
   void clearContents();
-  /// Starts new content: the types in which it will be given, in their order. A type's name is one line.
+  /// Starts new content. `types` are the types in which it will be set, in their order. The name of a type
+  /// must not contain a line feed.
   void declareTypes(const std::vector<std::string>& types);
-  /// Gives the new content in a declared type; false when the type was not declared. The last of the declared
-  /// types stores it. When that fails, the pasteboard is empty, or the error adds that the old content is
-  /// still there.
+  /// Sets the data of a declared type. Returns false if the type was not declared. Stores the content once
+  /// all declared types have data. If that fails, either the pasteboard is empty, or the error adds that the
+  /// old content is still there.
   bool setData(ByteView data, std::string_view forType);
   bool setString(std::string_view string, std::string_view forType);
 
-  /// What is on the pasteboard in that type, or nothing. A store that is damaged, or that others could have
-  /// put there, is an error.
+  /// Returns the content in the given type, or nothing if there is none. Throws FileError if the stored file
+  /// is damaged, or if other users could have put it there.
   std::optional<Bytes> data(std::string_view forType) const;
 
  private:
@@ -50,7 +51,7 @@ class Pasteboard {
   void replaceStore(const PasteboardFolder& folder) const;
 
   std::filesystem::path home_;
-  /// The new content: the declared types in their order and, where they have been given, their data.
+  /// The new content: the declared types in their order, with the data that has been set.
   std::vector<TypedData> content_;
 };
 

@@ -8,28 +8,29 @@
 
 namespace platform {
 
-/// The folder of a pasteboard's files, "quillmark" below `home`/.local/state, used in the certainty that
-/// nobody but the user has put it or anything in it there. Every operation throws FileError, which speaks of
-/// the clipboard whichever of its files is the reason.
+/// The folder of the pasteboard's files: "quillmark" below `home`/.local/state. It and its files are used
+/// only if no other user can have put them there. Every operation throws FileError, which names the clipboard
+/// instead of the file.
 class PasteboardFolder {
  public:
   enum class Purpose : std::uint8_t { read, write };
 
-  /// What errors call the pasteboard.
+  /// The name of the pasteboard in errors.
   static constexpr const char* shownName = "The clipboard";
 
-  /// Fails when others could have put the folder, or a link to it, where it is. To read, it must be closed to
-  /// others as it is; to write, it is made and closed.
+  /// Opens the folder. To write, creates it if absent and closes it to others. Throws FileError if others
+  /// could have put the folder, or a link to it, in its place, and, to read, if others have access to it.
   PasteboardFolder(const std::filesystem::path& home, Purpose purpose);
 
-  /// The user's own regular file of that name, and no link; `flags` are those of open, and may create it.
+  /// Opens a file in the folder with these flags of open(2), which may create it. Throws FileError unless it
+  /// is a regular file that belongs to the user; links are not followed.
   FileHandle file(const char* name, int flags) const;
-  /// Gives the file `from` the name `to`, in place of what has it.
+  /// Renames the file `from` to `to`, and replaces a file that has that name.
   void rename(const char* from, const char* to) const;
-  /// There need not be such a file.
+  /// Removes the file if it exists.
   void remove(const char* name) const;
 
-  /// Whether there is, or may be, something of that name in the folder, which need not be there itself.
+  /// Returns whether something of that name is in the folder, or may be; false if the folder does not exist.
   static bool mayHold(const std::filesystem::path& home, const char* name);
 
  private:

@@ -6,20 +6,23 @@
 
 namespace platform {
 
-/// The folder that "~" stands for: the user's home directory.
+/// Returns the user's home directory: HOME if it is an absolute path, else the directory in the user
+/// database, or "/" if there is none.
 std::filesystem::path homeDirectory();
 
-/// A leading "~" alone or before a slash becomes the user's home directory, "~name" that user's, where there
-/// is such a user. A tilde anywhere else stays.
+/// Returns the path with a leading "~" replaced by the user's home directory, or a leading "~name" by that of
+/// the user of this name. Returns the path unchanged if there is no such user. A tilde anywhere else stays.
 std::string expandingTilde(std::string_view path);
 
-/// The file of this name: absolute, without "." and empty components.
+/// Returns the location of the file of this name: absolute, without "." and empty components. Returns the
+/// name unchanged if it is empty, if the current folder no longer exists, or if the location would be too
+/// long for the system.
 std::filesystem::path absoluteLocation(std::string_view name);
 
-/// Returns the location without any link in it; the location as it is if nothing is there.
+/// Returns the location with all links resolved, or unchanged if it cannot be resolved.
 std::filesystem::path realLocation(const std::filesystem::path& location);
 
-/// The file that a word of the command line names: the same, with a leading tilde expanded.
+/// Like `absoluteLocation`, for a word of the command line, in which a leading tilde is expanded.
 std::filesystem::path fileLocation(std::string_view word);
 
 }  // namespace platform

@@ -11,25 +11,26 @@
 
 namespace platform {
 
-/// A folder of the user's alone (mode 0700, a hidden name) in another one, for files that are not complete
-/// yet. It goes when this object goes, and they with it;
-/// replacements in a row use it one after another. Others who may write to the folder above can put
-/// something of theirs, or of the user's, in its place: that is found out before anything is done in there.
+/// A hidden folder inside another one, accessible to the user only (mode 0700), for files that are not
+/// complete yet. Replacements in a row use it one after another. The destructor removes it and its files.
+///
+/// Others with write access to the parent folder can put something of theirs, or of the user's, in its place.
+/// That is detected before anything is done in the folder.
 class PrivateFolder {
  public:
-  /// `parent` must outlive this object. Throws FileError, which names `file`.
+  /// Creates the folder in `parent`, which must outlive this object. Throws FileError, which names `file`.
   PrivateFolder(const ReplacementFolder& parent, std::filesystem::path file);
   ~PrivateFolder();
   PrivateFolder(const PrivateFolder&) = delete;
   PrivateFolder& operator=(const PrivateFolder&) = delete;
 
-  /// Creates a file, empty, open for writing and for nobody but the user. `name` must be a literal. Throws
-  /// FileError, which names `file`, as does every other error from then on.
+  /// Creates an empty file, open for writing and accessible to the user only. `name` must be a literal.
+  /// Throws FileError, which names `file`, as does every later error.
   FileHandle create(const char* name, const std::filesystem::path& file);
-  /// Gives such a file a name in the folder above, in place of what has it or, with `asNew`, when nothing
-  /// has. Throws FileError.
+  /// Moves such a file to the parent folder under the name `as`. Replaces a file that has that name, but with
+  /// `asNew`, the name must be free. Throws FileError.
   void moveUp(const char* name, const std::string& as, bool asNew);
-  /// Removes the files that are still in here. Returns whether none is left.
+  /// Removes the files that are still in the folder. Returns whether all of them could be removed.
   bool removeFiles();
 
  private:
@@ -43,11 +44,11 @@ class PrivateFolder {
   std::string name_;
   Descriptor descriptor_;
   struct stat attributes_ {};
-  /// False when it has turned out that somebody has put another folder in its place.
+  /// False after another folder was found in its place.
   bool isMine_ = true;
-  /// Once that is seen, nobody but this object can put anything in here.
+  /// Set when the folder was checked. From then on, only this object can put files in it.
   bool isKnownToBeEmpty_ = false;
-  /// The names of the files that are in here.
+  /// The names of the files in the folder.
   std::vector<const char*> files_;
 };
 

@@ -14,11 +14,12 @@ namespace platform {
 
 class PrivateFolder;
 
-/// The folder that really holds a file, open, so that it stays the same one whatever happens to its path.
-/// The caller must call `synchronise` to be sure that renames have reached the disk; the destructor tries to.
+/// The folder that really holds a file. It is kept open, so that it stays the same folder even if its path
+/// changes. The caller must call `synchronise` to be sure that renames have reached the disk; the destructor
+/// only tries to.
 class ReplacementFolder {
  public:
-  /// `path` is only used once, here. Throws FileError, which names `file`.
+  /// Opens the folder. `path` is not used again. Throws FileError, which names `file`.
   ReplacementFolder(const std::filesystem::path& path, std::filesystem::path file);
   ~ReplacementFolder();
   ReplacementFolder(const ReplacementFolder&) = delete;
@@ -27,32 +28,32 @@ class ReplacementFolder {
   int descriptor() const { return descriptor_.get(); }
   /// Returns whether the path leads to this folder.
   bool isAt(const std::filesystem::path& path);
-  /// The attributes of what has that name here, no link followed; false, for the reason in errno, where there
-  /// is nothing.
+  /// Reads the attributes of what has this name in the folder, without following a link. Returns false, with
+  /// the reason in errno, if there is nothing.
   bool find(const std::string& name, struct stat& attributes) const;
-  /// Returns whether the user may remove or replace a file with these attributes in here, as far as the
-  /// sticky bit is concerned.
+  /// Returns whether the folder's sticky bit allows the user to remove or replace a file with these
+  /// attributes.
   bool canRemove(const struct stat& file);
-  /// A private folder in here, made when it is first asked for; for one replacement at a time. Throws
-  /// FileError, which names `file`.
+  /// Returns a private folder in this folder, created by the first call. It serves one replacement at a time.
+  /// Throws FileError, which names `file`.
   PrivateFolder& privateFolder(const std::filesystem::path& file);
-  /// Removes it, so that the next one is another.
+  /// Removes the private folder, so that the next call of `privateFolder` creates another one.
   void dropPrivateFolder();
-  /// Notes that the name of `file` in here leads to another file now; errors of `synchronise` name the last
-  /// one.
+  /// Notes that the name of `file` in this folder leads to another file now. Errors of `synchronise` name the
+  /// last file noted.
   void noteRename(std::filesystem::path file) {
     isSynchronised_ = false;
     file_ = std::move(file);
   }
-  /// Removes the private folder, and waits until the renames have reached the disk. A folder that may not be
-  /// read cannot be waited for, which is no error. Throws FileError.
+  /// Removes the private folder, and waits until the renames have reached the disk. Does not wait for a
+  /// folder that the user may not read, which is no error. Throws FileError.
   void synchronise();
 
  private:
   const struct stat* attributes();
 
   Descriptor descriptor_;
-  /// Read when they are needed first; they identify the folder.
+  /// Read when first needed; they identify the folder.
   std::optional<struct stat> attributes_;
   bool isReadable_ = true;
   bool isSynchronised_ = true;

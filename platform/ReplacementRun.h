@@ -20,33 +20,33 @@ struct FolderEntry {
   /// Belongs to the run, which keeps it until it looks up the next entry.
   ReplacementFolder* folder = nullptr;
   std::string name;
-  /// The attributes that the name led to when it was looked up; zero for a name that nothing had.
+  /// The attributes of the file that had the name when it was looked up; zero if there was none.
   struct stat attributes {};
 };
 
-/// What replacements of files in a row share: the open folder of the last one, with a hidden folder for files
-/// that are not complete yet, and the first failure to wait for a folder. A run serves one thread and one
-/// replacement at a time. Its destructor removes the hidden folder.
+/// State that replacements of files in a row share: the open folder of the last one, with a hidden folder for
+/// files that are not complete yet, and the first error in synchronising a folder. A run serves one thread
+/// and one replacement at a time. The destructor removes the hidden folder.
 class ReplacementRun {
  public:
   ReplacementRun() = default;
   ReplacementRun(const ReplacementRun&) = delete;
   ReplacementRun& operator=(const ReplacementRun&) = delete;
 
-  /// Locks the open file as `lockForReplacement` does, but the patience is for all attempts in a row to
-  /// replace the file at one path.
+  /// Locks the open file as `lockForReplacement` does, but all attempts in a row to replace the file at one
+  /// path share the time to wait.
   void lock(const FileHandle& file);
   /// Returns whether the last `lock` had to wait.
   bool hasWaited() const { return hasWaited_; }
 
-  /// Returns where the open file really is: its folder and its name there, no link in between. Throws
+  /// Returns the real place of the open file: its folder, and its name there, with links resolved. Throws
   /// FileConflict if the file's path no longer leads to it, and FileError.
   FolderEntry entryOf(const FileHandle& file);
-  /// Returns the entry for a file that is yet to be made at `path`. Throws FileError.
+  /// Returns the entry for a file that is to be created at `path`. Throws FileError.
   FolderEntry newEntry(const std::filesystem::path& path);
 
   /// Removes the hidden folder and waits until every rename of the run has reached the disk. Throws FileError
-  /// for the first folder that could not be waited for; it names the last file that was replaced there.
+  /// for the first folder that could not be synchronised; it names the last file replaced there.
   void synchronise();
 
  private:

@@ -1,19 +1,20 @@
 #pragma once
 
-/// How the process takes signals.
+/// Signal handling of the process.
 namespace platform::Signals {
 
-/// From now on a closed pipe or a file-size limit shows as the error of the write that met it.
+/// From now on, a write to a closed pipe or beyond a file-size limit fails with an error instead of ending
+/// the process.
 void reportFailedWrites();
 
-/// From now on SIGINT, SIGTERM, SIGHUP and SIGQUIT, where they are not ignored, are noted instead of ending
-/// the process, so that the file in hand is finished and its temporaries are removed.
+/// From now on, SIGINT, SIGTERM, SIGHUP and SIGQUIT, unless they are ignored, are noted instead of ending the
+/// process, so that the run can finish the current file and remove its temporary files.
 void noteInterruptions();
 
-/// The number of the signal that was noted, or 0.
+/// Returns the number of the last signal that was noted, or 0.
 int interruption();
 
-/// Ends the process the way the signal does when nobody handles it.
+/// Ends the process by the signal's default action.
 [[noreturn]] void dieOf(int signal);
 
 }  // namespace platform::Signals

@@ -6,13 +6,13 @@
 
 namespace platform {
 
-/// What the program prints for its caller: collected, and handed to the system in large pieces. When the
-/// stream cannot be written, the rest of what is printed is dropped and `failure()` tells why.
+/// Buffers text for standard output and writes it in large pieces. After a write has failed, further text is
+/// dropped, and `failure` returns the reason.
 class StandardOutput {
  public:
   void write(std::string_view text);
   void flush();
-  /// The system's error number of the first write that failed, or 0.
+  /// Returns the system's error number of the first write that failed, or 0.
   int failure() const { return failure_; }
 
  private:
@@ -22,16 +22,16 @@ class StandardOutput {
 
 enum class Stream { output, error };
 
-/// Whether what goes to the stream goes to a terminal.
+/// Returns whether the stream leads to a terminal.
 bool isTerminal(Stream stream);
-/// The columns of the terminal that the stream goes to; 80 where it does not say.
+/// Returns the number of columns of the terminal that the stream leads to, or 80 if it is unknown.
 std::size_t columnsOf(Stream stream);
 
-/// Takes up those of the three standard streams that the program was started without, so that no file that it
-/// opens gets their place, and with it what is printed. Printing to such a stream still fails.
+/// Opens each standard stream that the program was started without, so that no other file gets its
+/// descriptor, and with it the text that is printed. Printing to such a stream still fails.
 void occupyMissingStreams();
 
-/// Writes the text to standard error in one write.
+/// Writes the text to standard error, in one write if possible. Ignores errors.
 void writeToStandardError(std::string_view text);
 
 }  // namespace platform
