@@ -20,8 +20,8 @@ std::string contentsOf(const char* file) {
   return {std::istreambuf_iterator<char>(stream), {}};
 }
 
-/// Returns the ID in that file of the system which stands for all IDs that have no counterpart in the user
-/// namespace, or nothing in the initial namespace, where all IDs have one.
+/// Returns the overflow ID in `file`, which the system shows for all IDs that the user namespace does not
+/// map. Returns nothing if `map` is that of the initial namespace, which maps all IDs.
 std::optional<std::uint32_t> overflowID(const char* map, const char* file) {
   std::istringstream mapped(contentsOf(map));
   std::uint64_t inside = 0;
@@ -36,7 +36,7 @@ std::optional<std::uint32_t> overflowID(const char* map, const char* file) {
 
 }  // namespace
 
-/// The IDs of the user are known, and need no look at the system.
+/// The user's own IDs are known without asking the system.
 KnownIDs knownIDs(const struct stat& file) {
   KnownIDs known{.owner = file.st_uid == ::geteuid() && file.st_uid != defaultOverflowID,
                  .group = file.st_gid == ::getegid() && file.st_gid != defaultOverflowID};

@@ -30,8 +30,8 @@ Descriptor openFolderForSearch(const std::filesystem::path& folder) {
 }
 
 std::optional<bool> isEmpty(int folder) {
-  // Not every C library has functions for this call and that of `renameAsNew`. With 64-bit offsets, `dirent`
-  // has the kernel's layout.
+  // Not every C library has a function for this call, or for that of `renameAsNew`. With 64-bit offsets,
+  // `dirent` has the kernel's layout.
   static_assert(sizeof(ino_t) == 8 && sizeof(off_t) == 8);
   alignas(struct dirent) std::array<char, 1024> buffer;
   for (;;) {
@@ -50,8 +50,8 @@ std::optional<bool> isEmpty(int folder) {
 bool mayWrite(const FileHandle& file, int folder, const std::string& name) {
   if (::faccessat(file.descriptor(), "", W_OK, AT_EACCESS | AT_EMPTY_PATH) == 0) return true;
   if (errno != ENOSYS && errno != EPERM && errno != EINVAL) return false;
-  // Kernels before Linux 5.8, and sandboxes, do not have the call that takes flags.
-  // The C library uses it for the plain question, too.
+  // The call with flags is missing before Linux 5.8 and in some sandboxes. C libraries may use it even
+  // without flags, so make the older call directly.
   const bool isOneUser = ::geteuid() == ::getuid() && ::getegid() == ::getgid();
   return isOneUser ? ::syscall(SYS_faccessat, folder, name.c_str(), W_OK) == 0
                    : ::faccessat(folder, name.c_str(), W_OK, AT_EACCESS) == 0;

@@ -58,7 +58,7 @@ std::optional<AccessControlList> AccessControlList::fromAttribute(std::string_vi
 AccessControlList AccessControlList::forOwner(uid_t former, uid_t now) const {
   AccessControlList list = *this;
   list.set(Tag::user, former, permissions(Tag::owner));
-  // The new owner's rights are those of an owner.
+  // The new owner's rights are those of the owner's entry.
   std::erase_if(list.entries_, [&](const Entry& entry) { return entry.tag == Tag::user && entry.id == now; });
   list.tidy();
   return list;
@@ -69,7 +69,8 @@ AccessControlList AccessControlList::forGroup(gid_t former, gid_t now) const {
   const Entry* own = find(Tag::group, now);
   std::uint16_t had = own != nullptr ? own->permissions : permissions(Tag::other);
   if (own == nullptr) {
-    // Whoever is in another group besides had what that one leaves, which may be less than everybody has.
+    // A member that is also in a listed group had the rights of that entry, which may be fewer than those of
+    // others.
     for (const Entry& entry : entries_) {
       if (entry.tag == Tag::owningGroup || entry.tag == Tag::group) had &= entry.permissions;
     }
@@ -126,7 +127,8 @@ void AccessControlList::set(Tag tag, std::uint32_t id, std::uint16_t permissions
   entries_.push_back({tag, permissions, id});
 }
 
-/// Drops entries of groups that give what everybody has, where there is nothing else for them to take away.
+/// Drops the entries for groups if all groups have the same permissions as others and the list can be
+/// expressed as permission bits without them.
 void AccessControlList::tidy() {
   const std::uint16_t everybody = permissions(Tag::other);
   const bool isEqualForAllGroups = std::ranges::all_of(entries_, [&](const Entry& entry) {

@@ -10,23 +10,25 @@
 
 namespace platform {
 
-/// Who may do what with a file: its permission bits, or its access-control list, which begins with the same.
+/// The permissions for a file: its permission bits, or its access-control list, which begins with the same
+/// ones.
 class AccessControlList {
  public:
-  /// The list that nothing but permission bits make.
+  /// Returns the list that corresponds to the permission bits alone.
   static AccessControlList fromMode(mode_t mode);
-  /// Returns the list in the form in which Linux keeps it, or nothing if the bytes are none in that form.
+  /// Returns the list that Linux stores as these bytes, or nothing if they are not in that form.
   static std::optional<AccessControlList> fromAttribute(std::string_view bytes);
 
-  /// The same rights for the same people after the file has gone to another owner, another group, or both:
-  /// the former ones have entries of their own, and the members of the new group have what they had before.
+  /// Return the list that grants the same rights after the file has changed to another owner or group. The
+  /// former owner or group gets an entry of its own. Members of the new group get no more rights than they
+  /// had.
   AccessControlList forOwner(uid_t former, uid_t now) const;
   AccessControlList forGroup(gid_t former, gid_t now) const;
 
-  /// Whether permission bits can tell it.
+  /// Returns whether permission bits can express the list.
   bool isMode() const;
   /// Returns the nine permission bits; those of the group are the mask if there is one. A mask is never
-  /// empty, because Linux ignores a list whose mask is: if no entry grants anything, it is "execute".
+  /// empty, because Linux ignores a list with an empty mask: if no entry grants anything, it is "execute".
   mode_t mode() const;
   std::string toAttribute() const;
 
@@ -42,20 +44,20 @@ class AccessControlList {
   struct Entry {
     Tag tag;
     std::uint16_t permissions;
-    /// Of a user or a group; everybody's is all ones.
+    /// The ID of the user or group; `noID` for other tags.
     std::uint32_t id;
 
     auto operator<=>(const Entry&) const = default;
   };
   static constexpr std::uint32_t noID = 0xFFFFFFFF;
 
-  /// Nothing for a named user or group that has no entry.
+  /// Returns nullptr if there is no such entry.
   const Entry* find(Tag tag, std::uint32_t id = noID) const;
   std::uint16_t permissions(Tag tag) const;
   void set(Tag tag, std::uint32_t id, std::uint16_t permissions);
   void tidy();
 
-  /// In the order of their tags and, among these, of their IDs. What a mask takes away is taken away here.
+  /// The entries without the mask, which has already been applied to their permissions.
   std::vector<Entry> entries_;
 };
 

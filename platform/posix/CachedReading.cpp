@@ -14,7 +14,7 @@ Presence peek(int, std::span<std::uint8_t>, std::uint64_t) {
 
 Descriptor openRegular(const std::filesystem::path& file, struct stat& attributes) {
   if (::stat(file.c_str(), &attributes) == -1 || !S_ISREG(attributes.st_mode)) return {};
-  // Another program may have replaced the file since; opening without waiting is harmless then.
+  // Another program may have replaced the file since; opening it without waiting is harmless then.
   Descriptor descriptor(::open(file.c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK | O_CLOEXEC));
   if (!descriptor || ::fstat(descriptor.get(), &attributes) == -1 || !S_ISREG(attributes.st_mode)) return {};
   return descriptor;

@@ -17,8 +17,8 @@ enum class Presence : std::uint8_t { present, absent, unknown };
 /// a disk or a network. Returns `unknown` if the system or the file system cannot answer this.
 Presence peek(int descriptor, std::span<std::uint8_t> buffer, std::uint64_t offset);
 
-/// Opens a regular file for reading and sets its attributes. Contains no descriptor for anything else:
-/// opening a pipe or a device could be noticed at its other end.
+/// Opens a regular file for reading and sets `attributes` to its attributes. Returns no descriptor for
+/// anything else: opening a pipe or a device could be noticed at its other end.
 Descriptor openRegular(const std::filesystem::path& file, struct stat& attributes);
 
 /// Asks the system to bring these bytes of the file into the page cache, and returns at once.

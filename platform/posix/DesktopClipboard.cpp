@@ -34,7 +34,7 @@ bool isSet(const char* variable) {
   return !Process::environment(variable).value_or("").empty();
 }
 
-/// Keeps every open file but the standard streams from programs that are started from now on.
+/// Makes programs that are started from now on inherit no open files but the standard streams.
 void closeFilesOnStart() {
   std::error_code failure;
   for (std::filesystem::directory_iterator file("/dev/fd", failure), end; !failure && file != end;
@@ -45,9 +45,9 @@ void closeFilesOnStart() {
   }
 }
 
-/// Starts the program with `input` as what it reads. It stays behind to serve the clipboard for as long as
-/// the desktop runs, so nothing of this process goes with it that somebody could wait for: no open file, no
-/// folder, no terminal.
+/// Starts the program with `input` as its standard input. Returns nothing if that fails. The program keeps
+/// running to serve the clipboard for as long as the desktop runs, so it inherits nothing of this process
+/// that other programs could wait for: no open file, no folder, no terminal.
 std::optional<pid_t> start(const DesktopProgram& program, const Descriptor& input) {
   closeFilesOnStart();
   posix_spawn_file_actions_t files;
@@ -68,7 +68,7 @@ std::optional<pid_t> start(const DesktopProgram& program, const Descriptor& inpu
                              POSIX_SPAWN_SETSID | POSIX_SPAWN_SETSIGDEF | POSIX_SPAWN_SETSIGMASK);
 
   pid_t process = 0;
-  // Whoever takes command lines as changeable does not change them.
+  // posix_spawnp does not change the words, although the type of its parameter allows that.
   auto* const words = const_cast<char* const*>(program.words.data());
   const bool isStarted =
       ::posix_spawnp(&process, program.words.front(), &files, &attributes, words, environ) == 0;
@@ -77,7 +77,7 @@ std::optional<pid_t> start(const DesktopProgram& program, const Descriptor& inpu
   return isStarted ? std::optional(process) : std::nullopt;
 }
 
-/// Writes what the pipe has room for; false when there is nobody left to read it.
+/// Writes as much as the pipe has room for. Returns false if the pipe has no reader any more.
 bool writeOnto(const Descriptor& pipe, std::string_view& text) {
   const ssize_t count = ::write(pipe.get(), text.data(), text.size());
   if (count == -1) return errno == EAGAIN || errno == EINTR;
@@ -85,8 +85,8 @@ bool writeOnto(const Descriptor& pipe, std::string_view& text) {
   return true;
 }
 
-/// Whether the program takes the text: each ends with success as soon as it holds all of it. One that has not
-/// ended in time is ended, with all that it has started.
+/// Returns whether the program accepts the text: it then exits with success as soon as it has read all of it.
+/// If it has not exited in time, kills it and all processes that it has started.
 bool takes(const DesktopProgram& program, std::string_view text) {
   std::array<int, 2> ends{};
   if (::pipe(ends.data()) == -1) return false;
@@ -106,7 +106,7 @@ bool takes(const DesktopProgram& program, std::string_view text) {
     if (ended == *process) return WIFEXITED(status) && WEXITSTATUS(status) == 0;
     if (ended == -1 && errno != EINTR) return false;
     if (steady_clock::now() >= deadline) break;
-    // Without a pipe, this only lets the time pass.
+    // Without a pipe, this only waits.
     pollfd room{.fd = pipe.get(), .events = POLLOUT, .revents = 0};
     ::poll(&room, 1, static_cast<int>(betweenLooks.count()));
   }
@@ -118,7 +118,7 @@ bool takes(const DesktopProgram& program, std::string_view text) {
 }  // namespace
 
 void putOnDesktopClipboard(std::string_view text) {
-  // If the parent process has made this one ignore it, the end of a program would not be reported.
+  // If the parent process made this one ignore SIGCHLD, `waitpid` would not return the status of a program.
   std::signal(SIGCHLD, SIG_DFL);
   for (const DesktopProgram& program : desktopPrograms()) {
     const bool hasDesktop = program.display == nullptr || isSet(program.display);

@@ -4,7 +4,7 @@ namespace platform {
 
 std::span<const DesktopProgram> desktopPrograms() {
   static constexpr auto programs = std::to_array<DesktopProgram>({
-      // With a type given, the text is not looked at to guess one.
+      // If the type is given, the program does not guess it from the text.
       {.display = "WAYLAND_DISPLAY", .words = {"wl-copy", "--type", "text/plain"}},
       {.display = "DISPLAY", .words = {"xclip", "-selection", "clipboard", "-in"}},
       {.display = "DISPLAY", .words = {"xsel", "--clipboard", "--input"}},

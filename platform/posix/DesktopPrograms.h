@@ -5,12 +5,12 @@
 
 namespace platform {
 
-/// A program that puts what it reads on the clipboard of a desktop.
+/// A program that puts its standard input on the clipboard of a desktop.
 struct DesktopProgram {
   /// The environment variable that is set if there is a desktop of the program's kind; nullptr if there
   /// always is.
   const char* display;
-  /// The command line, up to a null pointer.
+  /// The command line, which ends with a null pointer.
   std::array<const char*, 5> words;
 };
 

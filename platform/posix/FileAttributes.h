@@ -8,12 +8,13 @@
 
 #include "platform/FileHandle.h"
 
-/// What belongs to a file beside its mode, owner and dates, as each system has it. The calls for extended
-/// attributes take and return what those of Linux do: ERANGE if there is not enough room, ENODATA if there is
-/// no such attribute, and without room the size. The access-control list is one of the attributes.
+/// Attributes of a file besides mode, owner and dates, which each system has in its own way. The functions
+/// for extended attributes take and return what the system calls of Linux do: they fail with ERANGE if the
+/// buffer is too small and with ENODATA if there is no such attribute, and return the size needed if the
+/// buffer's size is 0. The access-control list is one of the attributes.
 namespace platform::FileAttributes {
 
-/// The name of the attribute that is the access-control list.
+/// The name of the attribute that contains the access-control list.
 extern const char* const accessControlList;
 
 ssize_t list(int descriptor, char* names, std::size_t size);
@@ -21,12 +22,11 @@ ssize_t get(int descriptor, const char* name, char* value, std::size_t size);
 int set(int descriptor, const char* name, std::string_view value);
 int remove(int descriptor, const char* name);
 
-/// Returns whether the attribute is the user's, so that a file must not lose it. Others belong to the system,
-/// and may be out of the user's reach.
+/// Returns whether the attribute belongs to the user, so that a file must not lose it. Other attributes
+/// belong to the system, which may refuse to set them.
 bool isOfUser(std::string_view name);
 
-/// Gives the replacement what the system keeps about the original besides: file flags and the date of its
-/// creation. What is refused is left.
+/// Copies further attributes that the system has: file flags and the date of creation. Ignores errors.
 void copyFurther(const FileHandle& original, const FileHandle& replacement);
 
 }  // namespace platform::FileAttributes

@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* copyName = "old";
 
-/// Returns whether `linkat` failed because this file, or no file, can have a second name here.
+/// Returns whether `linkat` failed because hard links to this file, or to any file, are not possible here.
 bool mayNotLink(int code) {
   return code == EPERM || code == EMLINK || code == EOPNOTSUPP || code == ENOTSUP || code == ENOSYS ||
          code == EXDEV || code == EACCES || code == EINVAL;
@@ -47,7 +47,7 @@ void FileBackup::make(PrivateFolder& temporary) {
   if (!makeSecondName()) makeCopy(temporary);
 }
 
-/// Returns whether an earlier backup is there. Throws if something else has its name.
+/// Returns whether an earlier backup exists. Throws FileError if something else has its name.
 bool FileBackup::findEarlier() {
   struct stat found {};
   if (!entry_.folder->find(name_, found)) {
@@ -65,7 +65,7 @@ void FileBackup::fail() const {
   throw FileError(original_.path(), "could not be backed up", errno);
 }
 
-/// Returns false if the file system does not support second names, or shows them as other files.
+/// Returns false if the file system does not support hard links, or shows them as different files.
 bool FileBackup::makeSecondName() {
   const int folder = entry_.folder->descriptor();
   if (::linkat(folder, entry_.name.c_str(), folder, name_.c_str(), 0) == -1) {
@@ -78,7 +78,7 @@ bool FileBackup::makeSecondName() {
   if (!S_ISREG(made_.st_mode)) throw FileConflict(FileConflict::Case::noFile, original_.path());
   if (isSameFile(made_, original_.attributes())) return true;
   // Either the name leads to another file by now, which is detected before the rename, or the file system
-  // numbers each name of a file by itself.
+  // gives each name of a file a number of its own.
   remove();
   return false;
 }

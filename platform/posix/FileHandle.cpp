@@ -17,7 +17,7 @@ namespace platform {
 namespace {
 
 constexpr std::size_t copyChunkSize = 0x20000;
-// What one call moves at most inside the kernel: the largest count that Linux accepts, page-aligned.
+// The most bytes that one call copies inside the kernel: the largest count that Linux accepts, page-aligned.
 constexpr std::uint64_t kernelChunkSize = 0x7ffff000;
 
 }  // namespace
@@ -91,16 +91,16 @@ void FileHandle::write(ByteView bytes) {
   while (!bytes.empty()) {
     const ssize_t count = retrying([&] { return ::write(descriptor(), bytes.data(), bytes.size()); });
     if (count == -1) throw FileError(path_, FileError::notWritten, errno);
-    // No file system should, but one that took nothing time and again would never let us go.
+    // A file system should not do this, but one that did it repeatedly would keep this loop running for ever.
     if (count == 0) throw FileError(path_, FileError::notWritten, "the system took nothing of it");
     bytes = bytes.subspan(static_cast<std::size_t>(count));
     written_ += static_cast<std::uint64_t>(count);
   }
 }
 
-/// Moves the source's reading position behind what was copied.
+/// Copies as much as the kernel can, and moves the reading position of `source` by that.
 void FileHandle::copyInsideKernel(FileHandle& source) const {
-  // File systems that can share blocks do so from one block boundary to another.
+  // File systems that can share blocks do so only between block boundaries.
   constexpr std::uint64_t blockSize = 4096;
   const std::uint64_t offset = source.position_ % blockSize;
   const bool canShare = offset != 0 && offset == written_ % blockSize;
@@ -120,8 +120,8 @@ void FileHandle::copy(FileHandle& source, std::uint64_t offset) {
   source.seek(offset);
   copyInsideKernel(source);
   if (source.position_ >= source.size()) return;
-  // Where the kernel cannot copy, or stops early, both positions stand at the first byte not yet copied. What
-  // is really wrong with either file shows itself here again.
+  // If the kernel cannot copy, or stops early, both positions are at the first byte that was not copied. A
+  // real error in either file occurs here again.
   Bytes chunk(copyChunkSize);
   while (source.position_ < source.size()) {
     const auto wanted =
@@ -138,7 +138,7 @@ void FileHandle::synchronise() {
 }
 
 void FileHandle::close() {
-  // Linux has closed the descriptor even when it reports an interruption.
+  // If `close` is interrupted, Linux has closed the descriptor nevertheless.
   if (::close(descriptor_.release()) == -1 && errno != EINTR) throw FileError(path_, failure_, errno);
 }
 

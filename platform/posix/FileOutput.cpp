@@ -14,7 +14,8 @@ namespace platform {
 
 namespace {
 
-/// Returns the regular file of that name; nothing if the name is free.
+/// Opens the regular file of that name. Returns nothing if it does not exist. Throws FileError if something
+/// else has the name.
 std::optional<FileHandle> openIfThere(const std::filesystem::path& file) {
   constexpr int flags = O_RDONLY | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC;
   const int descriptor = retrying([&] { return ::open(file.c_str(), flags); });

@@ -18,8 +18,8 @@ namespace {
 
 constexpr const char* fileName = "new";
 
-/// Throws FileError unless the user may write to the file: a user who may write to the folder could replace
-/// any file in it.
+/// Throws FileError unless the user may write to the file. The system would not require that: write access to
+/// a folder is enough to replace any file in it.
 void requireWritable(const FileHandle& original, const FolderEntry& entry) {
   if (SystemFiles::mayWrite(original, entry.folder->descriptor(), entry.name)) return;
   if (errno == EACCES) throw FileError(original.path(), FileError::notWritten, "it is write-protected");
@@ -43,9 +43,9 @@ std::optional<FileHandle> openIfThere(const std::filesystem::path& path) {
   }
 }
 
-/// The mode that a new file gets when nobody says more about it.
+/// Returns the mode of a new file that replaces none.
 mode_t usualMode() {
-  // The system tells the mask only in exchange for another.
+  // The mask can only be read by setting another one.
   const mode_t mask = ::umask(0077);
   ::umask(mask);
   return 0666 & ~mask;
@@ -90,7 +90,7 @@ void FileReplacement::prepareFor(ReplacementRun& run) {
   try {
     file_.emplace(temporary_->create(fileName, path_));
   } catch (const FileError&) {
-    // Whatever is wrong with it, the next file is to have another.
+    // The private folder may be unusable, so the next file must get another one.
     entry_.folder->dropPrivateFolder();
     throw;
   }
@@ -104,8 +104,8 @@ void FileReplacement::keepModificationDate() {
   platform::keepModificationDate(*original_, *file_);
 }
 
-/// Throws FileConflict unless the original's name still leads to it and it has its contents and attributes.
-/// A backup that is a second name has changed its attributes.
+/// Throws FileConflict unless the original's name still leads to it, with the same contents and attributes.
+/// With `hasSecondName`, the attributes may have changed, as they do if a hard link is made as a backup.
 void FileReplacement::requireUnchanged(bool hasSecondName) const {
   struct stat found {};
   if (!entry_.folder->find(entry_.name, found)) {

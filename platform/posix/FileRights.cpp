@@ -29,7 +29,8 @@ bool isUnsupported(int code) {
   return code == EOPNOTSUPP || code == ENOTSUP || code == ENOSYS;
 }
 
-/// What a system says that does not let the user, or anybody, give files away.
+/// Returns whether an attempt to change the owner failed because the user, or any user, may not give files
+/// away here.
 bool mayNotChangeOwner(int code) {
   return code == EPERM || code == EACCES || code == EINVAL || isUnsupported(code);
 }
@@ -45,7 +46,7 @@ struct Kept {
                              : "its owner cannot be kept, nor its owner's access");
 }
 
-/// Gives the replacement the original's owner and group as far as the user may.
+/// Gives the replacement the original's owner and group as far as the user may. Returns which of them it has.
 Kept keepOwner(const FileHandle& original, const FileHandle& replacement) {
   constexpr auto same = static_cast<uid_t>(-1);
   const struct stat& wanted = original.attributes();
@@ -62,7 +63,7 @@ Kept keepOwner(const FileHandle& original, const FileHandle& replacement) {
   return kept;
 }
 
-/// What a call like flistxattr gives; nothing when it fails, for the reason in errno.
+/// Returns the result of a call such as flistxattr, or nothing, with the reason in errno, if it fails.
 template <class Call>
 std::optional<std::string> answerOfUnknownSize(Call call) {
   constexpr std::size_t usualSize = 256;
@@ -74,7 +75,7 @@ std::optional<std::string> answerOfUnknownSize(Call call) {
       return answer;
     }
     if (errno != ERANGE) return std::nullopt;
-    // Without room for the answer, the calls tell its size.
+    // If the buffer's size is 0, the calls return the size needed.
     const ssize_t size = call(nullptr, 0);
     if (size == -1) return std::nullopt;
     answer.resize(static_cast<std::size_t>(size) + usualSize);
@@ -92,7 +93,7 @@ bool mayBeRefused(std::string_view name, int code) {
          (code == EPERM || code == EACCES || code == EINVAL || isUnsupported(code));
 }
 
-/// All but the access-control list. Tells whether the original has one.
+/// Copies all extended attributes but the access-control list. Returns whether the original has such a list.
 bool copyExtendedAttributes(const FileHandle& original, const FileHandle& replacement) {
   bool hasList = false;
   const auto names = answerOfUnknownSize([&](char* buffer, std::size_t size) {
@@ -120,14 +121,14 @@ bool setList(const FileHandle& replacement, std::string_view bytes) {
   return FileAttributes::set(replacement.descriptor(), accessControlList, bytes) == 0;
 }
 
-/// The original's access-control list as it is on disk; nothing where its mode says it all.
+/// Returns the original's access-control list as stored on disk, or nothing if it has none beside its mode.
 std::optional<std::string> listOf(const FileHandle& original) {
   auto bytes = attributeOf(original, accessControlList);
   if (!bytes && errno != ENODATA && !isUnsupported(errno)) fail(original);
   return bytes;
 }
 
-/// The rights that stand in for an owner or a group that cannot be kept.
+/// Returns the rights that preserve access if the owner or the group could not be kept.
 AccessControlList listInstead(const FileHandle& original, const FileHandle& replacement, Kept kept,
                               const std::optional<std::string>& bytes) {
   const struct stat& former = original.attributes();
@@ -145,7 +146,7 @@ AccessControlList listInstead(const FileHandle& original, const FileHandle& repl
 
 void keepRights(const FileHandle& original, const FileHandle& replacement) {
   const Kept kept = keepOwner(original, replacement);
-  // A default list of the folder must not widen who may use the file.
+  // An access-control list inherited from the folder must not grant more access.
   const int removed = FileAttributes::remove(replacement.descriptor(), accessControlList);
   if (removed == -1 && errno != ENODATA && !isUnsupported(errno)) fail(original);
   const bool hasList = copyExtendedAttributes(original, replacement);
@@ -161,7 +162,7 @@ void keepRights(const FileHandle& original, const FileHandle& replacement) {
   } else if (list && !setList(replacement, *list)) {
     fail(original);
   }
-  // Where files have no modes of their own, there is nothing to set and no leave to.
+  // Skip the call if nothing differs: file systems without modes would refuse it.
   if ((list || (replacement.attributes().st_mode & 07777U) != mode) &&
       ::fchmod(replacement.descriptor(), mode) == -1) {
     fail(original);
@@ -170,7 +171,7 @@ void keepRights(const FileHandle& original, const FileHandle& replacement) {
 }
 
 void keepModificationDate(const FileHandle& original, const FileHandle& replacement) {
-  // Some file systems ignore UTIME_OMIT, and with it the other time.
+  // Set both times: some file systems ignore a call with UTIME_OMIT completely.
   const std::array<timespec, 2> times{accessTime(original.attributes()),
                                       modificationTime(original.attributes())};
   ::futimens(replacement.descriptor(), times.data());

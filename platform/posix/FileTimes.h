@@ -26,7 +26,7 @@ timespec modificationTime(const Status& status) {
   }
 }
 
-/// The time of the last change of the attributes or contents.
+/// Returns the time of the last change of attributes or contents.
 template <class Status>
 timespec changeTime(const Status& status) {
   if constexpr (requires { status.st_ctim; }) {

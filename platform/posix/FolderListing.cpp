@@ -15,7 +15,8 @@ namespace platform::FileManager {
 
 namespace {
 
-/// Returns nothing for a folder that is not there any more.
+/// Opens the folder. If `linkFlag` is not 0, as for all but the first folder, returns nothing if it no longer
+/// exists.
 FolderStream openFolder(const std::filesystem::path& folder, int linkFlag) {
   FolderStream stream =
       streamOf(Descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | linkFlag)));
@@ -53,7 +54,7 @@ bool endsIn(std::string_view name, std::string_view ending) {
          Strings::equalIgnoringASCIICase(name.substr(name.size() - ending.size()), ending);
 }
 
-/// The order of the components: a slash comes before every other byte.
+/// Compares paths by their components: a slash sorts before every other byte.
 bool isBefore(std::string_view a, std::string_view b) {
   const auto rank = [](char byte) { return byte == '/' ? 0 : static_cast<unsigned char>(byte); };
   return std::ranges::lexicographical_compare(a, b, {}, rank, rank);
@@ -77,7 +78,7 @@ std::vector<std::string> filesBelow(const std::filesystem::path& folder, std::st
   while (!folders.empty()) {
     const std::string prefix = std::move(folders.back());
     folders.pop_back();
-    // A slash at the end would follow a link.
+    // With a slash at the end, the system would follow a link.
     const auto path = prefix.empty() ? folder : folder / prefix.substr(0, prefix.size() - 1);
     const FolderStream stream = openFolder(path, prefix.empty() ? 0 : O_NOFOLLOW);
     while (stream) {

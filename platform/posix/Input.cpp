@@ -17,10 +17,10 @@ namespace {
 
 constexpr std::size_t pieceSize = 0x10000;
 constexpr int forever = -1;
-// For a pipe with a name, whose other end may be opened just now.
+// In milliseconds. The other end of a named pipe may be about to be opened.
 constexpr int moment = 1000;
 
-/// Waits until there is something to read; false when nothing will come, or the milliseconds have passed.
+/// Waits until there is something to read. Returns false after the time given, or if nothing will come.
 bool waitFor(int descriptor, int milliseconds) {
   struct pollfd waiting {
     .fd = descriptor, .events = POLLIN, .revents = 0
@@ -40,7 +40,7 @@ void readOnto(Bytes& bytes, const std::filesystem::path& name, int descriptor, s
     bytes.resize(before + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
     if (count > 0 || (count == -1 && failure == EINTR)) continue;
     if (count == -1 && failure != EAGAIN) throw FileError(name, FileError::notRead, failure);
-    // A pipe without a writer looks as one that has ended.
+    // A pipe that has no writer yet reads like one that has ended.
     const bool hasEnded = count == 0;
     if (hasEnded && !(before == 0 && mayWaitForWriter && waitFor(descriptor, moment))) return;
     if (!hasEnded) waitFor(descriptor, forever);

@@ -4,8 +4,8 @@
 
 namespace platform {
 
-/// Which of a file's IDs are those of its owner and group, and not one that stands for all which cannot be
-/// told apart.
+/// For each of a file's IDs, whether it is the real one. In a user namespace, the system shows one and the
+/// same ID for all IDs that have no counterpart there.
 struct KnownIDs {
   bool owner;
   bool group;

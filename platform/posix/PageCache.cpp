@@ -20,12 +20,12 @@ using CachedReading::Presence;
 
 namespace {
 
-// The kernel cuts a longer request to what one request of the device holds, which is seldom less than this.
+// The kernel cuts a longer request to the size of one request of the device, which is seldom less than this.
 constexpr std::uint64_t requestSize = 0x20000;
-// Few tags are larger. The rest of one that is comes with the kernel's own reading ahead, and a false size
-// must not fill the memory.
+// Few tags are larger. The kernel's own reading ahead loads the rest of a larger one, and a false size must
+// not fill the memory.
 constexpr std::uint64_t mostPerFile = 64 * requestSize;
-// A file system that takes longer for a few bytes does not have them in memory.
+// A file system that takes longer than this for a few bytes does not have them in memory.
 constexpr std::chrono::microseconds cachedReadTime{200};
 
 }  // namespace

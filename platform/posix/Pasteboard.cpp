@@ -18,12 +18,12 @@ namespace {
 using Purpose = PasteboardFolder::Purpose;
 
 constexpr const char* storeName = "pasteboard";
-// Written under this name first. Only the holder of the lock does that, so a crashed writer leaves one such
-// file at most, and the next writer takes it over.
+// The store is written under this name first. Only the holder of the lock writes it, so at most one such file
+// remains after a crash, and the next writer removes it.
 constexpr const char* unfinishedName = "pasteboard.unfinished";
 constexpr const char* lockName = "lock";
 constexpr std::string_view signature = "quillmark pasteboard 1\n";
-// More than the document of any tag takes, whose texts and picture share 256 MiB.
+// More than the document of any tag takes: the texts and the picture of a tag share 256 MiB.
 constexpr std::uint64_t greatestSize = std::uint64_t{1} << 31;
 
 [[noreturn]] void failForDamage() {
@@ -38,8 +38,9 @@ std::optional<std::string_view> takeLine(std::string_view& text) {
   return line;
 }
 
-/// The data of a type among what stands behind the signature: for each type, a line with its name, a line
-/// with the length of its data, and the data. Throws FileError for anything else.
+/// Returns the data of a type from the bytes after the signature, or nothing if they do not contain the type.
+/// Each type is a line with its name, a line with the length of its data, and the data. Throws FileError for
+/// anything else.
 std::optional<ByteView> dataIn(std::string_view stored, std::string_view type) {
   std::optional<ByteView> found;
   while (!stored.empty()) {
@@ -54,7 +55,7 @@ std::optional<ByteView> dataIn(std::string_view stored, std::string_view type) {
   return found;
 }
 
-/// The lock that keeps other writers away for as long as it is open.
+/// Returns the locked file; other writers wait until it is closed.
 FileHandle lockOf(const PasteboardFolder& folder) {
   FileHandle file = folder.file(lockName, O_RDWR | O_CREAT);
   auto patience = lockPatience;
@@ -113,7 +114,7 @@ void Pasteboard::store() const {
     try {
       replaceStore(folder);
     } catch (const FileError&) {
-      // Left there, the old content would be taken for the new.
+      // If the old content stayed, it would be taken for the new.
       folder.remove(storeName);
       folder.remove(unfinishedName);
       throw;
@@ -128,7 +129,7 @@ std::optional<Bytes> Pasteboard::data(std::string_view forType) const {
   if (!PasteboardFolder::mayHold(home_, storeName)) return std::nullopt;
   FileHandle file = PasteboardFolder(home_, Purpose::read).file(storeName, O_RDONLY);
   if (file.size() == 0) return std::nullopt;
-  // Whatever else lies there is not read, however long it is.
+  // Check the signature first, so that a foreign file is not read, however long it is.
   if (charactersOf(file.read(signature.size())) != signature || file.size() > greatestSize) failForDamage();
   const Bytes stored = file.read(static_cast<std::size_t>(file.size()) - signature.size());
   const auto data = dataIn(charactersOf(stored), forType);

@@ -21,7 +21,7 @@ bool isOwn(const struct stat& attributes) {
   return attributes.st_uid == ::geteuid();
 }
 
-/// The folder is the user's or the system's, and not everybody can put things there.
+/// Returns whether the folder belongs to the user or to root, and is not writable for everyone.
 bool isTrusted(const struct stat& attributes) {
   return (isOwn(attributes) || attributes.st_uid == 0) && (attributes.st_mode & S_IWOTH) == 0;
 }
@@ -51,7 +51,7 @@ PasteboardFolder::PasteboardFolder(const std::filesystem::path& home, Purpose pu
 
   open(AT_FDCWD, home.c_str(), 0);
   if (!isOwn(attributes) || !isTrusted(attributes)) refuse("the home folder is not the user's alone");
-  // Links of the user's own are fine here: in folders like these nobody else can have planted one.
+  // The user's own links are allowed here: other users cannot have put links in such folders.
   for (const char* name : {".local", "state"}) {
     openIn(name, 0);
     if (!isTrusted(attributes)) refuse("a folder above it is not the user's alone");

@@ -21,8 +21,8 @@ std::optional<std::string> homeOf(const std::string& user) {
   return std::string(entry->pw_dir);
 }
 
-/// An absolute path without the components that lead nowhere. Where ".." leads depends on links, so it stays;
-/// and so does a slash at the end, in front of which only a folder can stand.
+/// Returns the absolute path without "." and empty components. Keeps "..", because it depends on links where
+/// that leads, and a slash at the end, which requires a folder.
 std::filesystem::path tidied(std::string_view path) {
   std::string tidy;
   tidy.reserve(path.size());
@@ -53,12 +53,12 @@ std::string expandingTilde(std::string_view path) {
 
 std::filesystem::path absoluteLocation(std::string_view name) {
   std::filesystem::path location = name;
-  // An empty name names no file, and must not come to name the folder.
+  // An empty name names no file, and must not become the current folder.
   if (location.empty()) return location;
   std::error_code failure;
   const std::filesystem::path absolute = std::filesystem::absolute(location, failure);
-  // In a folder that is gone, the name alone says what cannot be read. A path that is too long for the system
-  // can still be a short name in the current folder.
+  // If the current folder is gone, errors show the name alone. A path that is too long for the system can
+  // still be a short name in the current folder.
   return failure || absolute.native().size() >= PATH_MAX ? location : tidied(absolute.native());
 }
 

@@ -20,13 +20,13 @@ namespace {
 
 constexpr mode_t forOthers = 0077;
 
-/// A name that nothing has yet, most likely; only making it settles that. It does not grow with the file's: a
-/// file whose name is as long as names can be has room beside it.
+/// Returns a name that is most likely free; only creating the folder decides that. Its length does not depend
+/// on the file's name, which may be as long as names can be.
 std::string hiddenName() {
   constexpr std::string_view characters = "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
   std::string name = ".quillmark-";
   auto chance = static_cast<std::uint64_t>(std::chrono::steady_clock::now().time_since_epoch().count());
-  // The stack lies elsewhere in every process.
+  // The address of the stack differs from process to process.
   chance += reinterpret_cast<std::uintptr_t>(&chance);
   for (int i = 0; i < 6; ++i) {
     chance = chance * 6364136223846793005U + 1442695040888963407U;
@@ -49,7 +49,7 @@ PrivateFolder::PrivateFolder(const ReplacementFolder& parent, std::filesystem::p
   descriptor_ = Descriptor(retrying([&] { return ::openat(parent_.descriptor(), name_.c_str(), flags); }));
   if (!descriptor_ || ::fstat(descriptor_.get(), &attributes_) == -1) {
     const int reason = errno;
-    // Not looked into, it is only taken for the one just made where it is the user's.
+    // The folder could not be opened, so assume that it is the one just created if it belongs to the user.
     if (parent_.find(name_, attributes_) && attributes_.st_uid == ::geteuid()) remove();
     throw FileError(file_, FileError::notWritten, reason);
   }
@@ -61,7 +61,7 @@ PrivateFolder::~PrivateFolder() {
   if (parent_.find(name_, found) && isSameFile(found, attributes_) && isMine_) remove();
 }
 
-/// Only an empty folder goes this way.
+/// Removes the folder if it is empty.
 void PrivateFolder::remove() const {
   ::unlinkat(parent_.descriptor(), name_.c_str(), AT_REMOVEDIR);
 }
@@ -91,7 +91,7 @@ FileHandle PrivateFolder::create(const char* name, const std::filesystem::path& 
   FileHandle handle(file_, descriptor);
   const struct stat& made = handle.attributes();
   const bool isOwnersAlike = made.st_uid == attributes_.st_uid && made.st_gid == attributes_.st_gid;
-  // Where files have no modes of their own, the file shows others' bits as well.
+  // On file systems without modes, the folder has permission bits for others, and so has the file.
   const bool isClosedAlike = (attributes_.st_mode & forOthers) == 0 || (made.st_mode & forOthers) != 0;
   if (!isOwnersAlike || !isClosedAlike) failForAnother();
   return handle;
@@ -108,7 +108,7 @@ void PrivateFolder::moveUp(const char* name, const std::string& as, bool asNew) 
   const auto replace = [&] { return ::renameat(from, name, to, as.c_str()) == 0; };
   bool isDone = asNew ? SystemFiles::renameAsNew(from, name, to, as.c_str()) : replace();
   if (!isDone && asNew && (errno == EINVAL || errno == EPERM || errno == ENOSYS || errno == ENOTSUP)) {
-    // Not every file system, kernel or sandbox can do the check and the rename in one step.
+    // Not every file system, kernel or sandbox supports the check and the rename in one step.
     struct stat found {};
     if (parent_.find(as, found)) {
       errno = EEXIST;

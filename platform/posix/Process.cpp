@@ -12,7 +12,7 @@ std::optional<std::string_view> environment(const char* variable) {
 }
 
 void keepOwnFilesUsable() {
-  // The mask cannot be asked for without being set.
+  // The mask can only be read by setting another one.
   const mode_t mask = ::umask(S_IRWXG | S_IRWXO);
   ::umask(mask & ~static_cast<mode_t>(S_IRWXU));
 }

@@ -14,22 +14,22 @@ namespace platform {
 namespace {
 
 constexpr std::size_t mostThreads = 8;
-// More than the rest of the program has open at a time, standard streams aside.
+// More descriptors than the rest of the program has open at a time, without the standard streams.
 constexpr std::size_t descriptorsOfOthers = 16;
-// Enough for each thread to find work while others wait; few enough for their tags to stay in memory until
-// their turn comes.
+// Enough that each thread finds work while others wait; few enough that their tags are still in memory when
+// the run reaches them.
 constexpr std::size_t filesAhead = 4 * mostThreads;
-// With fewer files to come, the start of threads is not worth it.
+// With fewer files left, starting threads is not worth it.
 constexpr std::size_t fewestFilesToCome = 4;
-// A file that is in memory seldom takes longer, and one that is not seldom less.
+// A file in memory seldom takes longer than this, and another file seldom less.
 constexpr std::chrono::microseconds longTime{60};
-// How many files pass until another one is looked at, so that looking costs nothing where files take long for
-// other reasons.
+// The number of files between two checks, so that checking costs nothing if files take long for other
+// reasons.
 constexpr std::size_t filesBetweenLooks = 16;
-// When so many files in a row were in memory, the next ones are expected to be.
+// After this many files in a row that were in memory, the next ones are expected to be, too.
 constexpr std::size_t cachedFilesToEnd = 2 * filesAhead;
 
-/// Keeps signals from the calling thread, and from threads that it starts, as long as this object exists.
+/// Blocks all signals in the calling thread, and in threads that it starts, while this object exists.
 class SignalsBlocked {
  public:
   SignalsBlocked() {

@@ -28,7 +28,7 @@ ReplacementFolder::~ReplacementFolder() {
   try {
     synchronise();
   } catch (const FileError&) {
-    // A caller that has to know calls `synchronise` itself.
+    // A caller that needs the result calls `synchronise` itself.
   }
 }
 
@@ -69,7 +69,7 @@ void ReplacementFolder::synchronise() {
   dropPrivateFolder();
   if (std::exchange(isSynchronised_, true) || !isReadable_) return;
   if (retrying([&] { return SystemFiles::synchronise(descriptor()); }) == 0) return;
-  // File systems that have nothing to do for a folder say so.
+  // File systems on which folders need not be synchronised report one of these errors.
   if (errno != EINVAL && errno != ENOTSUP && errno != EROFS) {
     throw FileError(file_, "was written, but its folder could not be synchronised", errno);
   }

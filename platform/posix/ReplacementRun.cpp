@@ -13,8 +13,8 @@ using std::filesystem::path;
 
 namespace {
 
-/// Returns the path of an open file without any link in it, if the system knows one. It may be out of date
-/// already.
+/// Returns the path of an open file with all links resolved, or nothing if there is none. The path may
+/// already be out of date.
 std::optional<path> realPath(const FileHandle& file) {
   if (auto real = SystemFiles::pathOf(file)) return real;
   std::error_code failure;
@@ -48,7 +48,7 @@ FolderEntry ReplacementRun::entryOf(const FileHandle& file) {
   const auto leadsToFile = [&](const FolderEntry& entry) {
     return isSameFile(entry.attributes, file.attributes());
   };
-  // To find the file under its name is not enough: hard links can give it that name in several folders.
+  // The folder must be compared, too: with hard links, the file can have the same name in several folders.
   if (folder_ && folder_->isAt(folder)) {
     FolderEntry entry = entryIn(*folder_, file.path().filename());
     if (leadsToFile(entry)) {
@@ -98,7 +98,7 @@ void ReplacementRun::synchroniseFolder() {
   try {
     if (folder_) folder_->synchronise();
   } catch (const FileError& error) {
-    // It is about files that are done, and must not be taken for a failure of the next one.
+    // The error concerns files that are already written, and must not count as a failure of the next one.
     if (!failure_) failure_ = error;
   }
 }

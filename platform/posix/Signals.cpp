@@ -8,7 +8,7 @@ namespace platform::Signals {
 
 namespace {
 
-// A signal handler has no other place to leave word.
+// A signal handler can safely set a variable of this type.
 volatile std::sig_atomic_t noted = 0;
 
 void note(int signal) {
@@ -40,7 +40,7 @@ int interruption() {
 void dieOf(int signal) {
   std::signal(signal, SIG_DFL);
   std::raise(signal);
-  // Only a signal that ends no process, or is blocked, comes here.
+  // Reached only if the signal does not end the process by default, or is blocked.
   std::_Exit(128 + signal);
 }
 

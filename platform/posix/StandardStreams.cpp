@@ -13,12 +13,12 @@ namespace {
 
 constexpr std::size_t pieceSize = 0x10000;
 
-/// Gives the system's error number, or 0.
+/// Returns the system's error number, or 0.
 int writeAll(int descriptor, std::string_view text) {
   while (!text.empty()) {
     const ssize_t count = ::write(descriptor, text.data(), text.size());
     if (count == -1 && errno != EINTR) return errno;
-    // Whoever takes nothing and gives no reason would be asked for ever.
+    // Repeating a write that accepts nothing and reports no error could go on for ever.
     if (count == 0) return EIO;
     if (count > 0) text.remove_prefix(static_cast<std::size_t>(count));
   }
@@ -33,7 +33,7 @@ int descriptorOf(Stream stream) {
 
 void StandardOutput::write(std::string_view text) {
   if (failure_ != 0) return;
-  // A large text is not worth collecting.
+  // Write a large text directly instead of copying it to the buffer.
   if (text.size() >= pieceSize / 2) {
     flush();
     if (failure_ == 0) failure_ = writeAll(STDOUT_FILENO, text);
@@ -61,14 +61,14 @@ std::size_t columnsOf(Stream stream) {
 
 void occupyMissingStreams() {
   for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
-    // The lowest free descriptor is the one that is missing. Open for reading only, it takes nothing that is
-    // printed.
+    // This opens the missing descriptor, because it is the lowest free one. As it is open for reading only,
+    // printing to it fails.
     if (::fcntl(stream, F_GETFD) == -1) static_cast<void>(::open("/dev/null", O_RDONLY));
   }
 }
 
 void writeToStandardError(std::string_view text) {
-  // There is nobody left to tell when this fails.
+  // An error here cannot be reported anywhere.
   static_cast<void>(writeAll(STDERR_FILENO, text));
 }
 

@@ -8,39 +8,41 @@
 #include "platform/Descriptor.h"
 #include "platform/FileHandle.h"
 
-/// Operations on files and folders that each system does in its own way. Where a system has none, the plain
-/// version says so, and the caller has another way. Failures leave their reason in errno.
+/// Operations on files and folders that each system does in its own way. If a system has no such operation,
+/// the plain version fails or returns nothing, and the caller uses another way. Failures leave the reason in
+/// errno.
 namespace platform::SystemFiles {
 
-/// Returns the path of an open file without any link in it, if the system knows one. It may be out of date
-/// already.
+/// Returns the path of an open file with all links resolved, or nothing if the system does not report it. The
+/// path may already be out of date.
 std::optional<std::filesystem::path> pathOf(const FileHandle& file);
 
-/// Returns the name under which a folder has the open file that was found there as `name`. They differ where
-/// names that differ in case or in their Unicode form lead to the same file.
+/// Returns the name as the folder stores it, of an open file that was found there as `name`. The two differ
+/// if the file system ignores case or the Unicode form of names.
 std::string nameAsStored(const FileHandle& file, const std::string& name);
 
-/// Opens a folder that the user may search but not read, to use names in it. Contains no descriptor if that
-/// fails.
+/// Opens a folder that the user may search but not read, so that names in it can be used. Returns no
+/// descriptor if that fails.
 Descriptor openFolderForSearch(const std::filesystem::path& folder);
 
-/// Returns whether the folder contains nothing, or nothing if it cannot be read. Moves the descriptor's
-/// reading position or opens another one.
+/// Returns whether the folder is empty, or nothing if it cannot be read. May move the reading position of the
+/// descriptor.
 std::optional<bool> isEmpty(int folder);
 
-/// Returns whether the user may write to the open file, which `folder` has under that name.
+/// Returns whether the user may write to the open file, which has this name in `folder`.
 bool mayWrite(const FileHandle& file, int folder, const std::string& name);
 
 /// Copies up to `count` bytes inside the kernel, from the offset in `source` to the position of `target`.
-/// Returns how many; 0 or -1 if the kernel cannot copy these files.
+/// Returns the number of bytes copied; 0 or -1 if the kernel cannot copy these files.
 std::int64_t copyInsideKernel(int source, std::uint64_t offset, int target, std::size_t count);
 
-/// Renames a file if nothing has the new name, in one step. Returns false otherwise; errno is EEXIST if
-/// something has it, and ENOSYS, ENOTSUP, EINVAL or EPERM if this cannot be done in one step here.
+/// Renames a file in one step, unless the new name is taken. Returns false if it is not renamed; errno is
+/// EEXIST if the name is taken, and ENOSYS, ENOTSUP, EINVAL or EPERM if the check and the rename are not
+/// possible in one step.
 bool renameAsNew(int fromFolder, const char* from, int toFolder, const char* to);
 
-/// Waits until the file's data and attributes, or the folder's names, are on the disk, and not only in its
-/// cache. Returns 0, or -1.
+/// Waits until the file's data and attributes, or the folder's names, are on the disk and not only in its
+/// cache. Returns 0 or -1.
 int synchronise(int descriptor);
 
 }  // namespace platform::SystemFiles
