@@ -19,14 +19,14 @@ constexpr std::array<std::uint8_t, 256> values = [] {
   return table;
 }();
 
-/// The two characters for each twelve bits.
+/// The two characters for each value of twelve bits.
 constexpr auto pairs = [] {
   std::array<std::array<char, 2>, 0x1000> table{};
   for (std::size_t i = 0; i < table.size(); ++i) table[i] = {alphabet[i >> 6], alphabet[i & 0x3F]};
   return table;
 }();
 
-// Pictures make up nearly all of a document, so most of the text is made eight characters at a time.
+// Pictures make up nearly all of a document, so most of the text is written eight characters at a time.
 constexpr std::size_t wordSize = 6;
 
 /// Returns six bytes as one number.
@@ -34,7 +34,7 @@ std::uint64_t wordOf(std::span<const std::uint8_t, wordSize> bytes) {
   return std::uint64_t{bigEndian(bytes.first<4>())} << 16 | bigEndian(bytes.last<2>());
 }
 
-/// Returns whether six of the 48 bits that make one character are all set, which is the slash.
+/// Returns whether one of the characters that the 48 bits make is a slash, whose six bits are all set.
 bool hasSlash(std::uint64_t word) {
   constexpr std::uint64_t lowestBits = 0x041041041041;
   const std::uint64_t two = word & word >> 1;
@@ -49,7 +49,7 @@ char* append(std::uint64_t word, char* to) {
 
 char* appendEscaped(std::span<const char> characters, char* to) {
   for (const char character : characters) {
-    // Without a branch, which the processor could not predict.
+    // Avoid a branch, which the processor could not predict.
     *to = '\\';
     to += character == '/' ? 1 : 0;
     *to++ = character;

@@ -5,17 +5,19 @@
 #include <functional>
 #include <optional>
 
-// Tables whose rows stand at the positions of an enumeration's cases, which count from 0.
+// Tables with one row for each case of an enumeration. The cases count from 0, and are the positions of their
+// rows.
 namespace platform {
 
-/// The case at a position, for an enumeration whose raw values count its `Count` cases from 0.
+/// Returns the case with this raw value, or nothing if there is none. The raw values of the enumeration must
+/// count its `Count` cases from 0.
 template <class Enumeration, std::size_t Count>
 constexpr std::optional<Enumeration> caseAt(std::size_t raw) {
   if (raw >= Count) return std::nullopt;
   return static_cast<Enumeration>(raw);
 }
 
-/// All `Count` cases of such an enumeration in declaration order.
+/// Returns all `Count` cases of such an enumeration in declaration order.
 template <class Enumeration, std::size_t Count>
 constexpr std::array<Enumeration, Count> everyCase() {
   std::array<Enumeration, Count> cases{};
@@ -23,7 +25,8 @@ constexpr std::array<Enumeration, Count> everyCase() {
   return cases;
 }
 
-/// Whether there is one row for each case up to `last`, in declaration order; `key` gives a row's case.
+/// Returns whether there is one row for each case up to `last`, in declaration order. `key` returns the case
+/// of a row.
 template <class Rows, class Key, class Enumeration>
 constexpr bool hasARowForEachCase(const Rows& rows, Key key, Enumeration last) {
   std::size_t position = 0;

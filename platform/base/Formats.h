@@ -6,32 +6,32 @@
 
 #include "platform/base/Bytes.h"
 
-/// Facts of file formats that modules need which do not know each other.
+/// Facts about file formats that modules share which do not include each other.
 namespace platform {
 
 /// The length in bytes of the header of an ID3v2 tag, and of its footer (ID3v2.4.0 structure §3.1, §3.4).
 inline constexpr std::size_t tagHeaderSize = 10;
 
-/// The smallest number that a synchsafe field of four bytes cannot hold: a tag takes less than 256 MiB.
+/// The smallest number that a synchsafe field of four bytes cannot hold, 256 MiB. Sizes of tags are below it.
 inline constexpr std::uint64_t synchsafeLimit = std::uint64_t{1} << 28;
 
-/// The zero bytes that a tag gets after its last frame where nothing else asks for another number.
+/// The number of zero bytes after a tag's last frame, unless something requires another number.
 inline constexpr std::size_t usualPadding = 2048;
 
-/// A number below `synchsafeLimit`, spread over the lower seven bits of four bytes (ID3v2.4.0 structure
-/// §6.2).
+/// Returns the number, which must be below `synchsafeLimit`, spread over the lower seven bits of four bytes
+/// (ID3v2.4.0 structure §6.2).
 constexpr std::uint32_t synchsafe(std::uint32_t number) {
   return (number >> 21) << 24 | (number >> 14 & 0x7F) << 16 | (number >> 7 & 0x7F) << 8 | (number & 0x7F);
 }
 
-/// Returns the number that `synchsafe` spread. The top bit of each byte is ignored.
+/// Returns the number that `synchsafe` has spread. Ignores the top bit of each byte.
 constexpr std::uint32_t numberFromSynchsafe(std::uint32_t spread) {
   return (spread >> 24 & 0x7F) << 21 | (spread >> 16 & 0x7F) << 14 | (spread >> 8 & 0x7F) << 7 |
          (spread & 0x7F);
 }
 
-/// Returns the size of the ID3v2 tag that starts with these bytes, header and footer included, as its header
-/// claims it, whatever the version; 0 if no tag starts there, or if its header is not complete.
+/// Returns the size that the header of an ID3v2 tag of any version claims, header and footer included.
+/// Returns 0 if no tag starts with these bytes, or if its header is not complete.
 constexpr std::uint64_t claimedTagSize(ByteView start) {
   constexpr std::uint8_t versionWithFooter = 4;
   constexpr std::uint8_t footerFlag = 0x10;

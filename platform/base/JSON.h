@@ -19,19 +19,20 @@ namespace platform::JSON {
 
 class Value;
 
-/// The members in ascending order of their names' bytes.
+/// Members in ascending order of the bytes of their names.
 using Object = std::map<std::string, Value, std::less<>>;
 using Array = std::vector<Value>;
 
-/// A number as it was written, so that none loses digits before somebody asks what it is.
+/// A number as it is written in the document, so that no digits are lost before its type is known.
 struct Number {
   std::string text;
 
-  /// The value when it is integral and fits in 64 bits, however it is written: 1977, 1977.0, 1.977e3.
+  /// Returns the value if it is integral and fits in 64 bits, in any notation: 1977, 1977.0, 1.977e3. Returns
+  /// nothing otherwise.
   std::optional<std::int64_t> integer() const;
 };
 
-/// Bytes that are printed as one text, in base64.
+/// Bytes that are printed as a string, in Base64.
 struct Base64Text {
   SharedBytes bytes;
 };
@@ -40,7 +41,7 @@ struct Base64Text {
 class Value {
  public:
   Value() = default;
-  // Only a bool: whatever else turns into one, such as the address of a text, is a mistake.
+  // Accepts only a bool: anything else that converts to one, such as a pointer, is a mistake.
   template <std::same_as<bool> Bool>
   Value(Bool value) : value_(value) {}
   Value(std::int64_t value) : value_(Number{std::to_string(value)}) {}
@@ -51,7 +52,7 @@ class Value {
   Value(Base64Text value) : value_(std::move(value)) {}
 
   bool isNull() const { return std::holds_alternative<std::monostate>(value_); }
-  /// The value as the given kind; null when it is of another one.
+  /// Return the value as the given kind, or null if it is of another kind.
   const std::string* string() const { return std::get_if<std::string>(&value_); }
   const Number* number() const { return std::get_if<Number>(&value_); }
   const Object* object() const { return std::get_if<Object>(&value_); }
@@ -61,14 +62,15 @@ class Value {
   Object* object() { return std::get_if<Object>(&value_); }
   Array* array() { return std::get_if<Array>(&value_); }
 
-  /// What the value is, for a message: "a number", "an object".
+  /// Returns the kind of the value for a message: "a number", "an object".
   std::string_view kind() const;
 
  private:
   std::variant<std::monostate, bool, Number, std::string, Object, Array, Base64Text> value_;
 };
 
-/// A text that is no JSON, or a value that is not what the reader of a document expects; says what and where.
+/// Thrown if a text is not JSON, or if a value is not what the reader of a document expects. The description
+/// contains the reason and the place.
 class DecodingError : public std::exception {
  public:
   explicit DecodingError(std::string description) : description_(std::move(description)) {}
@@ -78,38 +80,38 @@ class DecodingError : public std::exception {
   std::string description_;
 };
 
-/// What `parse` does about a name that an object contains more than once: the last member of that name
-/// counts, or it throws.
+/// Determines what `parse` does if an object contains a name more than once: uses the last member of that
+/// name, or throws.
 enum class RepeatedNames : std::uint8_t { accepted, refused };
 
-/// Reads one document. Throws DecodingError for anything that is not JSON in UTF-8, and for values nested
-/// more than 512 deep.
+/// Reads one document. Throws DecodingError if it is not JSON in UTF-8, or if values are nested more than 512
+/// deep.
 Value parse(std::string_view document, RepeatedNames repeatedNames = RepeatedNames::accepted);
 
-/// Returns a member's place in a document, such as `"title" of "01.mp3"`, from the names of the members that
-/// lead to it, the outermost first. Control characters in names are made visible.
+/// Returns a member's place in a document, such as `"title" of "01.mp3"`. `names` are the names of the
+/// members that lead to it, the outermost first. Control characters in names are made visible.
 std::string placeOf(std::span<const std::string_view> names);
 
 enum class Layout : std::uint8_t {
-  /// No white space at all.
+  /// No white space.
   compact,
-  /// Each member on its own line, two blanks per level, " : " after a name; an object without members is its
-  /// braces with an empty line between them.
+  /// Each member on its own line, two blanks per level, " : " after a name. An empty object or array is its
+  /// brackets with an empty line between them.
   pretty,
 };
 
-/// How texts are printed.
+/// The characters that are escaped in strings.
 enum class Escapes : std::uint8_t {
   /// `"`, `\`, `/` and the controls below U+0020.
   few,
-  /// Also the other characters that would command a terminal.
+  /// Also the other characters that control a terminal.
   forTerminal,
 };
 
-/// Takes a printed text in pieces.
+/// Receives a printed text in pieces.
 using Sink = std::function<void(std::string_view)>;
 
-/// Makes base64 texts of bytes.
+/// Encodes bytes in Base64.
 class Base64Encoder {
  public:
   enum class Keeping : std::uint8_t {
@@ -120,7 +122,7 @@ class Base64Encoder {
 
   explicit Base64Encoder(Keeping keeping = Keeping::nothing) : keeping_(keeping) {}
 
-  /// Hands the text out in pieces, its slashes escaped.
+  /// Passes the text to the sink in pieces, its slashes escaped.
   void write(const SharedBytes& bytes, const Sink& sink);
 
  private:
@@ -130,15 +132,15 @@ class Base64Encoder {
   std::vector<char> piece_;
 };
 
-/// A value in print, in which bytes are turned into base64 only when it is handed out: until then they are
-/// shared with who else has them.
+/// A printed value. Its bytes are encoded in Base64 only by `writeTo`; until then, they are shared with other
+/// objects.
 class Printed {
  public:
-  /// `level` is how deep in a document the value stands.
+  /// `level` is the depth of the value in its document.
   explicit Printed(const Value& value, Layout layout, Escapes escapes = Escapes::few, std::size_t level = 0);
 
-  /// Hands the text out in pieces, as UTF-8 without a line feed at its end. Values that share bytes can share
-  /// the encoder, too.
+  /// Passes the text to the sink in pieces, as UTF-8 without a line feed at its end. Values that share bytes
+  /// can share the encoder, too.
   void writeTo(const Sink& sink, Base64Encoder& encoder) const;
 
  private:
@@ -149,11 +151,11 @@ class Printed {
   };
 
   std::string text_;
-  /// What is missing in the text, in its order.
+  /// The bytes that are missing in the text, in order.
   std::vector<Gap> gaps_;
 };
 
-/// The whole document.
+/// Returns the whole document.
 std::string print(const Value& value, Layout layout);
 
 }  // namespace platform::JSON

@@ -21,8 +21,8 @@ class UncheckedNumber {
 }  // namespace platform::JSON
 
 #ifdef _LIBCPP_VERSION
-// The parser asks this of every number. The function of libc++ only takes the types of the language, unlike
-// that of other libraries, which converts the number to one.
+// The parser calls this for every number. Unlike the functions of other libraries, which convert the number
+// to a built-in type, that of libc++ accepts only such types.
 namespace std {
 inline bool isfinite(const platform::JSON::UncheckedNumber& number) {
   return isfinite(static_cast<double>(number));
@@ -76,7 +76,7 @@ char tokenBefore(std::string_view document, std::size_t end) {
   }
 }
 
-/// Builds a Value from the events of the parser, with a stack of its own: no recursion over the document.
+/// Builds a Value from the events of the parser. Uses a stack of its own instead of recursion.
 class ValueBuilder {
  public:
   ValueBuilder(std::string_view document, RepeatedNames repeatedNames)
@@ -173,14 +173,14 @@ class ValueBuilder {
   Event last_ = Event::opened;
   Value root_;
   std::vector<Value> open_;
-  /// For each open container the name of the member that is being read.
+  /// The name of the member that is being read, for each open container.
   std::vector<std::string> names_;
 };
 
 }  // namespace
 
 Value parse(std::string_view document, RepeatedNames repeatedNames) {
-  // The parser takes a zero byte for the end of the document, whatever follows it.
+  // The parser would take a zero byte for the end of the document, whatever follows it.
   if (document.find('\0') != std::string_view::npos)
     throw DecodingError("not valid JSON: it holds a zero byte");
   ValueBuilder builder(document, repeatedNames);
@@ -214,7 +214,8 @@ std::optional<std::int64_t> Number::integer() const {
     if (!written) return std::nullopt;
     exponent = *written;
   }
-  // The point moves right over the fraction; what zeros remain to be added or taken off, must fit in 64 bits.
+  // The decimal point moves right over the fraction. The number of zeros left to append or remove must be
+  // small, because the result must fit in 64 bits.
   constexpr std::int64_t mostDigits = 20;
   const auto fractionDigits = static_cast<std::int64_t>(fraction.size());
   if (exponent > fractionDigits + mostDigits || exponent < -std::ssize(text)) return std::nullopt;

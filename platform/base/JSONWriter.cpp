@@ -16,7 +16,8 @@ struct Escape {
 constexpr std::array<Escape, 8> shortEscapes{
     {{'"', '"'}, {'\\', '\\'}, {'/', '/'}, {'\b', 'b'}, {'\f', 'f'}, {'\n', 'n'}, {'\r', 'r'}, {'\t', 't'}}};
 
-/// What to write behind a backslash for each byte: 0 where the byte stands for itself, 'u' for the long form.
+/// The letter to write after a backslash for each byte: 'u' for the long form, 0 if the byte is written
+/// unchanged.
 constexpr std::array<char, 256> escapeLetters = [] {
   std::array<char, 256> table{};
   for (std::size_t control = 0; control < 0x20; ++control) table[control] = 'u';
@@ -103,9 +104,10 @@ class Printer {
     text_ += '"';
   }
 
-  /// The first character, where it must not reach the terminal that is printed for.
+  /// Returns the first character if it must not reach the terminal that the text is printed for.
   std::optional<Strings::Character> characterForTerminal(std::string_view string) const {
-    // The other bytes of a longer character come by here alone, and are none of it.
+    // This is called for each byte, so skip the other bytes of longer characters, which are not the start of
+    // one.
     const auto front = static_cast<unsigned char>(string.front());
     if (!forTerminal_ || front < 0x7F || (front & 0xC0U) == 0x80) return std::nullopt;
     const Strings::Character character = Strings::firstCharacter(string);
@@ -124,8 +126,8 @@ Printed::Printed(const Value& value, Layout layout, Escapes escapes, std::size_t
 }
 
 void Base64Encoder::write(const SharedBytes& bytes, const Sink& sink) {
-  // The text of a piece stays in the processor's nearer memory and is large enough to be printed at once. A
-  // multiple of three bytes has no padding, which may stand at the end only.
+  // The text of a piece fits in the processor's cache and is large enough to be printed at once. The size is
+  // a multiple of three bytes, because padding is allowed at the end only.
   constexpr std::size_t pieceSize = 0xC000;
   if (!keptText_.empty() && bytes.isSameAs(keptBytes_)) return sink(keptText_);
 

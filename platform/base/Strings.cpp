@@ -36,7 +36,7 @@ bool isBlank(char32_t character) {
          utf8proc_category(static_cast<utf8proc_int32_t>(character)) == UTF8PROC_CATEGORY_ZS;
 }
 
-// White_Space is no category of its own: it is the separators and these controls.
+// White_Space is no category of its own: it consists of the separators and these controls.
 bool isWhiteSpace(char32_t character) {
   if ((character >= 0x09 && character <= 0x0D) || character == 0x85) return true;
   const auto category = utf8proc_category(static_cast<utf8proc_int32_t>(character));
@@ -46,7 +46,7 @@ bool isWhiteSpace(char32_t character) {
 
 template <class Predicate>
 std::string_view trimming(std::string_view text, Predicate isTrimmed) {
-  // Words of the command line come by here before anybody knows whether they are text.
+  // Words of the command line may not be valid UTF-8.
   if (!isValidUTF8(text)) return text;
   while (!text.empty()) {
     const Character first = firstCharacter(text);
@@ -61,7 +61,8 @@ std::string_view trimming(std::string_view text, Predicate isTrimmed) {
   return text;
 }
 
-/// What a hexadecimal literal can start with behind its prefix: not the words that a decimal one can be.
+/// Returns whether a hexadecimal literal can start with this character after its prefix. Unlike a decimal
+/// one, it cannot be a word for infinity or not-a-number.
 bool isHexadecimalStart(char c) {
   return c == '.' || (c >= '0' && c <= '9') || (c >= 'a' && c <= 'f') || (c >= 'A' && c <= 'F');
 }
@@ -75,8 +76,8 @@ std::optional<double> unsignedFloatingPoint(std::string_view text, bool isHexade
   const auto [end, failure] = std::from_chars(text.data(), text.data() + text.size(), value, format);
   if (failure != std::errc() || end != text.data() + text.size()) return std::nullopt;
 #else
-  // A C++ library without from_chars for double. The C library's function is the only one that reads
-  // hexadecimal literals, too.
+  // This C++ library has no from_chars for double. The C library's function is the only one that also reads
+  // hexadecimal literals.
   if (std::isspace(static_cast<unsigned char>(text.front())) != 0 || text.front() == '+') return std::nullopt;
   const std::string literal = (isHexadecimal ? "0x" : "") + std::string(text);
   static const locale_t plain = ::newlocale(LC_ALL_MASK, "C", nullptr);
@@ -84,14 +85,14 @@ std::optional<double> unsignedFloatingPoint(std::string_view text, bool isHexade
   errno = 0;
   value = ::strtod_l(literal.c_str(), &end, plain);
   if (end != literal.c_str() + literal.size()) return std::nullopt;
-  // A number next to zero that a double can hold with fewer digits counts as out of range there.
+  // ERANGE is also reported for a number next to zero that a double can hold with fewer digits.
   if (errno == ERANGE && (value == 0 || std::isinf(value))) return std::nullopt;
 #endif
   return value;
 }
 
 /// Returns the number of columns that a terminal needs for the character: two for a wide one, none for one
-/// that it combines with the character in front.
+/// that it combines with the previous one.
 std::size_t columnsOf(char32_t character) {
   return static_cast<std::size_t>(std::max(utf8proc_charwidth(static_cast<utf8proc_int32_t>(character)), 0));
 }
@@ -327,7 +328,7 @@ std::vector<std::string_view> split(std::string_view text, char separator) {
 }
 
 std::optional<std::int64_t> decimalInteger(std::string_view text) {
-  // from_chars takes a minus sign but no plus sign.
+  // from_chars accepts a minus sign but no plus sign.
   if (text.starts_with('+')) {
     text.remove_prefix(1);
     if (text.starts_with('-')) return std::nullopt;
@@ -339,14 +340,14 @@ std::optional<std::int64_t> decimalInteger(std::string_view text) {
 }
 
 std::optional<double> floatingPoint(std::string_view text) {
-  // from_chars knows neither the plus sign nor the prefix of hexadecimal literals.
+  // from_chars accepts neither the plus sign nor the prefix of hexadecimal literals.
   const bool isNegative = text.starts_with('-');
   if (isNegative || text.starts_with('+')) text.remove_prefix(1);
   const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
   if (isHexadecimal) text.remove_prefix(2);
   const auto startsOutOfPlace = [&](char c) { return c == '-' || (isHexadecimal && !isHexadecimalStart(c)); };
   if (text.empty() || startsOutOfPlace(text.front())) return std::nullopt;
-  // The library takes two signs for one in a hexadecimal exponent.
+  // The library would accept two signs in a hexadecimal exponent.
   if (text.find("+-") != std::string_view::npos) return std::nullopt;
   const auto value = unsignedFloatingPoint(text, isHexadecimal);
   return value && isNegative ? -*value : value;
