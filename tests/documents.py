@@ -15,8 +15,10 @@ import sys
 import tempfile
 
 import proof
-from lossless import AUDIO, HAND_MADE, JPEG, PNG, after_audio, f3, f4, others, tag, text, view
 from proof import ENVIRONMENT, check, run
+from tagbytes import f3, f4, tag, text
+from tagcases import AUDIO, HAND_MADE, JPEG, PNG, after_audio
+from tagview import others, view
 
 ROUNDS = 3
 FILES = 40
@@ -66,6 +68,8 @@ def edit(chance, fields, is_lossless):
 
 
 class Proof:
+    """A folder of MP3s that are read and written as a document."""
+
     def __init__(self, program, folder):
         self.program, self.folder = program, folder
 
@@ -119,7 +123,7 @@ class Proof:
             check(f"edits {options}: other frames", others(view(pathlib.Path(name))), frames[pathlib.Path(name).name])
 
 
-# Documents with one mistake each, and the message. "T" is the name of a file.
+# Documents with one mistake each, and the message. Each "T" is replaced by the name of a file.
 TRACK = '"/d/01 Kyrie.mp3"'
 AT = f"of {TRACK} "
 BROKEN = (

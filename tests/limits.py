@@ -20,8 +20,9 @@ import time
 import zlib
 
 import proof
-from lossless import AUDIO, f3, f4, size4, tag
 from proof import DATE, ENVIRONMENT, SOURCE, Album, attributes, check, run
+from tagbytes import f3, f4, size4, tag
+from tagcases import AUDIO
 
 AS_NOBODY = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"] if os.geteuid() == 0 else ["env"]
 

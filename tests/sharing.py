@@ -13,8 +13,8 @@ import sys
 import tempfile
 
 import proof
-from lossless import f3, tag, text
 from proof import check, run
+from tagbytes import f3, tag, text
 
 SIZE = 40_000_000
 MAKERS = {"xfs": ["mkfs.xfs", "-q", "-m", "reflink=1"], "btrfs": ["mkfs.btrfs", "-q"]}
