@@ -105,7 +105,7 @@ def failed(reason):
 
 
 UPDATED = (0, f"updated   {SONG}\n\nchanged 1, unchanged 0, failed 0\n", "")
-ANOTHER = f"{SONG} could not be written: somebody has put another folder in the place of the hidden one for its new version."
+ANOTHER = f"{SONG} could not be written: another program has replaced the hidden folder for its new version."
 
 
 def check_planted_links(stage):

@@ -65,7 +65,7 @@ PasteboardFolder::PasteboardFolder(const std::filesystem::path& home, Purpose pu
 
 FileHandle PasteboardFolder::file(const char* name, int flags) const {
   const int descriptor = ::openat(folder_.get(), name, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
-  if (descriptor == -1 && errno == ELOOP) refuse("a link stands in its place");
+  if (descriptor == -1 && errno == ELOOP) refuse("a link is in its place");
   if (descriptor == -1) fail(notUsed);
   FileHandle file(shownName, descriptor);
   if (!S_ISREG(file.attributes().st_mode) || !isOwn(file.attributes())) {

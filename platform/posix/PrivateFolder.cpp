@@ -73,7 +73,7 @@ void PrivateFolder::fail() const {
 void PrivateFolder::failForAnother() {
   isMine_ = false;
   throw FileError(file_, FileError::notWritten,
-                  "somebody has put another folder in the place of the hidden one for its new version");
+                  "another program has replaced the hidden folder for its new version");
 }
 
 void PrivateFolder::requireEmpty() {
