@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Lets each system call of a write fail in turn, by strace, and looks at what is left of the files each time.
+"""Makes each system call of a write fail in turn, by strace, and checks the files after each failure.
 
 Usage: faults.py PROGRAM SAMPLES_FOLDER [SYSTEM]
 """
@@ -19,7 +19,8 @@ import tempfile
 import proof
 from proof import SOURCE, Album, check, run
 
-# The errors that each call can meet. CUT is no error: the file ends there, as when somebody cuts it short meanwhile.
+# The errors with which each call can fail. CUT is not an error: the call finds the end of the file, as if another
+# program had truncated it.
 CUT = "cut short"
 FULL = "EIO ENOSPC EDQUOT"
 ERRORS = {
@@ -34,17 +35,17 @@ ERRORS = {
 }
 ERRORS = {call: errors.split() if isinstance(errors, str) else errors for call, errors in ERRORS.items()}
 
-# An error of these leaves the new file not safely on the disk, and must never end in "updated".
+# After an error of one of these calls, the new file may not be on the disk, so it must not be reported as updated.
 UNSAFE = re.compile(r'(fsync|renameat)\(|(write|close)\(\d+<[^>]*/\.quillmark-\w+/')
-# The date is kept as far as the system lets it be set; an owner only a privileged user can give away, and entries of
-# the access-control list stand in for it.
+# The attributes of the rich file that may differ after an error: the date if it cannot be set, and the owner if it
+# cannot be set. In the latter case, entries of the access-control list preserve the owner's access.
 MAY_DIFFER = (
     (re.compile(r'utimensat\('), "EACCES EIO", "date"),
     (re.compile(r'fchown\('), "EPERM", "owner mode system.posix_acl_access"),
 )
 
-# Ways through the code that only open behind a first fault: what is injected beside, the status that gives by itself,
-# and the calls between which the second fault is tried.
+# Code paths to try faults on. Some are only taken after a first fault: `beside` injects it, and `status` is the exit
+# status if it is the only one. Faults are tried in the calls from `first` to `last`, which are patterns.
 Way = collections.namedtuple("Way", "name beside status first last")
 WITHOUT_RANGE_COPY = ["copy_file_range:error=EXDEV"]
 WAYS = (
@@ -62,18 +63,18 @@ def strace(program, words, folder, injections, log):
 
 
 def calls_in(log):
-    """The calls of a trace, each without the process in front."""
+    """Returns the calls of a trace, each without the number of the process."""
     return [line.split(maxsplit=1)[1] for line in pathlib.Path(log).read_text(errors="replace").splitlines()]
 
 
 def subject(line):
-    """The call and what it is about, the same in every run of it."""
+    """Returns the call and its object, without the parts that differ from run to run."""
     words = re.split(r", |\) +=", line)[:2 if "AT_FDCWD" in line else 1]
     return re.sub(r"\.quillmark-\w{6}|\d+", "", ", ".join(words))
 
 
 def faults_of(way, program, album, log):
-    """Every fault to try: each call from the first look at a file to the end of the first file's write, and the report."""
+    """Returns the faults to try: those of each call on the source and the first file, and of the report."""
     album.reset()
     status, _, error = strace(program, album.words, album.folder, way.beside, log)
     if "ptrace" in error.lower() or not os.path.getsize(log):
@@ -94,7 +95,7 @@ def faults_of(way, program, album, log):
         call = line.split("(")[0]
         seen[call] += 1
         is_report = line.startswith("write(1<")
-        is_sanitizers = "<pipe:" in line and not is_report  # which try memory out by writing from it
+        is_sanitizers = "<pipe:" in line and not is_report  # they write from memory to find out whether it is readable
         if first <= n <= last and (n < second_file or is_report) and not is_sanitizers and "(INJECTED)" not in line:
             faults += [Fault(way, call, seen[call], error, line, n < target, n > renamed and not is_report)
                        for error in ERRORS[call]]
@@ -107,36 +108,36 @@ def judge(fault, album, result):
     reason = "" if fault.error == CUT else os.strerror(getattr(errno, fault.error))
     contents = album.contents()
     error_line = rf"quillmark: (failed    {re.escape(album.rich)}: )?(.*)\n"
-    told = re.fullmatch(error_line, errors)
+    message = re.fullmatch(error_line, errors)
     if status == 0:
         check(what, (contents, output, errors), (["new"] * 3, album.output, ""))
-        check(f"{what}: passed over", fault.error != "EINTR" and bool(UNSAFE.match(fault.line)), False)
+        check(f"{what}: must not end in success", fault.error != "EINTR" and bool(UNSAFE.match(fault.line)), False)
     elif status == 1 and fault.line.startswith("write(1<"):
         check(what, (contents, errors), (["new"] * 3, f"quillmark: The output could not be written: {reason}.\n"))
     elif status == 1 and fault.is_source:
-        check(what, (contents, output, bool(told and SOURCE in told[2])), (["old"] * 3, "", True))
+        check(what, (contents, output, bool(message and SOURCE in message[2])), (["old"] * 3, "", True))
     elif status == 2:
         lines = "".join(f"updated   {name}\n" for name in album.names[1:])
         check(what, (contents, output), (["old", "new", "new"], album.report(lines, 2, 1)))
         reasons = (reason if not fault.way.status else os.strerror(errno.EIO), "could not be read",
                    "it is write-protected" if fault.call == "faccessat2" else reason)
         check(f"{what}: {errors!r} names the file and the reason",
-              bool(told and told[1] and told[2].startswith(album.rich)) and
-              (fault.error == CUT or told[2].removesuffix(".").endswith(reasons)), True)
+              bool(message and message[1] and message[2].startswith(album.rich)) and
+              (fault.error == CUT or message[2].removesuffix(".").endswith(reasons)), True)
     else:
         check(what, (status, output, errors), "a status of 0 or 2")
     if fault.error == "EINTR":
         check(f"{what}: status", status, fault.way.status)
     differing = [key for line, errors, key in MAY_DIFFER if line.match(fault.line) and fault.error in errors.split()]
     album.check_attributes(what, differing[0].split() if differing else ())
-    if fault.is_tidying:  # whose error leaves the hidden folder, which must be in nobody's way
+    if fault.is_tidying:  # its error leaves the hidden folder, which must not hinder the next run
         album.learn_again(what)
     else:
         album.check_folder(what)
 
 
 class Stage(Album):
-    """An album and a log of its own for each worker."""
+    """An album with a log of traces; each worker has its own."""
 
     def __init__(self, folder, samples, program):
         super().__init__(folder / "album", samples)
@@ -160,7 +161,8 @@ class Stage(Album):
 
 
 def check_short_counts(stage, library):
-    subprocess.run(["cc", "-shared", "-fPIC", "-o", library, pathlib.Path(__file__).with_name("short_counts.c")], check=True)
+    source = pathlib.Path(__file__).with_name("short_counts.c")
+    subprocess.run(["cc", "-shared", "-fPIC", "-o", library, source], check=True)
     stage.reset()
     environment = {**proof.ENVIRONMENT, "LD_PRELOAD": str(library)}
     environment["ASAN_OPTIONS"] += ":verify_asan_link_order=0"
@@ -169,9 +171,10 @@ def check_short_counts(stage, library):
 
 
 def check_clipboard(program, samples, home):
-    """What cannot be stored is told and nothing else, and what was there before is gone, or told to be there."""
+    """Checks that `copy` reports each failure, and that the old content is gone or reported to be still there."""
     store, own = home / ".local/state/quillmark", {"env": {**proof.ENVIRONMENT, "HOME": str(home)}}
-    there, empty = " What was copied before is still there.", "No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first."
+    there = " What was copied before is still there."
+    empty = "No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first."
     for injected, reason in (("fdatasync,fsync:error=EIO", "could not be written: Input/output error."),
                              ("renameat:error=ENOSPC", "could not be written: No space left on device."),
                              ("write:retval=0:when=1", "could not be written: the system took nothing of it."),
@@ -190,7 +193,8 @@ def check_clipboard(program, samples, home):
         limit = {} if injected else {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (4, 4))}
         result = run(words[0], words[1:], home, **own, **limit)
         check(f"copy with {injected}", result, (1, "", f"quillmark: The clipboard {reason}\n"))
-        check(f"copy with {injected}: the planted file", (home / "planted").read_bytes() == (home / SOURCE).read_bytes(), True)
+        planted = (home / "planted").read_bytes()
+        check(f"copy with {injected}: the planted file", planted == (home / SOURCE).read_bytes(), True)
         pasted = run(program, ["paste", "--dry-run", SOURCE], home, **own)
         check(f"paste after {injected}", pasted[2] == (f"quillmark: {empty}\n" if there not in reason else ""), True)
 
@@ -206,7 +210,8 @@ def main():
         stage = stages.queue[0]
         check_short_counts(stage, folder / "short_counts.so")
         check_clipboard(program, samples, folder / "home")
-        ways = [way for way in WAYS if not (way.beside == WITHOUT_RANGE_COPY and proof.is_linux_only("copying inside the kernel"))]
+        ways = [way for way in WAYS
+                if not (way.beside == WITHOUT_RANGE_COPY and proof.is_linux_only("copying inside the kernel"))]
         faults = [fault for way in ways for fault in faults_of(way, program, stage, stage.log)]
 
         def attempt(fault):

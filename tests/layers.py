@@ -1,4 +1,4 @@
-"""Checks that each folder includes only itself, platform/ and platform/base/, and the folders listed for it here."""
+"""Checks that each folder includes only itself, platform/, platform/base/, and the folders in its row of ALLOWED."""
 import pathlib
 import re
 import sys

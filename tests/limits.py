@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs writes against size limits, missing rights, closed outputs and signals, and looks at what is left of the files.
+"""Runs writes against size limits, missing rights, closed outputs and signals, and checks the files afterwards.
 
 Usage: limits.py PROGRAM SAMPLES_FOLDER
 """
@@ -24,16 +24,19 @@ from proof import DATE, ENVIRONMENT, SOURCE, Album, attributes, check, run
 from tagbytes import f3, f4, size4, tag
 from tagcases import AUDIO
 
-AS_NOBODY = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"] if os.geteuid() == 0 else ["env"]
+AS_OTHER_USER = ["setpriv", "--reuid=65534", "--regid=65534", "--clear-groups"] if os.geteuid() == 0 else ["env"]
 
 
 def check_files(what, album, result, reason):
-    """Each file is new and reported so, or old and reported as failed for the reason. Gives what the files are."""
+    """Checks that each file is new and reported as updated, or old and reported as failed for the reason.
+
+    Returns the contents of the files as `Album.contents` does.
+    """
     status, output, errors = result
     contents = album.contents()
     done = [name for name, content in zip(album.names, contents) if content == "new"]
     failed = [name for name, content in zip(album.names, contents) if content == "old"]
-    check(f"{what}: the files' bytes", len(done) + len(failed), 3)
+    check(f"{what}: files that are old or new", len(done) + len(failed), 3)
     lines = "".join(f"updated   {name}\n" for name in done)
     check(f"{what}: report", output, album.report(lines, len(done), len(failed)))
     check(f"{what}: errors", errors, "".join(
@@ -51,30 +54,35 @@ def check_file_size_limit(program, album):
         result = run(program, album.words, album.folder,
                      preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
         fits = ["new" if len(album.new[name]) <= limit else "old" for name in album.names]
-        check(f"file size limit {limit}", check_files(f"file size limit {limit}", album, result, os.strerror(errno.EFBIG)), fits)
+        contents = check_files(f"file size limit {limit}", album, result, os.strerror(errno.EFBIG))
+        check(f"file size limit {limit}", contents, fits)
 
 
 def check_saved_artwork(program, folder):
-    """A picture that cannot be written leaves the file that is there, and nothing beside it."""
+    """Checks that a picture that cannot be written leaves the existing file, and no temporary one."""
     folder.mkdir()
     (folder / "01.mp3").write_bytes(proof.identity("Songs") + AUDIO)
     (folder / "cover").write_bytes(b"old")
+
     def save(name, limit):
         return run(program, ["read", "--save-artwork", name, "01.mp3"], folder,
                    preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_FSIZE, (limit, limit)))
+
     for name in ("cover", "new"):
-        check(f"limit on {name}", save(name, 2000), (1, "", f"quillmark: {name} could not be written: {os.strerror(errno.EFBIG)}.\n"))
-    check("limit on a picture", (sorted(os.listdir(folder)), (folder / "cover").read_bytes()), (["01.mp3", "cover"], b"old"))
-    check("within the limit", (save("cover", 3005)[0], (folder / "cover").stat().st_size), (0, 3004))
+        failure = f"quillmark: {name} could not be written: {os.strerror(errno.EFBIG)}.\n"
+        check(f"a picture beyond the limit, saved as {name}", save(name, 2000), (1, "", failure))
+    check("a picture beyond the limit: the folder", (sorted(os.listdir(folder)), (folder / "cover").read_bytes()),
+          (["01.mp3", "cover"], b"old"))
+    check("a picture within the limit", (save("cover", 3005)[0], (folder / "cover").stat().st_size), (0, 3004))
 
 
 def check_rights(program, album):
-    """A user without rights over the folder or a file changes nothing there."""
+    """Checks that a user without rights to the folder or a file changes nothing there."""
     def attempt(what, reason, mode):
         for name in album.names:
             os.chmod(album.folder / name, mode)
         album.attributes = {name: attributes(album.folder / name) for name in album.names}
-        result = run(AS_NOBODY[0], [*AS_NOBODY[1:], program, *album.words], album.folder)
+        result = run(AS_OTHER_USER[0], [*AS_OTHER_USER[1:], program, *album.words], album.folder)
         check(what, check_files(what, album, result, reason), ["old"] * 3)
 
     album.reset()
@@ -91,7 +99,7 @@ def check_rights(program, album):
 
 
 def check_names(program, folder, album):
-    """A name as long as names can be works, and so does a path."""
+    """Checks files with the longest names and paths that are possible."""
     folder.mkdir()
     shutil.copy(album.folder / SOURCE, folder)
     name = "n" * 251 + ".mp3"
@@ -118,7 +126,7 @@ def check_names(program, folder, album):
 
 
 class Run:
-    """A run over more files than a pipe holds lines of, so that it waits in the middle until somebody reads."""
+    """A run over so many files that its report fills a pipe: it waits in the middle until the report is read."""
     COUNT = 30
 
     def __init__(self, folder, album):
@@ -151,23 +159,25 @@ class Run:
             fcntl.ioctl(process.stdout, termios.FIONREAD, waiting)
 
     def check_end(self, what, process, statuses):
-        """Every file is whole, those reported are new, and the report counts them. Gives how many are new."""
+        """Checks that all files are complete and that the report lists the new ones. Returns the number of these."""
         output, errors = (stream.decode() for stream in process.communicate())
         count = self.check_files(what)
         report = Album.report("".join(f"updated   {name}\n" for name in self.names[:count]), count, 0)
         left = self.COUNT - count
-        told = f"quillmark: {left} file{' was' if left == 1 else 's were'} not reached.\n" if left else ""
-        # A signal that comes before the first file can end the program before there is anything to report.
-        check(f"{what}: report", (output, errors) in [(report, told), ("", "")][:2 if count == 0 else 1], True)
+        notice = f"quillmark: {left} file{' was' if left == 1 else 's were'} not reached.\n" if left else ""
+        # A signal before the first file can end the program before it reports anything.
+        check(f"{what}: report", (output, errors) in [(report, notice), ("", "")][:2 if count == 0 else 1], True)
         check(f"{what}: status {process.returncode}", process.returncode in statuses, True)
         return count
 
     def check_files(self, what, left_over=()):
         contents = [(self.folder / name).read_bytes() for name in self.names]
         count = contents.count(self.new)
-        check(f"{what}: bytes", contents == [self.new] * count + [self.old] * (self.COUNT - count), True)
+        expected = [self.new] * count + [self.old] * (self.COUNT - count)
+        check(f"{what}: new files, then old ones", contents == expected, True)
         check(f"{what}: dates", {os.stat(self.folder / name).st_mtime_ns for name in self.names}, {DATE})
-        check(f"{what}: files in the folder", sorted(os.listdir(self.folder)), sorted([SOURCE, *self.names, *left_over]))
+        names = sorted([SOURCE, *self.names, *left_over])
+        check(f"{what}: files in the folder", sorted(os.listdir(self.folder)), names)
         return count
 
     def left_over(self):
@@ -182,10 +192,11 @@ def check_signals(program, folder, album):
         process = long_run.start(program)
         time.sleep(chance.uniform(0, whole))
         process.send_signal(number)
-        count = long_run.check_end(f"{number.name} at any moment", process, [-number, 0])
-        check(f"{number.name} at any moment: status of a whole run", process.returncode != 0 or count == long_run.COUNT, True)
+        what = f"{number.name} at a random moment"
+        count = long_run.check_end(what, process, [-number, 0])
+        check(f"{what}: status 0 only if all files are done", process.returncode != 0 or count == long_run.COUNT, True)
         in_the_middle += 0 < count < long_run.COUNT
-    check("signals at any moment came in the middle", in_the_middle > 0, True)
+    check("some signals at random moments arrived in the middle of a run", in_the_middle > 0, True)
 
     process = long_run.start(program, preexec_fn=lambda: signal.signal(signal.SIGHUP, signal.SIG_IGN))
     long_run.wait_until_stuck(process)
@@ -194,7 +205,7 @@ def check_signals(program, folder, album):
 
 
 def check_outputs(program, folder, album):
-    """Whoever does not read the report does not keep the files from being done."""
+    """Checks that all files are written even if the report cannot be."""
     long_run = Run(folder, album)
 
     def finish(what, process, status, message):
@@ -210,7 +221,7 @@ def check_outputs(program, folder, album):
     with open("/dev/full", "wb") as full:
         finish("full devices", long_run.start(program, stdout=full, stderr=full), 1, "")
 
-    # Files that the program opens must not come to stand where an input or an output was.
+    # A file that the program opens must not take the descriptor of an input or an output that is closed.
     check("a list on an input that is closed",
           run(program, ["set", "--year", "1", "--files0-from", "-"], folder, preexec_fn=lambda: os.close(0)),
           (1, "", "quillmark: No files given.\n"))
@@ -222,15 +233,18 @@ def check_outputs(program, folder, album):
 
 
 def check_hostile_tags(program, folder):
-    """Tags made to take quadratic time or endless inflation are done with in seconds, far below the limits here."""
+    """Checks that tags made to cause quadratic time or endless inflation take seconds, far less than the limit here."""
     count, path = 16000, folder / "hostile.mp3"
+    first = f3("TPE1", b"")
     texts = [f3("TXXX", b"\0k\0%d" % number) for number in range(2 * count)]
+    owners = [f3("PRIV", b"a" * 100 + b"%d" % number) for number in range(2 * count)]
+    chapters = [f4("CHAP", b"c\0" + bytes(16) + f4("TIT2", b"\0%d" % number)) for number in range(count // 2)]
     broken = zlib.compress(bytes(60000))[:-4] + b"?sum"
     for what, frames, make in (
-            ("texts of one description", texts[:count] + [f3("TPE1", b"")] + texts[count:], 3),
-            ("owners with one beginning", [f3("TPE1", b""), *(f3("PRIV", b"a" * 100 + b"%d" % number) for number in range(2 * count))], 3),
-            ("chapters", [f4("CHAP", b"c\0" + bytes(16) + f4("TIT2", b"\0%d" % number)) for number in range(count // 2)], 4),
-            ("identifiers", [f3("TPE1", b""), *(f3("X%03X" % number, b"\0v") for number in range(4096))], 3),
+            ("texts of one description", texts[:count] + [first] + texts[count:], 3),
+            ("owners with one beginning", [first, *owners], 3),
+            ("chapters", chapters, 4),
+            ("identifiers", [first, *(f3("X%03X" % number, b"\0v") for number in range(4096))], 3),
             ("damaged streams", [f4("TXXX", size4(60000) + broken, 9) for _ in range(count)], 4)):
         for option in ("--lossless", "--notes"):
             path.write_bytes(tag(make, *frames) + AUDIO)

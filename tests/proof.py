@@ -1,4 +1,4 @@
-"""What the proofs of the writing commands share: files with known tags, all that a write must keep, and a tally."""
+"""Shared by the proofs: files with known tags, the attributes that a write must keep, and the count of failures."""
 import os
 import pathlib
 import pty
@@ -9,15 +9,15 @@ import sys
 import threading
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-DATE = 981173106_123456789  # every digit of the nanoseconds tells whether it came back
+DATE = 981173106_123456789  # all digits of the nanoseconds differ, so that a lost one shows
 SOURCE = "01 Kyrie.mp3"
-# Leak checking does not work under ptrace, and a small limit on files must not stop the sanitizers.
+# Leak checking does not work under ptrace, and may fail under the limits on files that proofs set.
 ENVIRONMENT = {**os.environ, "ASAN_OPTIONS": "detect_leaks=0"}
-for variable in ("WAYLAND_DISPLAY", "DISPLAY", "QUILLMARK_OPTIONS"):  # the user's desktop and settings do not count
+for variable in ("WAYLAND_DISPLAY", "DISPLAY", "QUILLMARK_OPTIONS"):  # must not affect the proofs
     ENVIRONMENT.pop(variable, None)
-SKIPPED = 77  # the exit status of a proof that the system has no means for
+SKIPPED = 77  # the exit status of a proof that this system cannot run
 LEFT_OVER = ".quillmark-"
-# Whether the program was built without the calls that only Linux has. Such a build reads and writes audio to copy it.
+# True if the program was built without the calls that only Linux has. It then copies audio by reading and writing it.
 IS_PLAIN = "posix" in sys.argv[2:]
 COPYING = "write" if IS_PLAIN else "copy_file_range"
 
@@ -40,14 +40,14 @@ def finish(summary):
 
 
 def is_linux_only(what):
-    """Says that a row is skipped if the program was built without the calls that only Linux has."""
+    """Returns whether the program was built without the calls that only Linux has; if so, prints what is skipped."""
     if IS_PLAIN:
-        print(f"skipped: {what}, which takes a call that only Linux has")
+        print(f"skipped: {what}, which needs a call that only Linux has")
     return IS_PLAIN
 
 
 def require_terminals():
-    """Ends the proof as skipped if the system has no pseudo-terminals, as in a chroot without /dev/pts."""
+    """Ends the proof as skipped if the system has no pseudo-terminals, for example in a chroot without /dev/pts."""
     try:
         for descriptor in pty.openpty():
             os.close(descriptor)
@@ -57,7 +57,7 @@ def require_terminals():
 
 
 def build_release(*packages):
-    """Gives the release program; the named packages are those that the proof itself needs."""
+    """Builds the release program and returns its path. `packages` are further packages that the proof needs."""
     subprocess.run([ROOT / "scripts/setup-packages", *packages], check=True)
     for step in (["--preset", "release"], ["--build", "--preset", "release"]):
         subprocess.run([ROOT / "scripts/quietly", "cmake", *step], cwd=ROOT, check=True)
@@ -82,14 +82,14 @@ def audio_of(mp3):
 
 
 def identity(album, picture_size=3000):
-    """A tag that apply can give to other files: its album and picture tell it from any other."""
+    """Returns a tag for the source of an apply. Its texts and picture depend on the name of the album."""
     picture = b"\xff\xd8\xff\xe0" + album.encode() * (picture_size // len(album))
     return tag(text("TIT2", "source"), text("TALB", album), text("TPE1", album + " choir"),
                frame("APIC", b"\0image/jpeg\0\3\0" + picture))
 
 
 def run(program, words, folder, **options):
-    """Gives (status, standard output, standard error) as text; a negative status is the signal that ended it."""
+    """Returns (status, standard output, standard error) as text; a negative status is the signal that ended the run."""
     options = {"stdin": subprocess.DEVNULL, "stdout": subprocess.PIPE, "stderr": subprocess.PIPE, "env": ENVIRONMENT,
                **options}
     done = subprocess.run([program, *words], cwd=folder, **options)
@@ -97,17 +97,17 @@ def run(program, words, folder, **options):
 
 
 def attributes(path):
-    """What a write keeps besides the audio and the frames: mode, owner, group, date, extended attributes."""
+    """Returns the attributes that a write must keep: mode, owner, group, date and extended attributes."""
     status = os.stat(path)
     return {"mode": oct(status.st_mode), "owner": (status.st_uid, status.st_gid), "date": status.st_mtime_ns,
             **{name: os.getxattr(path, name) for name in os.listxattr(path)}}
 
 
 class Album:
-    """A folder with the source and three files that an apply changes, and what they are before and after it.
+    """A folder with a source and three files to which it is applied, and the contents before and after that.
 
-    The first of the three is the rich one: frames that no field covers, an extended attribute, an access-control
-    list, another owner where that can be had, and audio that takes several chunks to copy.
+    The first of the three, the rich one, has frames that no field covers, an extended attribute, an access-control
+    list, another owner if the proof runs as root, and audio that takes several chunks to copy.
     """
     PRIVATE = frame("TXXX", b"\0key\0value") + frame("PRIV", b"owner\0\xff\xe0\xff\0\0\xff\xff\xfb")
     MODES = (0o640, 0o604, 0o600)
@@ -123,7 +123,7 @@ class Album:
         self.new = {}
 
     def reset(self):
-        """Makes the folder anew as it was before any run, so that it is also of a new device or owner."""
+        """Deletes the folder and makes it as it was before any run. It then has the current device and owner, too."""
         shutil.rmtree(self.folder, ignore_errors=True)
         self.folder.mkdir()
         for name, data in self.old.items():
@@ -132,8 +132,8 @@ class Album:
             os.chmod(self.folder / name, mode)
         rich = self.folder / self.rich
         os.setxattr(rich, "user.note", b"kept" * 100)
-        everybody = 0xFFFFFFFF
-        entries = ((1, 6, everybody), (2, 4, 65534), (4, 4, everybody), (16, 4, everybody), (32, 0, everybody))
+        no_id = 0xFFFFFFFF
+        entries = ((1, 6, no_id), (2, 4, 65534), (4, 4, no_id), (16, 4, no_id), (32, 0, no_id))
         os.setxattr(rich, "system.posix_acl_access",
                     struct.pack("<I", 2) + b"".join(struct.pack("<HHI", *entry) for entry in entries))
         if os.geteuid() == 0:
@@ -143,13 +143,13 @@ class Album:
         self.attributes = {name: attributes(self.folder / name) for name in self.names}
 
     def learn(self, program):
-        """Sees from an undisturbed run what each file becomes."""
+        """Stores the contents that each file has after an undisturbed run."""
         self.reset()
         self.output = self.report("".join(f"updated   {name}\n" for name in self.names), len(self.names), 0)
         check("an undisturbed run", run(program, self.words, self.folder), (0, self.output, ""))
         self.new = {name: (self.folder / name).read_bytes() for name in self.names}
         for name in self.names:
-            check(f"{name} is another file", self.new[name] != self.old[name], True)
+            check(f"{name} has changed", self.new[name] != self.old[name], True)
             check(f"audio of {name}", audio_of(self.new[name]) == audio_of(self.old[name]), True)
         check("frames that no field covers", self.PRIVATE in self.new[self.rich], True)
         self.check_attributes("an undisturbed run")
@@ -159,7 +159,7 @@ class Album:
         return f"{lines}\nchanged {changed}, unchanged 0, failed {failed}\n"
 
     def contents(self):
-        """What each of the three files is now: "old", "new", or neither."""
+        """Returns for each of the three files whether its contents are "old", "new", or neither."""
         def kind(name):
             data = (self.folder / name).read_bytes()
             known = {self.old[name]: "old", self.new[name]: "new"}
@@ -167,7 +167,7 @@ class Album:
         return [kind(name) for name in self.names]
 
     def check_attributes(self, what, may_differ=()):
-        """All three files have the attributes they had; the rich one may differ in those that may_differ names."""
+        """Checks that all three files have kept their attributes, except for those of the rich one in `may_differ`."""
         for name in self.names:
             expected, actual = self.attributes[name], attributes(self.folder / name)
             if name == self.rich and may_differ:

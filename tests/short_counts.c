@@ -1,5 +1,5 @@
-/* Preloaded into the program: files give and take at most seven bytes in one call, a range copy at most a
- * thousand. */
+/* Replaces calls of the program that preloads it: one read or write transfers at most seven bytes, one range
+ * copy at most a thousand. */
 #define _GNU_SOURCE
 #include <sys/syscall.h>
 #include <sys/types.h>
