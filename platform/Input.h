@@ -5,7 +5,7 @@
 
 #include "platform/base/Bytes.h"
 
-/// Reads files and pipes from beginning to end.
+/// Functions that read files and pipes from beginning to end.
 namespace platform::Input {
 
 /// Returns the bytes of a regular file or a pipe, at most the first `limit`. Waits only a moment for a pipe

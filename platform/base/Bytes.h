@@ -53,7 +53,7 @@ constexpr std::array<std::uint8_t, 4> bigEndianBytes(std::uint32_t value) {
 }
 
 /// Immutable bytes that all copies and slices share, so that a picture passes through the program without
-/// being copied. A slice keeps the whole buffer alive from which it was cut.
+/// being copied. A slice keeps alive the whole buffer from which it was cut.
 class SharedBytes {
  public:
   SharedBytes() = default;

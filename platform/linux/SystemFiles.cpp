@@ -50,8 +50,8 @@ std::optional<bool> isEmpty(int folder) {
 bool mayWrite(const FileHandle& file, int folder, const std::string& name) {
   if (::faccessat(file.descriptor(), "", W_OK, AT_EACCESS | AT_EMPTY_PATH) == 0) return true;
   if (errno != ENOSYS && errno != EPERM && errno != EINVAL) return false;
-  // The call with flags is missing before Linux 5.8 and in some sandboxes. C libraries may use it even
-  // without flags, so make the older call directly.
+  // The system call that takes flags is missing before Linux 5.8 and in some sandboxes. C libraries may use
+  // it even if no flags are given, so make the older system call directly.
   const bool isOneUser = ::geteuid() == ::getuid() && ::getegid() == ::getgid();
   return isOneUser ? ::syscall(SYS_faccessat, folder, name.c_str(), W_OK) == 0
                    : ::faccessat(folder, name.c_str(), W_OK, AT_EACCESS) == 0;

@@ -106,7 +106,7 @@ bool takes(const DesktopProgram& program, std::string_view text) {
     if (ended == *process) return WIFEXITED(status) && WEXITSTATUS(status) == 0;
     if (ended == -1 && errno != EINTR) return false;
     if (steady_clock::now() >= deadline) break;
-    // Without a pipe, this only waits.
+    // After the pipe is closed, this only waits.
     pollfd room{.fd = pipe.get(), .events = POLLOUT, .revents = 0};
     ::poll(&room, 1, static_cast<int>(betweenLooks.count()));
   }

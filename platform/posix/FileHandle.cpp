@@ -91,7 +91,7 @@ void FileHandle::write(ByteView bytes) {
   while (!bytes.empty()) {
     const ssize_t count = retrying([&] { return ::write(descriptor(), bytes.data(), bytes.size()); });
     if (count == -1) throw FileError(path_, FileError::notWritten, errno);
-    // A file system should not do this, but one that did it repeatedly would keep this loop running for ever.
+    // A file system that accepted zero bytes time after time would keep this loop running for ever.
     if (count == 0) throw FileError(path_, FileError::notWritten, "the system took nothing of it");
     bytes = bytes.subspan(static_cast<std::size_t>(count));
     written_ += static_cast<std::uint64_t>(count);

@@ -51,7 +51,7 @@ PasteboardFolder::PasteboardFolder(const std::filesystem::path& home, Purpose pu
 
   open(AT_FDCWD, home.c_str(), 0);
   if (!isOwn(attributes) || !isTrusted(attributes)) refuse("the home folder is not the user's alone");
-  // The user's own links are allowed here: other users cannot have put links in such folders.
+  // The user's own links are allowed here: folders like these contain no links of other users.
   for (const char* name : {".local", "state"}) {
     openIn(name, 0);
     if (!isTrusted(attributes)) refuse("a folder above it is not the user's alone");
