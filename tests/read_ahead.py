@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Reads many files from a file system that keeps each open and each read waiting, and compares with a run that waits in turn.
+"""Reads files from a file system that delays each open and each read, and compares with a run without reading ahead.
 
 Usage: read_ahead.py PROGRAM [LEAST_GAIN]
 
@@ -46,7 +46,8 @@ def song(name):
 class SlowFiles:
     """Serves a folder of songs through /dev/fuse. Pages that were read stay in the page cache."""
     ROOT, DAY = 1, 86400
-    INIT, LOOKUP, FORGET, GETATTR, OPEN, READ, RELEASE, INTERRUPT, DESTROY, FORGET_MANY = 26, 1, 2, 3, 14, 15, 18, 36, 38, 42
+    LOOKUP, FORGET, GETATTR, OPEN, READ, RELEASE = 1, 2, 3, 14, 15, 18
+    INIT, INTERRUPT, DESTROY, FORGET_MANY = 26, 36, 38, 42
     KEEP_CACHE, PARALLEL_LOOKUPS = 2, 1 << 18
 
     def __init__(self, device, odd):
@@ -145,7 +146,8 @@ def timed(program, words, folder, **options):
 
 def check_gain(program, folder, least):
     (folder / "source.mp3").write_bytes(proof.identity("another album") + AUDIO)
-    for words, *others in ((["read"],), (["read", "--json"], ["--keep-going"]), (["apply", "--dry-run", "--from", "source.mp3"],)):
+    for words, *others in ((["read"],), (["read", "--json"], ["--keep-going"]),
+                           (["apply", "--dry-run", "--from", "source.mp3"],)):
         in_turn, slow = timed(program, words, folder, **limited(FEW))
         check(f"{words}: status and errors", in_turn[::2], (0, ""))
         for more in ([], *others):
@@ -166,8 +168,8 @@ def check_odd_files(program, folder):
     with slow_folder(folder, odd=True) as place:
         words = ["-f", "-qq", "-o", log, "-e", "trace=openat,clone,clone3", program, "read", "--keep-going"]
         status, output, errors = run("strace", [*words, *(place / name for name in NAMES)], folder)
-    expected = "".join(f"{name}:\n  Title    {name}\n  Album    album\n  Artwork  JPEG, {4 + PICTURE * len(name)} bytes\n\n"
-                       for name in NAMES if name not in (PIPE, GONE))
+    shown = "{0}:\n  Title    {0}\n  Album    album\n  Artwork  JPEG, {1} bytes\n\n"
+    expected = "".join(shown.format(name, 4 + PICTURE * len(name)) for name in NAMES if name not in (PIPE, GONE))
     check("odd files", (status, output + "\n"), (2, expected))
     check("odd files: errors", errors, f"quillmark: {PIPE} could not be read: it is not a regular file.\n"
                                        f"quillmark: {GONE} could not be read.\n")
@@ -181,9 +183,11 @@ def check_odd_files(program, folder):
 def check_signals(program, folder):
     """A run that writes ends after the file in hand, with all threads; others end at once."""
     (folder / "source.mp3").write_bytes(proof.identity("another album") + AUDIO)
-    for words, expected in ((["apply", "--dry-run", "--from", "source.mp3"], r"(would     .*\n)+\nwould change \d+, .*\nquillmark: \d+ files were not reached\.\n"), (["read"], "")):
+    summary = r"(would     .*\n)+\nwould change \d+, .*\nquillmark: \d+ files were not reached\.\n"
+    for words, expected in ((["apply", "--dry-run", "--from", "source.mp3"], summary), (["read"], "")):
         with slow_folder(folder) as place:
-            process = subprocess.Popen([program, *words, *(place / name for name in NAMES)], cwd=folder, env=ENVIRONMENT,
+            command = [program, *words, *(place / name for name in NAMES)]
+            process = subprocess.Popen(command, cwd=folder, env=ENVIRONMENT,
                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
             threads = pathlib.Path(f"/proc/{process.pid}/task")
             while process.poll() is None and len(list(threads.iterdir())) < 9:
@@ -191,7 +195,8 @@ def check_signals(program, folder):
             process.send_signal(signal.SIGINT)
             output, errors = process.communicate()
         check(f"{words[0]}: interrupted", process.returncode, -signal.SIGINT)
-        check(f"{words[0]}, interrupted, prints {output + errors!r}", re.fullmatch(expected, output + errors) is not None, True)
+        printed = output + errors
+        check(f"{words[0]}, interrupted, prints {printed!r}", re.fullmatch(expected, printed) is not None, True)
 
 
 def main():
