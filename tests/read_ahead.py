@@ -105,7 +105,7 @@ class SlowFiles:
 
     def answer(self, number, answer):
         error, data = (-answer, b"") if isinstance(answer, int) else (0, answer)
-        with contextlib.suppress(FileNotFoundError):  # whoever asked was interrupted
+        with contextlib.suppress(FileNotFoundError):  # the reader was interrupted
             os.write(self.device, struct.pack("<IiQ", 16 + len(data), error, number) + data)
 
 
@@ -163,7 +163,7 @@ def check_gain(program, folder, least):
 
 
 def check_odd_files(program, folder):
-    """What else than a regular file has a name is looked at by the run only, and what is gone by then is gone."""
+    """Only the run itself opens names that are not regular files, and it reports names that vanish."""
     log = folder / "log"
     with slow_folder(folder, odd=True) as place:
         words = ["-f", "-qq", "-o", log, "-e", "trace=openat,clone,clone3", program, "read", "--keep-going"]
