@@ -1,5 +1,6 @@
 #include "quillmark/DefaultOptions.h"
 
+#include <algorithm>
 #include <string>
 
 #include "platform/Process.h"

@@ -1,6 +1,6 @@
 #include "QuillmarkKit/store/WholeTagStore.h"
 
-#include <algorithm>
+#include <utility>
 
 #include "QuillmarkKit/store/standard/CopiedTag.h"
 
