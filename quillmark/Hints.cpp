@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <numeric>
+#include <utility>
 #include <vector>
 
 #include "platform/FileManager.h"
@@ -159,11 +160,11 @@ std::string numberHint(QuillmarkKit::TagField field, std::string_view value) {
     return "";
   const TagField total = field == TagField::trackNumber ? TagField::trackTotal : TagField::discTotal;
   std::string hint = "write";
-  const auto add = [&](TagField part, std::string_view number) {
+  for (const auto& [part, number] :
+       {std::pair(field, value.substr(0, slash)), std::pair(total, value.substr(slash + 1))}) {
+    if (!platform::Strings::decimalInteger(number)) return "";
     hint.append(" --").append(cliName(part)).append(" ").append(number);
-  };
-  add(field, value.substr(0, slash));
-  add(total, value.substr(slash + 1));
+  }
   return hint + ".";
 }
 

@@ -77,6 +77,10 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
                 note("titel=x is no option of set and is ignored; did you mean --title?") +
                 note("albumartist is no option of set and is ignored; did you mean --album-artist?") +
                 noFiles},
+           {{"set", "--notes", "--track-number", "3/", "x.mp3"},
+            1,
+            "",
+            "quillmark: --track-number expects a number, got '3/'.\n"},
            {{"apply", "--from=x.mp3", "x.mp3"}, 1, "", noSource},
            {{"apply", "x.mp3", "--from"}, 1, "", "quillmark: --from needs a value.\n"},
            {{"apply", "--fields", "mood", "--from", "x.mp3"}, 1, "", noFiles},
