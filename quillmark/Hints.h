@@ -5,8 +5,11 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <utility>
 
+#include "platform/FileError.h"
 #include "platform/base/Bytes.h"
+#include "quillmark/CLIError.h"
 #include "quillmark/Options.h"
 
 // Guesses at the meaning of unknown words.
@@ -28,6 +31,18 @@ std::string optionHint(const CommandOptions& command, std::string_view name);
 
 /// Returns a sentence about a location that is a folder, where a file is expected; nothing for another one.
 std::string folderHint(const std::filesystem::path& file);
+/// Returns the operation's result. If it throws a FileError because the file is a folder, throws a CLIError
+/// with the same description and the folder's hint instead.
+template <class Operation>
+auto hintingAtFolder(const std::filesystem::path& file, Operation operation) {
+  try {
+    return operation();
+  } catch (const platform::FileError& error) {
+    std::string hint = folderHint(file);
+    if (hint.empty()) throw;
+    throw CLIError(error.what(), std::move(hint));
+  }
+}
 
 /// Returns the end of a sentence about a file that is neither JPEG nor PNG: its format, if it is a known one.
 std::string pictureHint(platform::ByteView bytes);

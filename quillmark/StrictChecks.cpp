@@ -35,7 +35,8 @@ void requireKnownWords(const Arguments& arguments, const CommandOptions& command
 
 void requireMP3Files(const FileList& files) {
   for (std::size_t i = 0; i < files.size(); ++i) {
-    QuillmarkKit::MP3TagStore::requireMP3(files.location(i));
+    const std::filesystem::path file = files.location(i);
+    hintingAtFolder(file, [&] { QuillmarkKit::MP3TagStore::requireMP3(file); });
   }
 }
 

@@ -10,7 +10,8 @@ namespace quillmark {
 /// but names no file.
 void requireKnownWords(const Arguments& arguments, const CommandOptions& command);
 
-/// Throws what reading it would throw if one of the files is missing or is not an MP3.
+/// Throws what `read` would throw if one of the files is missing or is not an MP3: CLIError with a hint for a
+/// folder.
 void requireMP3Files(const FileList& files);
 
 }  // namespace quillmark

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "platform/FileError.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/FieldSelection.h"
 #include "quillmark/Hints.h"
 #include "quillmark/Stores.h"
@@ -50,15 +49,10 @@ std::optional<TagSet> TagReader::tagsOf(const std::filesystem::path& file) {
 }
 
 TagSet TagReader::read(const std::filesystem::path& file) {
-  try {
-    TagSet tags = printsNotes_ ? readWithNotes(file) : store_->read(file);
-    if (joinsValues_) joinValues(tags);
-    return isLimited() ? TagSet().merging(tags, fields_) : tags;
-  } catch (const platform::FileError& error) {
-    std::string hint = folderHint(file);
-    if (hint.empty()) throw;
-    throw CLIError(error.what(), std::move(hint));
-  }
+  TagSet tags =
+      hintingAtFolder(file, [&] { return printsNotes_ ? readWithNotes(file) : store_->read(file); });
+  if (joinsValues_) joinValues(tags);
+  return isLimited() ? TagSet().merging(tags, fields_) : tags;
 }
 
 TagSet TagReader::readWithNotes(const std::filesystem::path& file) {

@@ -81,6 +81,11 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
             1,
             "",
             "quillmark: --track-number expects a number, got '3/'.\n"},
+           {{"set", "--notes", "--strict", "--year", "1977", "/"},
+            1,
+            "",
+            "quillmark: / could not be read: it is a folder.\n"
+            "quillmark: note: --recursive takes the MP3 files in and below a folder.\n"},
            {{"apply", "--from=x.mp3", "x.mp3"}, 1, "", noSource},
            {{"apply", "x.mp3", "--from"}, 1, "", "quillmark: --from needs a value.\n"},
            {{"apply", "--fields", "mood", "--from", "x.mp3"}, 1, "", noFiles},
