@@ -16,6 +16,7 @@ std::string picture(char type, std::string_view data) {
 
 constexpr char fileIcon = 1;
 constexpr char frontCover = 3;
+constexpr char backCover = 4;
 
 }  // namespace
 
@@ -50,6 +51,27 @@ TEST(StoreReadingTest, TakesOneValueForAField) {
     const TemporaryFolder folder;
     const TagSet tags = ID3TagEditorStore(true).read(folder.file("track.mp3", tag + audio()));
     EXPECT_EQ(tags.value(row.field), row.value) << testing::PrintToString(tag);
+  }
+}
+
+TEST(StoreReadingTest, NamesWhatNoFieldHolds) {
+  const std::string jpeg = "\xFF\xD8\xFF\xE0";
+  const std::string comment = frame("COMM", "\0eng\0at dawn \n\0"sv);
+  const std::string lyrics = frame("USLT", "\0eng\0\nla la\n"sv);
+  struct Row {
+    std::string frames;
+    std::string expected;
+  };
+  for (const Row& row : std::vector<Row>{
+           {comment + lyrics + text("TIT2", "T "), ""},
+           {comment + lyrics + comment + lyrics, "COMM, USLT"},
+           {frame("COMM", "\0engiTunNORM\0at dawn"sv) + comment, "COMM"},
+           {picture(backCover, jpeg) + picture(frontCover, jpeg), "a picture (back cover)"},
+           {picture(frontCover, "RIFF") + frame("PRIV", "x"), "a picture (front cover), PRIV"},
+       }) {
+    const TemporaryFolder folder;
+    const auto file = folder.file("track.mp3", track(row.frames));
+    EXPECT_EQ(ID3TagEditorStore(true).readWithNotes(file).beyondFields, row.expected);
   }
 }
 

@@ -37,21 +37,15 @@ std::string_view partsBeyondYear(std::string_view date) {
 }  // namespace
 
 std::string beyondFields(const Tag& tag) {
-  const TagSet fields = LosslessConversion::fieldsOf(tag);
-  TagFields found;
-  // Of several equal comments, lyrics or pictures, only the first belongs to the field.
+  const TagFields fields = LosslessConversion::fieldsOf(tag).populatedFields();
+  std::vector<const Frame*> shown;
+  for (const TagField field : {TagField::comment, TagField::lyrics, TagField::artwork}) {
+    if (fields.contains(field)) shown.push_back(LosslessConversion::shownFrameOf(tag, field));
+  }
+  // A tag can contain several comments, lyrics and pictures, but a field has only one.
   const auto isOfAField = [&](const Frame& frame) {
-    const auto isFirst = [&](TagField field, bool isEqual) {
-      if (!isEqual || found.contains(field)) return false;
-      found.insert(field);
-      return true;
-    };
-    if (const auto* picture = std::get_if<Picture>(&frame.content))
-      return isFirst(TagField::artwork, fields.artwork && picture->data == fields.artwork->data);
-    if (const auto* text = std::get_if<LanguageText>(&frame.content)) {
-      return isFirst(TagField::comment, frame.identifier == "COMM" && text->text == fields.comment) ||
-             isFirst(TagField::lyrics, frame.identifier == "USLT" && text->text == fields.lyrics);
-    }
+    if (std::holds_alternative<Picture>(frame.content) || std::holds_alternative<LanguageText>(frame.content))
+      return std::ranges::count(shown, &frame) != 0;
     return FieldFrames::isOfTheDate(frame.identifier) || FieldFrames::areOfAField(frame.identifier);
   };
   struct Count {

@@ -195,6 +195,12 @@ bool hasUnreadFrame(const Tag& tag, TagField field) {
 
 }  // namespace
 
+const Frame* shownFrameOf(const Tag& tag, TagField field) {
+  if (field == TagField::artwork) return coverOf(tag);
+  const bool isLanguageText = field == TagField::comment || field == TagField::lyrics;
+  return isLanguageText ? languageTextOf(tag, identifierOf(field)) : nullptr;
+}
+
 TagSet fieldsOf(const Tag& tag) {
   TagSet tags;
   for (const TagField field : allTagFields) {
@@ -202,7 +208,7 @@ TagSet fieldsOf(const Tag& tag) {
         field,
         [&](TextMember member) {
           if (field == TagField::comment || field == TagField::lyrics) {
-            const Frame* frame = languageTextOf(tag, identifierOf(field));
+            const Frame* frame = shownFrameOf(tag, field);
             if (frame != nullptr) tags.*member = std::get<LanguageText>(frame->content).text;
           } else {
             const std::string text = textOf(tag, identifierOf(field));

@@ -13,6 +13,10 @@ namespace QuillmarkKit::LosslessConversion {
 /// Returns the fields of the tag, normalised. Several values of a text are separated by U+0000.
 TagSet fieldsOf(const ID3v2::Tag& tag);
 
+/// Returns the frame that the comment, the lyrics or the artwork is read from. Returns nullptr if there is
+/// none, and for other fields.
+const ID3v2::Frame* shownFrameOf(const ID3v2::Tag& tag, TagField field);
+
 /// Sets the selected fields to their values in `wanted` and removes absent ones. Only frames of these fields
 /// change, and they keep their places. New frames are added at the end, except that a front cover is inserted
 /// before other pictures.
