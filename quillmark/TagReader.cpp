@@ -4,6 +4,7 @@
 #include <utility>
 
 #include "platform/FileError.h"
+#include "quillmark/CLIError.h"
 #include "quillmark/FieldSelection.h"
 #include "quillmark/Hints.h"
 #include "quillmark/Stores.h"
@@ -38,14 +39,21 @@ std::optional<TagSet> TagReader::tagsOf(const std::filesystem::path& file) {
   constexpr int someFilesFailed = 2;
   progress_.next(file);
   if (!keepsGoing_) return read(file);
-  try {
-    return read(file);
-  } catch (const std::exception& error) {
+  const auto report = [&](const std::exception& error) {
     console_.flush();
     console_.printError(error.what());
     status_ = someFilesFailed;
-    return std::nullopt;
+  };
+  try {
+    return read(file);
+  } catch (const CLIError& error) {
+    report(error);
+    // The only hint is the one for folders.
+    if (!std::exchange(hasNotedFolder_, true)) console_.printNote(error.hint());
+  } catch (const std::exception& error) {
+    report(error);
   }
+  return std::nullopt;
 }
 
 TagSet TagReader::read(const std::filesystem::path& file) {

@@ -40,6 +40,8 @@ class TagReader {
   Console& console_;
   Progress progress_;
   int status_ = 0;
+  /// Whether the hint for folders was printed, which is printed once.
+  bool hasNotedFolder_ = false;
 };
 
 }  // namespace quillmark

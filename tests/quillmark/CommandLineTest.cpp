@@ -86,6 +86,12 @@ TEST(CommandLineTest, AnswersWithoutTouchingAFile) {
             "",
             "quillmark: / could not be read: it is a folder.\n"
             "quillmark: note: --recursive takes the MP3 files in and below a folder.\n"},
+           {{"read", "--notes", "--keep-going", "/", "/"},
+            2,
+            "",
+            "quillmark: / could not be read: it is a folder.\n"
+            "quillmark: note: --recursive takes the MP3 files in and below a folder.\n"
+            "quillmark: / could not be read: it is a folder.\n"},
            {{"apply", "--from=x.mp3", "x.mp3"}, 1, "", noSource},
            {{"apply", "x.mp3", "--from"}, 1, "", "quillmark: --from needs a value.\n"},
            {{"apply", "--fields", "mood", "--from", "x.mp3"}, 1, "", noFiles},
