@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <exception>
 #include <optional>
 #include <set>
@@ -42,7 +43,10 @@ struct Arguments {
 
   /// Returns the option's value, the last one if there are several.
   std::optional<std::string_view> value(const Option& option) const;
-  bool has(const Option& flag) const { return flags.contains(flag.name); }
+  /// Returns whether the option, one of the command's, is given.
+  bool has(const Option& flag) const {
+    return flags.contains(flag.name) && std::ranges::find(unknown, flag.name) == unknown.end();
+  }
 
   std::set<std::string_view> flags;
   /// The flags that are not options of the command, in their order.

@@ -39,14 +39,15 @@ std::string placeOf(const FileChange& change) {
   return JSON::placeOf(names);
 }
 
-/// Throws DecodingError if two of the names lead to the same file, which can have only one of the tags.
+/// Throws DecodingError if two of the names lead to the same file, which cannot get different values.
 void requireDifferentFiles(const std::vector<FileChange>& changes) {
   std::unordered_map<std::string, const FileChange*> seen;
   for (const FileChange& change : changes) {
     auto file = platform::realLocation(platform::absoluteLocation(change.file)).native();
     const auto [first, isNew] = seen.try_emplace(std::move(file), &change);
-    if (isNew) continue;
-    throw JSON::DecodingError(placeOf(*first->second) + " and " + placeOf(change) + " are the same file");
+    const FileChange& other = *first->second;
+    if (isNew || (other.tags == change.tags && other.selected == change.selected)) continue;
+    throw JSON::DecodingError(placeOf(other) + " and " + placeOf(change) + " are the same file");
   }
 }
 

@@ -114,8 +114,10 @@ std::string optionHint(const CommandOptions& command, std::string_view name) {
   const std::string_view typed = name.substr(0, equals);
   if (const auto value = optionValue(command, typed)) {
     std::string hint = "; write --" + std::string(typed);
-    if (*value != OptionValue::none) hint.append(" ").append(name.substr(equals + 1));
-    return hint + ".";
+    if (*value == OptionValue::none) return hint + ".";
+    const std::string given(name.substr(std::min(equals + 1, name.size())));
+    const bool isOneWord = !given.empty() && given.find(' ') == std::string::npos;
+    return hint + " " + (isOneWord ? given : "\"" + given + "\"") + ".";
   }
   const auto nearest = nearestName(typed, optionNames(command));
   return nearest ? "; did you mean --" + std::string(*nearest) + "?" : ".";

@@ -95,7 +95,8 @@ void requireOneOutput(const Arguments& arguments) {
 int commandRead(const Arguments& arguments, Console& console) {
   requireOneOutput(arguments);
   const FileList files(arguments);
-  if (arguments.has(options::strict)) requireMP3Files(files);
+  // With --keep-going, files that cannot be read are reported one by one.
+  if (arguments.has(options::strict) && !arguments.has(options::keepGoing)) requireMP3Files(files);
   if (const auto file = arguments.value(options::saveArtwork)) {
     saveArtwork(files, *file, *storeFor(arguments), console);
     return 0;

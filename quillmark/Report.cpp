@@ -27,7 +27,7 @@ void Report::add(const TagApplier::Result& result, std::string_view given) {
   if (const auto* failure = std::get_if<TagApplier::Failed>(&result.outcome)) {
     ++failed_;
     console_.printError("failed    " + name + ": " + failure->message);
-    if (!hasNotedFolder_ && console_.wantsNotes()) {
+    if (!hasNotedFolder_ && !options_.recursive && console_.wantsNotes()) {
       const std::string hint = folderHint(result.url);
       hasNotedFolder_ = !hint.empty();
       if (hasNotedFolder_) console_.printNote(hint);

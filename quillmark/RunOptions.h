@@ -10,7 +10,8 @@ struct RunOptions {
       : dryRun(arguments.has(options::dryRun)),
         diff(arguments.has(options::diff)),
         paths(arguments.has(options::paths)),
-        quiet(arguments.has(options::quiet)) {}
+        quiet(arguments.has(options::quiet)),
+        recursive(arguments.has(options::recursive)) {}
 
   bool dryRun;
   /// Whether the report lists what changes in a file, field by field.
@@ -19,6 +20,8 @@ struct RunOptions {
   bool paths;
   /// Whether the report leaves out the lines of unchanged files.
   bool quiet;
+  /// Whether folders were replaced by the files in them.
+  bool recursive;
 };
 
 }  // namespace quillmark

@@ -80,8 +80,8 @@ std::string usageText() {
 
 std::vector<std::string> furtherHelp() {
   const std::string name(toolName);
-  return {"'" + name + " COMMAND --help' lists all options of a command; 'man " + name + "' explains them.",
-          "--lossless keeps everything that other programs wrote into a tag."};
+  return {"'" + name + " COMMAND --help' lists all options; see also 'man " + name + "'.",
+          "--lossless keeps everything that other programs wrote."};
 }
 
 std::string helpText(const CommandOptions& command) {

@@ -62,6 +62,7 @@ def check_folders(stage):
     check("a folder without MP3s", stage.run(*words, "empty"),
           (1, "", "quillmark: No file that ends in .mp3 is in empty.\n"))
     message = "b could not be read: it is a folder.\n"
+    check("an option of other commands", stage.run("copy", "--recursive", "b"), (1, "", f"quillmark: {message}"))
     check("a folder to write", stage.run("set", "--title", "T", "--notes", "b"),
           (2, NOTHING_DONE, f"quillmark: failed    b: {message}{FOLDER_HINT}"))
     check("a folder to read", stage.run("read", "--notes", "b"), (1, "", f"quillmark: {message}{FOLDER_HINT}"))
@@ -96,6 +97,18 @@ def check_whole_tags(stage):
         status, output, error = stage.run("apply", "--whole-tag", "--from", "damaged.mp3", *NAMES)
         check(f"whole tag from {what}", (status, output, damaged in error, contents(folder) == before),
               (1, "", True, True))
+    for what, size in (("the end of the file", 0x7F), ("the start of the audio", whole[7] + 8)):
+        target = bytearray(old[folder / NAMES[1]])
+        target[7] = size
+        (folder / "damaged.mp3").write_bytes(target)
+        status, output, error = stage.run(*words, "damaged.mp3")
+        refusal = "failed    damaged.mp3: damaged.mp3: --whole-tag does not replace a damaged tag"
+        check(f"a target whose tag claims to go beyond {what}",
+              (status, output, refusal in error, (folder / "damaged.mp3").read_bytes() == target),
+              (2, NOTHING_DONE, True, True))
+    (folder / "old.mp3").write_bytes(audio + b"TAG" + b"Title".ljust(125, b"\0"))
+    check("a note about the ID3v1 tag", stage.run(*words, "--notes", "old.mp3")[2],
+          "quillmark: note: old.mp3: hides its ID3v1 tag.\n")
     check("--whole-tag and --fields", stage.run(*words, "--fields", "title", *NAMES),
           (1, "", "quillmark: --whole-tag takes the whole tag, without --all and --fields.\n"))
     ape = b"APETAGEX" + (2000).to_bytes(4, "little") + (32).to_bytes(4, "little") + bytes(16)

@@ -24,8 +24,8 @@ EVIL = "\x1b]52;c;aGk=\x07\n\u202e\x85\x7f"
 SHOWN = r"\x1b]52;c;aGk=\x07\x0a\u202e\u0085\x7f"
 COLUMNS = 30
 FURTHER_HELP = (
-    "quillmark: note: 'quillmark COMMAND --help' lists all options of a command; 'man quillmark' explains them.\n"
-    "quillmark: note: --lossless keeps everything that other programs wrote into a tag.\n")
+    "quillmark: note: 'quillmark COMMAND --help' lists all options; see also 'man quillmark'.\n"
+    "quillmark: note: --lossless keeps everything that other programs wrote.\n")
 
 
 def terminal(columns=COLUMNS):

@@ -16,7 +16,7 @@ namespace {
 
 /// Opens the regular file of that name. Returns nothing if it does not exist. Throws FileError if something
 /// else has the name.
-std::optional<FileHandle> openIfThere(const std::filesystem::path& file) {
+std::optional<FileHandle> openTarget(const std::filesystem::path& file) {
   constexpr int flags = O_RDONLY | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC;
   const int descriptor = retrying([&] { return ::open(file.c_str(), flags); });
   if (descriptor == -1 && errno == ENOENT) return std::nullopt;
@@ -33,7 +33,7 @@ std::optional<FileHandle> openIfThere(const std::filesystem::path& file) {
 }  // namespace
 
 void replaceContents(const std::filesystem::path& file, ByteView contents) {
-  FileReplacement replacement(file, openIfThere(file));
+  FileReplacement replacement(file, openTarget(file));
   replacement.file().write(contents);
   replacement.commit();
 }

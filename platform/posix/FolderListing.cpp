@@ -15,17 +15,15 @@ namespace platform::FileManager {
 
 namespace {
 
-/// Opens the folder. If `linkFlag` is not 0, as for all but the first folder, returns nothing if it no longer
-/// exists.
+/// Returns nothing, for the reason in errno, if the folder cannot be read.
 FolderStream openFolder(const std::filesystem::path& folder, int linkFlag) {
-  FolderStream stream =
-      streamOf(Descriptor(::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC | linkFlag)));
-  if (!stream) {
-    const bool isGone = errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
-    if (isGone && linkFlag != 0) return nullptr;
-    throw FileError(folder, FileError::notRead, errno);
-  }
-  return stream;
+  const int flags = O_RDONLY | O_DIRECTORY | O_CLOEXEC | linkFlag;
+  return streamOf(Descriptor(retrying([&] { return ::open(folder.c_str(), flags); })));
+}
+
+/// Returns whether a folder that was just found could not be opened because it has vanished or been replaced.
+bool isGone() {
+  return errno == ENOENT || errno == ENOTDIR || errno == ELOOP;
 }
 
 enum class Kind : std::uint8_t { folder, file, other };
@@ -81,6 +79,8 @@ std::vector<std::string> filesBelow(const std::filesystem::path& folder, std::st
     // With a slash at the end, the system would follow a link.
     const auto path = prefix.empty() ? folder : folder / prefix.substr(0, prefix.size() - 1);
     const FolderStream stream = openFolder(path, prefix.empty() ? 0 : O_NOFOLLOW);
+    if (!stream && prefix.empty()) throw FileError(folder, FileError::notRead, errno);
+    if (!stream && !isGone()) files.push_back(prefix.substr(0, prefix.size() - 1));
     while (stream) {
       errno = 0;
       const dirent* entry = ::readdir(stream.get());

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string>
+
 #include "QuillmarkKit/store/file/MP3File.h"
 #include "QuillmarkKit/store/file/OpenTag.h"
 #include "platform/base/Bytes.h"
@@ -17,7 +19,8 @@ class CopiedTag : public OpenTag {
   bool holdsMoreThanValues(TagFields) const override { return !isSame_; }
   void requireWritableElsewhere(TagFields) const override {}
   bool isLossless() const override { return true; }
-  /// Returns the other file's tag. Throws LosslessError if it would hide an APE tag that is to be kept.
+  /// Returns the other file's tag. Throws LosslessError if it would hide an APE tag that is to be kept, and
+  /// if the old tag is damaged: its size may be wrong, so that it takes in audio.
   NewTag changedBy(const TagChange& change) override;
 
  private:
@@ -25,6 +28,9 @@ class CopiedTag : public OpenTag {
   platform::SharedBytes newTag_;
   bool keepsAPETag_;
   bool hasAPETag_;
+  bool hasOnlyID3v1Tag_;
+  /// Names data in the old tag that is not a frame and can be audio; empty if there is none.
+  std::string damage_;
   bool isSame_;
   std::uint64_t audioStart_;
   TagSet tags_;

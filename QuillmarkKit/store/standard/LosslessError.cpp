@@ -41,6 +41,11 @@ LosslessError LosslessError::cannotCopyTag(const std::filesystem::path& url, con
                        what + ".");
 }
 
+LosslessError LosslessError::cannotReplaceTag(const std::filesystem::path& url, const std::string& what) {
+  return LosslessError(platform::lastPathComponent(url) +
+                       ": --whole-tag does not replace a damaged tag, because " + what + " may be audio.");
+}
+
 LosslessError LosslessError::cannotWrite(const std::string& what, std::string_view expected) {
   return LosslessError("--lossless cannot write the " + what + expecting(expected));
 }

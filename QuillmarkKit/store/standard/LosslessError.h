@@ -24,6 +24,8 @@ class LosslessError : public std::exception {
                                    std::string_view expected);
   /// Returns the error for a source whose tag cannot be copied whole. `what` is a clause with the reason.
   static LosslessError cannotCopyTag(const std::filesystem::path& url, const std::string& what);
+  /// For a target whose tag contains data that may be audio.
+  static LosslessError cannotReplaceTag(const std::filesystem::path& url, const std::string& what);
   /// Returns the error for a given value, `what`, that no tag can contain. `expected` is the kind of value
   /// that the field takes.
   static LosslessError cannotWrite(const std::string& what, std::string_view expected);
