@@ -3,11 +3,13 @@
 #include <unistd.h>
 
 #include <cstdint>
-#include <fstream>
-#include <iterator>
 #include <optional>
-#include <sstream>
-#include <string>
+#include <string_view>
+#include <vector>
+
+#include "platform/FileError.h"
+#include "platform/FileHandle.h"
+#include "platform/base/Strings.h"
 
 namespace platform {
 
@@ -15,23 +17,31 @@ namespace {
 
 constexpr std::uint32_t defaultOverflowID = 65534;
 
-std::string contentsOf(const char* file) {
-  std::ifstream stream(file);
-  return {std::istreambuf_iterator<char>(stream), {}};
+/// Returns the numbers in the first line of a file; none if it cannot be read.
+std::vector<std::int64_t> numbersIn(const char* file) {
+  constexpr std::size_t longestLine = 256;
+  Bytes bytes;
+  try {
+    bytes = FileHandle::forReading(file).read(longestLine);
+  } catch (const FileError&) {
+    return {};
+  }
+  const std::string_view text = charactersOf(bytes);
+  std::vector<std::int64_t> numbers;
+  for (const std::string_view word : Strings::split(text.substr(0, text.find('\n')), ' ')) {
+    numbers.push_back(Strings::decimalInteger(word).value_or(0));
+  }
+  return numbers;
 }
 
 /// Returns the overflow ID in `file`, which the system shows for all IDs that the user namespace does not
 /// map. Returns nothing if `map` is that of the initial namespace, which maps all IDs.
-std::optional<std::uint32_t> overflowID(const char* map, const char* file) {
-  std::istringstream mapped(contentsOf(map));
-  std::uint64_t inside = 0;
-  std::uint64_t outside = 0;
-  std::uint64_t count = 0;
-  constexpr std::uint64_t all = 0xFFFFFFFF;
-  if (!(mapped >> inside >> outside >> count) || (inside == 0 && outside == 0 && count == all)) return {};
-  std::istringstream overflow(contentsOf(file));
-  std::uint32_t id = 0;
-  return overflow >> id ? std::optional(id) : std::nullopt;
+std::optional<std::int64_t> overflowID(const char* map, const char* file) {
+  const std::vector<std::int64_t> mapping = numbersIn(map);
+  const std::vector<std::int64_t> all{0, 0, 0xFFFFFFFF};
+  if (mapping.size() != all.size() || mapping == all) return std::nullopt;
+  const std::vector<std::int64_t> id = numbersIn(file);
+  return id.size() == 1 ? std::optional(id.front()) : std::nullopt;
 }
 
 }  // namespace
