@@ -60,6 +60,7 @@ class FileHandle {
   void loadAttributes();
   std::size_t readInto(std::span<std::uint8_t> buffer);
   void copyInsideKernel(FileHandle& source) const;
+  std::uint64_t sharedFrom(const FileHandle& source) const;
 
   std::filesystem::path path_;
   std::string_view failure_;

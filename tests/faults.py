@@ -26,7 +26,7 @@ FULL = "EIO ENOSPC EDQUOT"
 ERRORS = {
     "openat": "EACCES EIO EMFILE EINTR", "newfstatat": "EACCES EIO", "pread64": ["EIO", "EINTR", CUT],
     "flock": "ENOLCK EINTR", "faccessat2": "EACCES EROFS", "write": FULL + " EINTR",
-    "copy_file_range": [*FULL.split(), "EINTR", "EXDEV", CUT],
+    "copy_file_range": [*FULL.split(), "EINTR", "EXDEV", CUT], "ioctl": "EOPNOTSUPP EINVAL EIO",
     "mkdirat": FULL + " EACCES EEXIST", "close": FULL + " EINTR", "utimensat": "EACCES EIO",
     "fchown": FULL + " EPERM", "fchmod": "EIO EPERM", "fremovexattr": "EIO EOPNOTSUPP ENODATA",
     "flistxattr": "EACCES EIO ERANGE", "fgetxattr": "EACCES EIO ERANGE", "fsetxattr": FULL + " EACCES",

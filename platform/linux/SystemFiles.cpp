@@ -2,6 +2,8 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <linux/fs.h>
+#include <sys/ioctl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -60,6 +62,14 @@ bool mayWrite(const FileHandle& file, int folder, const std::string& name) {
 std::int64_t copyInsideKernel(int source, std::uint64_t offset, int target, std::size_t count) {
   auto from = static_cast<off_t>(offset);
   return retrying([&] { return ::copy_file_range(source, &from, target, nullptr, count, 0); });
+}
+
+bool shareBlocks(int source, std::uint64_t from, int target, std::uint64_t to) {
+  constexpr std::uint64_t toTheEnd = 0;
+  struct file_clone_range range {
+    .src_fd = source, .src_offset = from, .src_length = toTheEnd, .dest_offset = to
+  };
+  return ::ioctl(target, FICLONERANGE, &range) == 0;
 }
 
 bool renameAsNew(int fromFolder, const char* from, int toFolder, const char* to) {

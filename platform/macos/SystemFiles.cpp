@@ -51,6 +51,10 @@ std::int64_t copyInsideKernel(int, std::uint64_t, int, std::size_t) {
   return 0;
 }
 
+bool shareBlocks(int, std::uint64_t, int, std::uint64_t) {
+  return false;
+}
+
 bool renameAsNew(int fromFolder, const char* from, int toFolder, const char* to) {
   return ::renameatx_np(fromFolder, from, toFolder, to, RENAME_EXCL) == 0;
 }

@@ -100,20 +100,30 @@ void FileHandle::write(ByteView bytes) {
 
 /// Copies as much as the kernel can, and moves the reading position of `source` by that.
 void FileHandle::copyInsideKernel(FileHandle& source) const {
-  // File systems that can share blocks do so only between block boundaries.
-  constexpr std::uint64_t blockSize = 4096;
-  const std::uint64_t offset = source.position_ % blockSize;
-  const bool canShare = offset != 0 && offset == written_ % blockSize;
-  std::uint64_t toBoundary = canShare ? blockSize - offset : 0;
-  while (source.position_ < source.size()) {
-    const std::uint64_t most = toBoundary > 0 ? toBoundary : kernelChunkSize;
-    const auto wanted = static_cast<std::size_t>(std::min(source.size() - source.position_, most));
+  const std::uint64_t end = sharedFrom(source);
+  while (source.position_ < end) {
+    const auto wanted = static_cast<std::size_t>(std::min(end - source.position_, kernelChunkSize));
     const std::int64_t count =
         SystemFiles::copyInsideKernel(source.descriptor(), source.position_, descriptor(), wanted);
     if (count <= 0) return;
     source.position_ += static_cast<std::uint64_t>(count);
-    toBoundary -= std::min(toBoundary, static_cast<std::uint64_t>(count));
   }
+  if (end == source.size()) return;
+  if (::lseek(descriptor(), 0, SEEK_END) == -1) throw FileError(path_, failure_, errno);
+  source.position_ = source.size();
+}
+
+/// Shares blocks with `source` from the next block boundary on, if its reading position and the end of what
+/// was written have the same place in a block and the file system can do that. Returns the position in
+/// `source` from which its bytes are shared, or its size if none are.
+std::uint64_t FileHandle::sharedFrom(const FileHandle& source) const {
+  constexpr std::uint64_t blockSize = 4096;
+  const std::uint64_t toBoundary = (blockSize - source.position_ % blockSize) % blockSize;
+  const std::uint64_t boundary = source.position_ + toBoundary;
+  const std::uint64_t target = written_ + toBoundary;
+  const bool isShared = target % blockSize == 0 && boundary < source.size() &&
+                        SystemFiles::shareBlocks(source.descriptor(), boundary, descriptor(), target);
+  return isShared ? boundary : source.size();
 }
 
 void FileHandle::copy(FileHandle& source, std::uint64_t offset) {

@@ -34,6 +34,10 @@ std::int64_t copyInsideKernel(int, std::uint64_t, int, std::size_t) {
   return 0;
 }
 
+bool shareBlocks(int, std::uint64_t, int, std::uint64_t) {
+  return false;
+}
+
 bool renameAsNew(int, const char*, int, const char*) {
   errno = ENOSYS;
   return false;

@@ -36,6 +36,10 @@ bool mayWrite(const FileHandle& file, int folder, const std::string& name);
 /// Returns the number of bytes copied; 0 or -1 if the kernel cannot copy these files.
 std::int64_t copyInsideKernel(int source, std::uint64_t offset, int target, std::size_t count);
 
+/// Lets `target` share the blocks of `source` from one offset to the end of `source`, without moving a
+/// position. Returns false if the file system cannot do that, and if an offset is not on a block boundary.
+bool shareBlocks(int source, std::uint64_t from, int target, std::uint64_t to);
+
 /// Renames a file in one step, unless the new name is taken. Returns false if it is not renamed; errno is
 /// EEXIST if the name is taken, and ENOSYS, ENOTSUP, EINVAL or EPERM if the check and the rename are not
 /// possible in one step.
