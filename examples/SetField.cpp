@@ -13,7 +13,7 @@ using namespace QuillmarkKit;
 int main(int count, char** arguments) {
   const auto field = count > 3 ? fieldFromCliName(arguments[1]) : std::nullopt;
   const TextMember member = field ? stringKeyPath(*field) : nullptr;
-  if (!member) {
+  if (member == nullptr) {
     std::cerr << "Usage: set-field FIELD TEXT FILE..., for a field with a text\n";
     return 1;
   }

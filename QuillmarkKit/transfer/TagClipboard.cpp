@@ -26,7 +26,8 @@ namespace {
 void requireUTF8(const TagSet& tags) {
   for (const TagField field : allTagFields) {
     const TextMember text = stringKeyPath(field);
-    if (text && tags.*text && !platform::Strings::isValidUTF8(*(tags.*text))) throw EncodingError(field);
+    if (text != nullptr && tags.*text && !platform::Strings::isValidUTF8(*(tags.*text)))
+      throw EncodingError(field);
   }
 }
 
