@@ -1,11 +1,10 @@
 #include "ID3TagEditor/ID3TagEditor.h"
 
-#include "ID3TagEditor/create/ID3TagCreator.h"
-#include "ID3TagEditor/create/Mp3FileWriter.h"
-#include "ID3TagEditor/create/Mp3WithID3TagBuilder.h"
-#include "ID3TagEditor/model/Mp3Extension.h"
-#include "ID3TagEditor/parse/ID3TagParser.h"
-#include "ID3TagEditor/parse/Mp3FileReader.h"
+#include "ID3TagEditor/create/MP3Writing.h"
+#include "ID3TagEditor/create/TagCreation.h"
+#include "ID3TagEditor/model/ID3TagEditorError.h"
+#include "ID3TagEditor/parse/FrameWalk.h"
+#include "ID3TagEditor/parse/MP3Reading.h"
 
 namespace ID3TagEditor {
 

@@ -4,11 +4,10 @@
 #include <memory>
 #include <optional>
 
-#include "ID3TagEditor/model/ID3Frames.h"
 #include "ID3TagEditor/model/ID3Tag.h"
 #include "ID3TagEditor/model/ID3TagEditorError.h"
 #include "ID3TagEditor/model/TagBuilders.h"
-#include "ID3TagEditor/parse/ID3TagContentReader.h"
+#include "ID3TagEditor/parse/ContentReader.h"
 #include "platform/FileHandle.h"
 #include "platform/base/Bytes.h"
 

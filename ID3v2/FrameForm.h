@@ -1,5 +1,6 @@
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -7,7 +8,32 @@
 
 #include "platform/base/Bytes.h"
 
+/// Unsynchronisation keeps players from mistaking a tag for audio (ID3v2.4.0 structure §6.1).
 namespace ID3v2 {
+
+/// Returns whether the bytes can be the result of unsynchronisation: they contain no false synchronisation,
+/// and do not end in FF. Some programs set the flag, but leave the bytes unchanged.
+bool isUnsynchronised(platform::ByteView bytes);
+
+/// Returns the bytes without the zero bytes that unsynchronisation inserted.
+platform::Bytes unsynchronisationUndone(platform::ByteView bytes);
+
+/// The largest factor by which a compressed frame may grow; it may always grow to `inflationFloor` bytes.
+/// Real frames stay far below. Frames made to exhaust memory stay compressed.
+inline constexpr std::size_t inflationLimit = 32;
+inline constexpr std::size_t inflationFloor = 0x10000;
+
+/// Returns the number of bytes to which all compressed frames of a tag of that size may inflate together.
+constexpr std::size_t inflationBudget(std::size_t tagSize) {
+  constexpr std::size_t most = 0x10000000;
+  constexpr std::size_t least = 16 * inflationFloor;
+  return std::min(most, least + 2 * std::min(tagSize, most));
+}
+
+/// Returns the contents of a zlib stream. Returns nothing if the bytes are not exactly one such stream, or if
+/// it inflates to more than the limits above or `budget` bytes. Reduces `budget` by the number of inflated
+/// bytes, even on failure.
+std::optional<platform::Bytes> inflate(platform::ByteView bytes, std::size_t& budget);
 
 /// The flags of a v2.3 frame that change the form of its content (ID3v2.3.0 §3.3.1).
 inline constexpr std::uint16_t compressionFlag = 0x80;

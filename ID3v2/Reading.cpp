@@ -7,8 +7,6 @@
 #include "ID3v2/FrameForm.h"
 #include "ID3v2/FrameReading.h"
 #include "ID3v2/FrameWalk.h"
-#include "ID3v2/TagHeader.h"
-#include "ID3v2/Unsynchronisation.h"
 
 namespace ID3v2 {
 

@@ -7,7 +7,7 @@
 #include <variant>
 
 #include "ID3v2/FrameForm.h"
-#include "ID3v2/TagHeader.h"
+#include "ID3v2/FrameWalk.h"
 #include "ID3v2/TextFields.h"
 #include "platform/base/Formats.h"
 #include "platform/base/Strings.h"

@@ -5,7 +5,7 @@
 #include <fstream>
 #include <string>
 
-#include "QuillmarkKit/store/ID3TagEditorStore.h"
+#include "QuillmarkKit/store/MP3TagStore.h"
 #include "QuillmarkKit/transfer/TagApplier.h"
 
 namespace {

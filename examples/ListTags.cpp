@@ -3,7 +3,7 @@
 #include <exception>
 #include <iostream>
 
-#include <QuillmarkKit/store/LosslessTagStore.h>
+#include <QuillmarkKit/store/MP3TagStore.h>
 
 using namespace QuillmarkKit;
 

@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include <QuillmarkKit/store/LosslessTagStore.h>
+#include <QuillmarkKit/store/MP3TagStore.h>
 #include <QuillmarkKit/transfer/TagApplier.h>
 
 using namespace QuillmarkKit;

@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "ID3TagEditor/model/ID3Frames.h"
+#include "ID3TagEditor/model/ID3Tag.h"
 #include "platform/base/Strings.h"
 
 // Recognise the few values that the engine does not read from a tag as they were written. The targets check

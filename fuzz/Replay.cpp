@@ -4,7 +4,7 @@
 #include <limits>
 
 #include "fuzz/FuzzTarget.h"
-#include "platform/Input.h"
+#include "platform/StandardStreams.h"
 
 // Runs a target once with every file in the given folders. Used in builds without a fuzzer. A missing folder
 // counts as empty: a target without findings has no folder for them.

@@ -1,5 +1,5 @@
 #include "ID3TagEditor/ID3TagEditor.h"
-#include "ID3TagEditor/model/ID3TagConfiguration.h"
+#include "ID3TagEditor/model/FrameLayouts.h"
 #include "fuzz/FuzzTarget.h"
 #include "fuzz/ReadingRules.h"
 #include "platform/base/Strings.h"

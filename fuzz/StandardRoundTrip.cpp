@@ -4,7 +4,7 @@
 #include "ID3v2/TagsAtTheEnd.h"
 #include "ID3v2/Writing.h"
 #include "QuillmarkKit/store/standard/LosslessConversion.h"
-#include "QuillmarkKit/store/standard/TagLosses.h"
+#include "QuillmarkKit/store/standard/TagNotes.h"
 #include "fuzz/FuzzTarget.h"
 
 using namespace QuillmarkKit;

@@ -2,8 +2,8 @@
 #include <vector>
 
 #include "ID3TagEditor/ID3TagEditor.h"
-#include "QuillmarkKit/store/engine/ID3Frames.h"
-#include "QuillmarkKit/store/engine/TagConversion.h"
+#include "QuillmarkKit/store/engine/EngineTag.h"
+#include "QuillmarkKit/store/engine/RawFrames.h"
 #include "fuzz/FuzzTarget.h"
 #include "fuzz/ReadingRules.h"
 

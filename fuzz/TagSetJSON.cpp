@@ -5,7 +5,6 @@
 #include <optional>
 #include <string>
 
-#include "QuillmarkKit/transfer/TagDocument.h"
 #include "fuzz/FuzzTarget.h"
 #include "platform/base/JSON.h"
 

@@ -14,16 +14,10 @@ set(headers
     ID3v2/TagsAtTheEnd.h
     ID3v2/Writing.h
     QuillmarkKit/model/TagSetJSON.h
-    QuillmarkKit/store/ID3TagEditorStore.h
-    QuillmarkKit/store/LosslessTagStore.h
-    QuillmarkKit/store/TagFileError.h
-    QuillmarkKit/store/engine/ID3FrameError.h
-    QuillmarkKit/store/file/TagStoreError.h
-    QuillmarkKit/store/standard/LosslessError.h
-    QuillmarkKit/transfer/QuillmarkNotification.h
+    QuillmarkKit/store/MP3TagStore.h
+    QuillmarkKit/store/file/StoreErrors.h
     QuillmarkKit/transfer/TagApplier.h
     QuillmarkKit/transfer/TagClipboard.h
-    platform/FileConflict.h
     platform/FileError.h
     platform/FileHandle.h
     platform/base/JSON.h)

@@ -29,4 +29,10 @@ std::string lastPathComponent(const std::filesystem::path& file) {
   return text.substr(begin, end + 1 - begin);
 }
 
+FileConflict::FileConflict(Case value, const std::filesystem::path& file)
+    : case_(value), description_(lastPathComponent(file)) {
+  description_ += value == Case::movedOrDeleted ? " was moved or deleted meanwhile."
+                                                : " was changed by another program meanwhile.";
+}
+
 }  // namespace platform

@@ -1,8 +1,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <filesystem>
 #include <string>
 #include <string_view>
+
+#include "platform/base/Bytes.h"
 
 namespace platform {
 
@@ -33,5 +37,27 @@ void occupyMissingStreams();
 
 /// Writes the text to standard error, in one write if possible. Ignores errors.
 void writeToStandardError(std::string_view text);
+
+}  // namespace platform
+
+/// Functions that read files and pipes from beginning to end.
+namespace platform::Input {
+
+/// Returns the bytes of a regular file or a pipe, at most the first `limit`. Waits only a moment for a pipe
+/// that has no writer. Throws FileError.
+Bytes contents(const std::filesystem::path& file, std::uint64_t limit);
+
+/// Like `contents`, for standard input.
+Bytes contentsOfStandardInput(std::uint64_t limit);
+
+}  // namespace platform::Input
+
+namespace platform {
+
+/// Makes `contents` the contents of the file in one step. Creates the file if it does not exist; the owner,
+/// mode and attributes of an existing regular file stay. Throws FileError, also for a symbolic link, which is
+/// not followed. Throws FileConflict if another program changes the file at the same time. If this function
+/// throws, it has not changed the file.
+void replaceContents(const std::filesystem::path& file, ByteView contents);
 
 }  // namespace platform

@@ -1,7 +1,6 @@
 #include "quillmark/CLIError.h"
 
 #include "platform/FileError.h"
-#include "quillmark/ToolName.h"
 
 namespace quillmark {
 

@@ -9,6 +9,9 @@
 
 namespace quillmark {
 
+/// The tool's name in everything that it prints, even if it was started under another name.
+inline constexpr std::string_view toolName = "quillmark";
+
 /// A mistake in a command line.
 class CLIError : public std::exception {
  public:

@@ -1,11 +1,60 @@
 #pragma once
 
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "QuillmarkKit/model/TagSet.h"
+#include "QuillmarkKit/model/TagSetJSON.h"
+#include "QuillmarkKit/store/MP3TagStore.h"
+#include "QuillmarkKit/store/TagStore.h"
 #include "quillmark/Arguments.h"
 #include "quillmark/Console.h"
-#include "quillmark/WriteRun.h"
+#include "quillmark/FileList.h"
+#include "quillmark/Report.h"
+
+namespace quillmark {
+
+/// A run of paste, apply or set: fields of one tag set to be written into files. The command line has been
+/// checked.
+struct WriteRun {
+  FileList files;
+  std::unique_ptr<const QuillmarkKit::TagStore> store;
+  QuillmarkKit::TagSet tags;
+  QuillmarkKit::TagFields selection;
+  RunOptions options;
+  /// Names the origin of the values in a note about fields that are removed because it does not have them;
+  /// empty if no note is needed.
+  std::string source = {};
+  /// The change of each file, instead of `tags` and `selection`; empty if all files get the same values.
+  std::vector<QuillmarkKit::FileChange> changes = {};
+};
+
+/// Applies the fields to one file after another, reports each, and returns the exit status. After an
+/// interruption, completes the current file and reports how many files were not reached.
+int writeInto(const WriteRun& run, Console& console);
+
+/// Returns the store that the options choose.
+std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(const Arguments& arguments);
+
+/// Returns a store that gives files the whole tag of `source`. Throws as the store does.
+std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments,
+                                                            const std::filesystem::path& source);
+
+struct SourceOptions {
+  /// Whether values that no field can hold are part of the result instead of an error.
+  bool acceptsUnrepresentable = false;
+};
+
+/// Reads the tags of `from` to write `fields` of them into other files, and prints a note about values that
+/// are read otherwise than they were meant. Throws as the store does.
+QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
+                                          const std::filesystem::path& from, QuillmarkKit::TagFields fields,
+                                          Console& console, SourceOptions options = {});
 
 // The commands. An exception that they throw means status 1.
-namespace quillmark {
 
 /// Prints the tags of files and returns the exit status, as do the next two.
 int commandRead(const Arguments& arguments, Console& console);
@@ -20,5 +69,11 @@ WriteRun preparePaste(const Arguments& arguments, Console& console);
 WriteRun prepareApply(const Arguments& arguments, Console& console);
 /// Returns the run that writes the given values.
 WriteRun prepareSet(const Arguments& arguments, Console& console);
+
+/// Returns the run that writes the tags in a document in the form of `read --json`. `word` names the
+/// document's file, "-" is standard input. Throws CLIError for a mistake in the document, for two of its
+/// members that name the same file, and for files or fields on the command line; and FileError if the
+/// document cannot be read.
+WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments);
 
 }  // namespace quillmark

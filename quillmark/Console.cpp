@@ -1,9 +1,11 @@
 #include "quillmark/Console.h"
 
 #include <algorithm>
+#include <string>
 
+#include "platform/FileError.h"
 #include "platform/base/Strings.h"
-#include "quillmark/ToolName.h"
+#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
@@ -93,6 +95,27 @@ std::string joiningValues(std::string_view text) {
 
 std::string visibleLine(std::string_view text) {
   return rejoined(text, '\0', " / ", platform::Strings::visible);
+}
+
+namespace {
+
+/// Returns the number with commas between thousands.
+std::string grouped(std::size_t number) {
+  std::string digits = std::to_string(number);
+  for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+  return digits;
+}
+
+}  // namespace
+
+void Progress::next(const std::filesystem::path& file) {
+  constexpr std::chrono::milliseconds pause(100);
+  ++count_;
+  const Clock::time_point now = Clock::now();
+  if (now < due_ || !console_.errorIsTerminal()) return;
+  due_ = now + pause;
+  console_.showStatus(grouped(count_) + " of " + grouped(fileCount_) + "  " +
+                      platform::lastPathComponent(file));
 }
 
 }  // namespace quillmark

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <chrono>
+#include <filesystem>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -53,5 +55,25 @@ class Console {
 std::string joiningValues(std::string_view text);
 /// Returns a text of one line in the form for a terminal, with " / " between its values.
 std::string visibleLine(std::string_view text);
+
+/// Shows the progress of a run over many files after it has lasted a second, if standard error is a terminal.
+class Progress {
+ public:
+  Progress(std::size_t fileCount, Console& console) : fileCount_(fileCount), console_(console) {}
+  ~Progress() { console_.eraseStatus(); }
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+
+  /// Must be called before each file.
+  void next(const std::filesystem::path& file);
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  std::size_t fileCount_;
+  Console& console_;
+  std::size_t count_ = 0;
+  Clock::time_point due_ = Clock::now() + std::chrono::seconds(1);
+};
 
 }  // namespace quillmark

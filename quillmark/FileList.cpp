@@ -3,9 +3,8 @@
 #include <utility>
 
 #include "platform/FileError.h"
-#include "platform/FileManager.h"
-#include "platform/Input.h"
 #include "platform/Paths.h"
+#include "platform/StandardStreams.h"
 #include "quillmark/CLIError.h"
 
 namespace quillmark {

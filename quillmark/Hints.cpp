@@ -6,8 +6,11 @@
 #include <utility>
 #include <vector>
 
-#include "platform/FileManager.h"
+#include "QuillmarkKit/store/MP3TagStore.h"
+#include "platform/Paths.h"
+#include "platform/base/Formats.h"
 #include "platform/base/Strings.h"
+#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
@@ -129,12 +132,7 @@ std::string folderHint(const std::filesystem::path& file) {
 }
 
 std::string pictureHint(platform::ByteView bytes) {
-  struct Signature {
-    std::size_t offset;
-    std::string_view text;
-    std::string_view format;
-  };
-  static constexpr std::array signatures = std::to_array<Signature>({
+  static constexpr std::array signatures = std::to_array<platform::Signature>({
       {0, "GIF8", "GIF"},
       {0, "BM", "BMP"},
       {8, "WEBP", "WebP"},
@@ -148,10 +146,8 @@ std::string pictureHint(platform::ByteView bytes) {
       {0, "%PDF", "PDF"},
   });
   const std::string_view characters = platform::charactersOf(bytes);
-  for (const auto& [offset, text, format] : signatures) {
-    if (characters.size() >= offset && characters.substr(offset).starts_with(text))
-      return "is in the format " + std::string(format) + "; convert it to JPEG or PNG.";
-  }
+  const std::string_view format = platform::formatBySignature(characters, signatures);
+  if (!format.empty()) return "is in the format " + std::string(format) + "; convert it to JPEG or PNG.";
   return characters.empty() ? "is empty." : "is neither a JPEG nor a PNG picture.";
 }
 
@@ -168,6 +164,37 @@ std::string numberHint(QuillmarkKit::TagField field, std::string_view value) {
     hint.append(" --").append(cliName(part)).append(" ").append(number);
   }
   return hint + ".";
+}
+
+namespace {
+
+/// Returns whether the word starts with a hyphen, or with a dash that an editor has made of one.
+bool startsLikeAnOption(std::string_view word) {
+  constexpr char32_t firstDash = 0x2010;
+  constexpr char32_t lastDash = 0x2015;
+  constexpr char32_t minus = 0x2212;
+  if (word.empty() || !platform::Strings::isValidUTF8(word)) return false;
+  const char32_t first = platform::Strings::firstCharacter(word).value;
+  return first == '-' || (first >= firstDash && first <= lastDash) || first == minus;
+}
+
+}  // namespace
+
+void requireKnownWords(const Arguments& arguments, const CommandOptions& command) {
+  for (const std::string_view name : arguments.unknown) {
+    throw CLIError(unknownOption(command, name) + optionHint(command, name));
+  }
+  for (const std::string_view word : arguments.positional) {
+    if (!startsLikeAnOption(word) || platform::FileManager::exists(platform::fileLocation(word))) continue;
+    throw CLIError(std::string(word) + " is neither an option nor the name of a file.");
+  }
+}
+
+void requireMP3Files(const FileList& files) {
+  for (std::size_t i = 0; i < files.size(); ++i) {
+    const std::filesystem::path file = files.location(i);
+    hintingAtFolder(file, [&] { QuillmarkKit::MP3TagStore::requireMP3(file); });
+  }
 }
 
 }  // namespace quillmark

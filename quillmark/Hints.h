@@ -9,8 +9,9 @@
 
 #include "platform/FileError.h"
 #include "platform/base/Bytes.h"
+#include "quillmark/Arguments.h"
 #include "quillmark/CLIError.h"
-#include "quillmark/Options.h"
+#include "quillmark/FileList.h"
 
 // Guesses at the meaning of unknown words.
 namespace quillmark {
@@ -49,5 +50,15 @@ std::string pictureHint(platform::ByteView bytes);
 
 /// Returns how a number field's value such as "3/12" is to be written; nothing for another value.
 std::string numberHint(QuillmarkKit::TagField field, std::string_view value);
+
+// The checks of --strict, which end a run before it writes anything.
+
+/// Throws CLIError for an option that the command does not have, and for a word that starts like an option
+/// but names no file.
+void requireKnownWords(const Arguments& arguments, const CommandOptions& command);
+
+/// Throws what `read` would throw if one of the files is missing or is not an MP3: CLIError with a hint for a
+/// folder.
+void requireMP3Files(const FileList& files);
 
 }  // namespace quillmark

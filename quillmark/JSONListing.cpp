@@ -1,4 +1,4 @@
-#include "quillmark/JSONListing.h"
+#include "quillmark/Listings.h"
 
 #include <algorithm>
 #include <map>

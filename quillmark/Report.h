@@ -4,11 +4,38 @@
 #include <string>
 #include <utility>
 
+#include "QuillmarkKit/model/TagSet.h"
 #include "QuillmarkKit/transfer/TagApplier.h"
+#include "quillmark/Arguments.h"
 #include "quillmark/Console.h"
-#include "quillmark/RunOptions.h"
 
 namespace quillmark {
+
+/// How paste, apply and set treat their files, and what they report.
+struct RunOptions {
+  explicit RunOptions(const Arguments& arguments)
+      : dryRun(arguments.has(options::dryRun)),
+        diff(arguments.has(options::diff)),
+        paths(arguments.has(options::paths)),
+        quiet(arguments.has(options::quiet)),
+        recursive(arguments.has(options::recursive)) {}
+
+  bool dryRun;
+  /// Whether the report lists what changes in a file, field by field.
+  bool diff;
+  /// Whether the report names files as they were given, not by their last path component.
+  bool paths;
+  /// Whether the report leaves out the lines of unchanged files.
+  bool quiet;
+  /// Whether folders were replaced by the files in them.
+  bool recursive;
+};
+
+/// Returns a change of tags for people: for each field that differs a line with its old value, a line with
+/// its new value, or both. An artwork that stays beside the new one is marked. Long texts are shortened, and
+/// control characters are made visible.
+std::string differences(const QuillmarkKit::TagSet& before, const QuillmarkKit::TagSet& after,
+                        bool keepsArtwork);
 
 /// Prints the result for each file as soon as it is known, with failures and notes on standard error, and a
 /// summary.

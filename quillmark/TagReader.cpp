@@ -1,13 +1,13 @@
-#include "quillmark/TagReader.h"
+#include "quillmark/Listings.h"
 
 #include <string>
 #include <utility>
 
 #include "platform/FileError.h"
 #include "quillmark/CLIError.h"
-#include "quillmark/FieldSelection.h"
+#include "quillmark/Commands.h"
+#include "quillmark/Fields.h"
 #include "quillmark/Hints.h"
-#include "quillmark/Stores.h"
 
 namespace quillmark {
 

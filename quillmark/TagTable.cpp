@@ -1,4 +1,4 @@
-#include "quillmark/TagTable.h"
+#include "quillmark/Listings.h"
 
 #include <algorithm>
 #include <limits>

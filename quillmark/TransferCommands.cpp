@@ -1,16 +1,13 @@
 #include <algorithm>
 
 #include "QuillmarkKit/transfer/TagClipboard.h"
-#include "platform/DesktopClipboard.h"
 #include "platform/FileError.h"
 #include "platform/Pasteboard.h"
 #include "platform/Paths.h"
 #include "platform/base/Strings.h"
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
-#include "quillmark/FieldSelection.h"
-#include "quillmark/Stores.h"
-#include "quillmark/ToolName.h"
+#include "quillmark/Fields.h"
 
 namespace quillmark {
 

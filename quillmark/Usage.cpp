@@ -5,7 +5,7 @@
 #include <utility>
 #include <vector>
 
-#include "quillmark/ToolName.h"
+#include "quillmark/CLIError.h"
 
 namespace quillmark {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "quillmark/Options.h"
+#include "quillmark/Arguments.h"
 
 namespace quillmark {
 

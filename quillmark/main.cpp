@@ -9,15 +9,12 @@
 #include <vector>
 
 #include "platform/Process.h"
-#include "platform/Signals.h"
 #include "platform/StandardStreams.h"
+#include "quillmark/Arguments.h"
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/Console.h"
-#include "quillmark/DefaultOptions.h"
 #include "quillmark/Hints.h"
-#include "quillmark/StrictChecks.h"
-#include "quillmark/ToolName.h"
 #include "quillmark/Usage.h"
 
 namespace quillmark {

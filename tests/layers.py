@@ -17,7 +17,7 @@ ALLOWED = {
     "ID3TagEditor": ["ID3TagEditor/model", "ID3TagEditor/parse", "ID3TagEditor/create"],
     "ID3v2": [],
     "QuillmarkKit/model": [],
-    "QuillmarkKit/store/file": ["QuillmarkKit/model"],
+    "QuillmarkKit/store/file": ["QuillmarkKit/model", "ID3TagEditor/model"],
     "QuillmarkKit/store/engine": [*STORE, "ID3TagEditor", "ID3TagEditor/model", "ID3TagEditor/parse", "ID3v2"],
     "QuillmarkKit/store/standard": [*STORE, "ID3v2"],
     "QuillmarkKit/store": [*STORE, "QuillmarkKit/store/engine", "QuillmarkKit/store/standard", "ID3TagEditor",

@@ -3,6 +3,7 @@
 #include <array>
 #include <cstdint>
 #include <exception>
+#include <filesystem>
 #include <functional>
 
 namespace ID3TagEditor {
@@ -46,3 +47,11 @@ struct std::hash<ID3TagEditor::ID3TagEditorError> {
     return error.value();
   }
 };
+
+namespace ID3TagEditor {
+
+/// Throws `invalidFileFormat` unless the text after the last dot in the last component of the path is "mp3"
+/// in any letter case.
+void requireMp3Extension(const std::filesystem::path& path);
+
+}  // namespace ID3TagEditor

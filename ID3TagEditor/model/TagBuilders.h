@@ -4,7 +4,6 @@
 #include <type_traits>
 #include <utility>
 
-#include "ID3TagEditor/model/ID3Frames.h"
 #include "ID3TagEditor/model/ID3Tag.h"
 
 // One builder for each version. A builder has a setter for each frame that has an identifier in its version,

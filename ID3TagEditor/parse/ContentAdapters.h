@@ -4,9 +4,8 @@
 #include <string_view>
 #include <utility>
 
-#include "ID3TagEditor/model/ID3AttachedPictureFrameConfiguration.h"
-#include "ID3TagEditor/model/ID3FrameConfiguration.h"
-#include "ID3TagEditor/model/ID3Frames.h"
+#include "ID3TagEditor/model/FrameLayouts.h"
+#include "ID3TagEditor/model/ID3Tag.h"
 #include "platform/base/Bytes.h"
 
 // Read structured values from a frame's text or bytes.

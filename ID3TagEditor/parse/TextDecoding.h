@@ -5,7 +5,7 @@
 #include <string>
 #include <string_view>
 
-#include "ID3TagEditor/model/ID3FrameConfiguration.h"
+#include "ID3TagEditor/model/FrameLayouts.h"
 #include "platform/base/Bytes.h"
 
 // Turn the bytes of a frame into text (ID3v2.3.0 §3.3, ID3v2.4.0 structure §4). A `frame` is a whole frame,

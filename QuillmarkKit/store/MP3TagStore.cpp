@@ -2,15 +2,19 @@
 
 #include <exception>
 #include <optional>
+#include <string_view>
 #include <utility>
 
-#include "ID3TagEditor/model/Mp3Extension.h"
-#include "QuillmarkKit/store/TagFileError.h"
-#include "QuillmarkKit/store/file/TagStoreError.h"
-#include "QuillmarkKit/store/standard/BeyondFields.h"
+#include "ID3TagEditor/ID3TagEditor.h"
+#include "ID3TagEditor/model/ID3TagEditorError.h"
+#include "ID3v2/Reading.h"
+#include "QuillmarkKit/store/engine/EngineTag.h"
+#include "QuillmarkKit/store/file/StoreErrors.h"
 #include "QuillmarkKit/store/standard/FileTags.h"
-#include "QuillmarkKit/store/standard/TagLosses.h"
+#include "QuillmarkKit/store/standard/StandardTag.h"
+#include "QuillmarkKit/store/standard/TagNotes.h"
 #include "platform/FileError.h"
+#include "platform/FileHandle.h"
 #include "platform/FileReplacement.h"
 
 namespace QuillmarkKit {
@@ -165,6 +169,40 @@ TagStore::Source MP3TagStore::source(const std::filesystem::path& from, TagField
                 .unrepresentable = tag->unrepresentableValues()};
   if (reportsLosses) addNotes(source, file, *tag, fields);
   return source;
+}
+
+ID3TagEditorStore::ID3TagEditorStore(bool preservesDate)
+    : MP3TagStore([editor = std::make_shared<const ID3TagEditor::ID3TagEditor>()](
+                      MP3File& file) { return std::make_unique<EngineTag>(*editor, file); },
+                  preservesDate) {
+}
+
+LosslessTagStore::LosslessTagStore(bool preservesDate)
+    : MP3TagStore([](MP3File& file) { return std::make_unique<StandardTag>(file); }, preservesDate) {
+}
+
+TagSet LosslessTagStore::accepted(const TagSet& tags, TagFields fields) const {
+  return acceptedTags(tags, fields);
+}
+
+void LosslessTagStore::explainUnsupported(const std::filesystem::path& path) const {
+  constexpr std::size_t searchedSize = 0x10000;
+  const platform::Bytes start = platform::FileHandle::forReading(path).readFirst(searchedSize);
+  const platform::ByteView bytes = start;
+  for (std::size_t at = 0; (at = platform::charactersOf(bytes).find("ID3", at)) != std::string_view::npos;
+       ++at) {
+    if (ID3v2::tagLength(bytes.subspan(at))) throw LosslessError::tagIsNotInFront(path);
+  }
+}
+
+WholeTagStore::WholeTagStore(const std::filesystem::path& source, bool keepsAPETags, bool preservesDate)
+    : WholeTagStore(wholeTag(source), keepsAPETags, preservesDate) {
+}
+
+WholeTagStore::WholeTagStore(platform::SharedBytes tag, bool keepsAPETags, bool preservesDate)
+    : MP3TagStore([tag = std::move(tag), keepsAPETags](
+                      MP3File& file) { return std::make_unique<CopiedTag>(file, tag, keepsAPETags); },
+                  preservesDate) {
 }
 
 }  // namespace QuillmarkKit

@@ -60,4 +60,38 @@ class MP3TagStore : public TagStore {
   TagOpener openTag_;
 };
 
+/// Reads and writes tags with the engine; new tags are ID3v2.3. A write keeps the frames of v2.3 and v2.4
+/// that belong to no field, byte for byte. Also throws ID3FrameError, which names the file.
+class ID3TagEditorStore : public MP3TagStore {
+ public:
+  explicit ID3TagEditorStore(bool preservesDate);
+};
+
+/// Reads and writes tags by the ID3v2 standards. A write changes the frames of the fields that differ, and
+/// keeps the version of the tag and all other frames byte for byte. Tags of v2.2 and new tags are written as
+/// ID3v2.3. If there is no ID3v2 tag, an ID3v1 tag is read. Throws LosslessError if something would be lost.
+class LosslessTagStore : public MP3TagStore {
+ public:
+  explicit LosslessTagStore(bool preservesDate);
+
+  TagSet accepted(const TagSet& tags, TagFields fields) const override;
+
+ protected:
+  /// Throws LosslessError if an ID3v2 tag starts in the first 64 KiB of the file, after other data.
+  void explainUnsupported(const std::filesystem::path& path) const override;
+};
+
+/// Writes the whole ID3v2 tag of another file, byte for byte, whichever fields a change concerns. Reads tags
+/// by the ID3v2 standards.
+class WholeTagStore : public MP3TagStore {
+ public:
+  /// Reads the tag of `source`. Throws the errors of `read`, and LosslessError if there is no ID3v2 tag or a
+  /// part of it is damaged. If `keepsAPETags`, a write throws LosslessError if the new tag would hide an APE
+  /// tag.
+  WholeTagStore(const std::filesystem::path& source, bool keepsAPETags, bool preservesDate);
+
+ private:
+  WholeTagStore(platform::SharedBytes tag, bool keepsAPETags, bool preservesDate);
+};
+
 }  // namespace QuillmarkKit

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <utility>
 
-#include "platform/FileConflict.h"
 #include "platform/FileError.h"
 
 namespace QuillmarkKit {

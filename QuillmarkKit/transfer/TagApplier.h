@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -12,6 +13,14 @@
 #include "QuillmarkKit/model/TagSet.h"
 #include "QuillmarkKit/store/TagStore.h"
 #include "platform/ReplacementRun.h"
+
+namespace QuillmarkKit::QuillmarkNotification {
+
+/// The name of the notification that programs can post after they have changed the tags of files. This
+/// library does not post it.
+inline constexpr std::string_view filesChanged = "org.quillmark.filesChanged";
+
+}  // namespace QuillmarkKit::QuillmarkNotification
 
 namespace QuillmarkKit {
 

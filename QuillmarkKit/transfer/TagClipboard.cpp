@@ -1,6 +1,5 @@
 #include "QuillmarkKit/transfer/TagClipboard.h"
 
-#include "QuillmarkKit/model/JSONDecoding.h"
 #include "QuillmarkKit/model/TagSetJSON.h"
 #include "platform/base/JSON.h"
 #include "platform/base/Strings.h"

@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <span>
 #include <string_view>
 
 #include "platform/base/Bytes.h"
@@ -45,5 +46,20 @@ constexpr std::uint64_t claimedTagSize(ByteView start) {
 inline constexpr std::string_view jpegSignature = "\xFF\xD8\xFF";
 /// The first bytes of every PNG file.
 inline constexpr std::string_view pngSignature{"\x89PNG\r\n\x1A\n"};
+
+/// The bytes at an offset by which a file of some format is recognised.
+struct Signature {
+  std::size_t offset;
+  std::string_view bytes;
+  std::string_view format;
+};
+
+/// Returns the format of the first signature that the start of a file has, or an empty text.
+constexpr std::string_view formatBySignature(std::string_view start, std::span<const Signature> signatures) {
+  for (const auto& [offset, bytes, format] : signatures) {
+    if (start.size() >= offset && start.substr(offset).starts_with(bytes)) return format;
+  }
+  return {};
+}
 
 }  // namespace platform

@@ -191,8 +191,9 @@ Value parse(std::string_view document, RepeatedNames repeatedNames) {
 std::string placeOf(std::span<const std::string_view> names) {
   std::string place;
   for (const std::string_view name : names) {
-    const std::string quoted = "\"" + Strings::visible(name) + "\"";
-    place = place.empty() ? quoted : quoted + " of " + place;
+    std::string quoted = "\"" + Strings::visible(name) + "\"";
+    if (!place.empty()) quoted.append(" of ").append(place);
+    place = std::move(quoted);
   }
   return place;
 }

@@ -10,7 +10,6 @@
 #include <climits>
 
 #include "platform/base/Strings.h"
-#include "platform/posix/FolderStream.h"
 
 namespace platform::SystemFiles {
 

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <span>
 
-#include "platform/Descriptor.h"
+#include "platform/FileHandle.h"
 
 /// Operations on the page cache that each system does in its own way.
 namespace platform::CachedReading {

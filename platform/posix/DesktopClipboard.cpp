@@ -1,5 +1,3 @@
-#include "platform/DesktopClipboard.h"
-
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -12,18 +10,42 @@
 #include <csignal>
 #include <filesystem>
 #include <optional>
+#include <span>
 #include <system_error>
 
-#include "platform/Descriptor.h"
+#include "platform/FileHandle.h"
+#include "platform/Pasteboard.h"
 #include "platform/Process.h"
 #include "platform/base/Strings.h"
-#include "platform/posix/DesktopPrograms.h"
 
-extern char** environ;
+// Not every system declares it.
+extern char** environ;  // NOLINT(readability-redundant-declaration)
 
 namespace platform {
 
 namespace {
+
+/// A program that puts its standard input on the clipboard of a desktop.
+struct DesktopProgram {
+  /// The environment variable that is set if there is a desktop of the program's kind; nullptr if there
+  /// always is.
+  const char* display;
+  /// The command line, which ends with a null pointer.
+  std::array<const char*, 5> words;
+};
+
+/// The programs in the order in which they are to be tried.
+constexpr auto desktopPrograms = std::to_array<DesktopProgram>({
+#ifdef __APPLE__
+    // Without a locale that says otherwise, pbcopy takes its input for Mac OS Roman.
+    {.display = nullptr, .words = {"env", "LC_ALL=en_US.UTF-8", "pbcopy"}},
+#else
+    // If the type is given, the program does not guess it from the text.
+    {.display = "WAYLAND_DISPLAY", .words = {"wl-copy", "--type", "text/plain"}},
+    {.display = "DISPLAY", .words = {"xclip", "-selection", "clipboard", "-in"}},
+    {.display = "DISPLAY", .words = {"xsel", "--clipboard", "--input"}},
+#endif
+});
 
 using std::chrono::steady_clock;
 
@@ -120,7 +142,7 @@ bool takes(const DesktopProgram& program, std::string_view text) {
 void putOnDesktopClipboard(std::string_view text) {
   // If the parent process made this one ignore SIGCHLD, `waitpid` would not return the status of a program.
   std::signal(SIGCHLD, SIG_DFL);
-  for (const DesktopProgram& program : desktopPrograms()) {
+  for (const DesktopProgram& program : desktopPrograms) {
     const bool hasDesktop = program.display == nullptr || isSet(program.display);
     if (hasDesktop && takes(program, text)) return;
   }

@@ -4,9 +4,44 @@
 #include <sys/types.h>
 
 #include <cstddef>
+#include <ctime>
 #include <string_view>
 
 #include "platform/FileHandle.h"
+
+namespace platform {
+
+// The members of `stat` that hold times have different names on Linux and on macOS.
+
+template <class Status>
+timespec accessTime(const Status& status) {
+  if constexpr (requires { status.st_atim; }) {
+    return status.st_atim;
+  } else {
+    return status.st_atimespec;
+  }
+}
+
+template <class Status>
+timespec modificationTime(const Status& status) {
+  if constexpr (requires { status.st_mtim; }) {
+    return status.st_mtim;
+  } else {
+    return status.st_mtimespec;
+  }
+}
+
+/// Returns the time of the last change of attributes or contents.
+template <class Status>
+timespec changeTime(const Status& status) {
+  if constexpr (requires { status.st_ctim; }) {
+    return status.st_ctim;
+  } else {
+    return status.st_ctimespec;
+  }
+}
+
+}  // namespace platform
 
 /// Attributes of a file besides mode, owner and dates, which each system has in its own way. The functions
 /// for extended attributes take and return what the system calls of Linux do: they fail with ERANGE if the
@@ -30,3 +65,16 @@ bool isOfUser(std::string_view name);
 void copyFurther(const FileHandle& original, const FileHandle& replacement);
 
 }  // namespace platform::FileAttributes
+
+namespace platform {
+
+/// For each of a file's IDs, whether it is the real one. In a user namespace, the system shows one and the
+/// same ID for all IDs that have no counterpart there.
+struct KnownIDs {
+  bool owner;
+  bool group;
+};
+
+KnownIDs knownIDs(const struct stat& file);
+
+}  // namespace platform

@@ -8,7 +8,6 @@
 #include <string_view>
 #include <utility>
 
-#include "platform/FileConflict.h"
 #include "platform/FileError.h"
 #include "platform/posix/SystemFiles.h"
 

@@ -4,12 +4,30 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <string_view>
 #include <utility>
 
 #include "platform/FileError.h"
-#include "platform/FileManager.h"
+#include "platform/Paths.h"
 #include "platform/base/Strings.h"
-#include "platform/posix/FolderStream.h"
+#include "platform/posix/SystemFiles.h"
+
+namespace platform {
+
+std::optional<bool> isEmptyFolder(int folder) {
+  const FolderStream stream = streamOf(
+      Descriptor(retrying([&] { return ::openat(folder, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC); })));
+  if (!stream) return std::nullopt;
+  for (;;) {
+    errno = 0;
+    const dirent* entry = ::readdir(stream.get());
+    if (entry == nullptr) return errno == 0 ? std::optional(true) : std::nullopt;
+    const std::string_view name = entry->d_name;
+    if (name != "." && name != "..") return false;
+  }
+}
+
+}  // namespace platform
 
 namespace platform::FileManager {
 

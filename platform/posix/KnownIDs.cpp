@@ -1,4 +1,4 @@
-#include "platform/posix/KnownIDs.h"
+#include "platform/posix/FileAttributes.h"
 
 namespace platform {
 

@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <system_error>
 
-#include "platform/Descriptor.h"
+#include "platform/FileHandle.h"
 #include "platform/base/Formats.h"
 #include "platform/posix/CachedReading.h"
 

@@ -9,6 +9,7 @@
 #include <optional>
 #include <system_error>
 
+#include "platform/FileError.h"
 #include "platform/base/Strings.h"
 
 namespace platform {
@@ -73,3 +74,14 @@ std::filesystem::path fileLocation(std::string_view word) {
 }
 
 }  // namespace platform
+
+namespace platform::FileManager {
+
+void createDirectoriesAbove(const std::filesystem::path& file) {
+  if (!file.has_parent_path()) return;
+  std::error_code failure;
+  std::filesystem::create_directories(file.parent_path(), failure);
+  if (failure) throw FileError(file, FileError::notWritten, failure.value());
+}
+
+}  // namespace platform::FileManager

@@ -1,11 +1,20 @@
 #include "platform/StandardStreams.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <sys/ioctl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <initializer_list>
+#include <optional>
+#include <utility>
+
+#include "platform/FileError.h"
+#include "platform/FileHandle.h"
+#include "platform/FileReplacement.h"
 
 namespace platform {
 
@@ -70,6 +79,98 @@ void occupyMissingStreams() {
 void writeToStandardError(std::string_view text) {
   // An error here cannot be reported anywhere.
   static_cast<void>(writeAll(STDERR_FILENO, text));
+}
+
+}  // namespace platform
+
+namespace platform::Input {
+
+namespace {
+
+constexpr std::size_t pieceSize = 0x10000;
+constexpr int forever = -1;
+// In milliseconds. The other end of a named pipe may be about to be opened.
+constexpr int moment = 1000;
+
+/// Waits until there is something to read. Returns false after the time given, or if nothing will come.
+bool waitFor(int descriptor, int milliseconds) {
+  struct pollfd waiting {
+    .fd = descriptor, .events = POLLIN, .revents = 0
+  };
+  int count = ::poll(&waiting, 1, milliseconds);
+  while (count == -1 && errno == EINTR) count = ::poll(&waiting, 1, milliseconds);
+  return count == 1 && (waiting.revents & POLLIN) != 0;
+}
+
+void readOnto(Bytes& bytes, const std::filesystem::path& name, int descriptor, std::uint64_t limit) {
+  bool mayWaitForWriter = true;
+  while (bytes.size() < limit) {
+    const std::size_t before = bytes.size();
+    bytes.resize(before + static_cast<std::size_t>(std::min<std::uint64_t>(pieceSize, limit - before)));
+    const ssize_t count = ::read(descriptor, bytes.data() + before, bytes.size() - before);
+    const int failure = errno;
+    bytes.resize(before + static_cast<std::size_t>(std::max<ssize_t>(count, 0)));
+    if (count > 0 || (count == -1 && failure == EINTR)) continue;
+    if (count == -1 && failure != EAGAIN) throw FileError(name, FileError::notRead, failure);
+    // A pipe that has no writer yet reads like one that has ended.
+    const bool hasEnded = count == 0;
+    if (hasEnded && !(before == 0 && mayWaitForWriter && waitFor(descriptor, moment))) return;
+    if (!hasEnded) waitFor(descriptor, forever);
+    mayWaitForWriter = false;
+  }
+}
+
+}  // namespace
+
+Bytes contents(const std::filesystem::path& file, std::uint64_t limit) {
+  const int descriptor = ::open(file.c_str(), O_RDONLY | O_NOCTTY | O_NONBLOCK | O_CLOEXEC);
+  if (descriptor == -1) throw FileError(file, FileError::notRead, errno);
+  const FileHandle handle(file, descriptor);
+  const struct stat& attributes = handle.attributes();
+  if (S_ISDIR(attributes.st_mode)) throw FileError(file, FileError::notRead, "it is a folder");
+  if (!S_ISREG(attributes.st_mode) && !S_ISFIFO(attributes.st_mode)) {
+    throw FileError(file, FileError::notRead, "it is neither a file nor a pipe");
+  }
+  Bytes bytes;
+  bytes.reserve(static_cast<std::size_t>(std::min(handle.size(), limit)));
+  readOnto(bytes, file, descriptor, limit);
+  return bytes;
+}
+
+Bytes contentsOfStandardInput(std::uint64_t limit) {
+  Bytes bytes;
+  readOnto(bytes, "standard input", STDIN_FILENO, limit);
+  return bytes;
+}
+
+}  // namespace platform::Input
+
+namespace platform {
+
+namespace {
+
+/// Opens the regular file of that name. Returns nothing if it does not exist. Throws FileError if something
+/// else has the name.
+std::optional<FileHandle> openTarget(const std::filesystem::path& file) {
+  constexpr int flags = O_RDONLY | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC;
+  const int descriptor = retrying([&] { return ::open(file.c_str(), flags); });
+  if (descriptor == -1 && errno == ENOENT) return std::nullopt;
+  if (descriptor == -1 && errno == ELOOP) {
+    throw FileError(file, FileError::notWritten, "it is a symbolic link");
+  }
+  FileHandle handle(file, descriptor);
+  const mode_t mode = handle.attributes().st_mode;
+  if (S_ISDIR(mode)) throw FileError(file, FileError::notWritten, "it is a folder");
+  if (!S_ISREG(mode)) throw FileError(file, FileError::notWritten, "it is not a regular file");
+  return handle;
+}
+
+}  // namespace
+
+void replaceContents(const std::filesystem::path& file, ByteView contents) {
+  FileReplacement replacement(file, openTarget(file));
+  replacement.file().write(contents);
+  replacement.commit();
 }
 
 }  // namespace platform

@@ -5,8 +5,6 @@
 
 #include <cerrno>
 
-#include "platform/posix/FolderStream.h"
-
 namespace platform::SystemFiles {
 
 std::optional<std::filesystem::path> pathOf(const FileHandle&) {

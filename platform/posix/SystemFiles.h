@@ -1,12 +1,34 @@
 #pragma once
 
+#include <dirent.h>
+
 #include <cstdint>
 #include <filesystem>
+#include <memory>
 #include <optional>
 #include <string>
 
-#include "platform/Descriptor.h"
 #include "platform/FileHandle.h"
+
+namespace platform {
+
+struct CloseFolder {
+  void operator()(DIR* folder) const { ::closedir(folder); }
+};
+/// A folder that is open for reading its names.
+using FolderStream = std::unique_ptr<DIR, CloseFolder>;
+
+/// Returns a stream for the open folder, or nothing, with the reason in errno.
+inline FolderStream streamOf(Descriptor folder) {
+  DIR* stream = folder ? ::fdopendir(folder.get()) : nullptr;
+  if (stream != nullptr) folder.release();
+  return FolderStream(stream);
+}
+
+/// Returns whether the open folder is empty, or nothing, with the reason in errno, if it cannot be read.
+std::optional<bool> isEmptyFolder(int folder);
+
+}  // namespace platform
 
 /// Operations on files and folders that each system does in its own way. If a system has no such operation,
 /// the plain version fails or returns nothing, and the caller uses another way. Failures leave the reason in

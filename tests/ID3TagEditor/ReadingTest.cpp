@@ -1,4 +1,4 @@
-#include "ID3TagEditor/model/FrameKinds.h"
+#include "ID3TagEditor/model/FrameTables.h"
 #include "tests/ID3TagEditor/Engine.h"
 
 namespace tests {

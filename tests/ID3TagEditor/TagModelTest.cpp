@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <set>
 
-#include "ID3TagEditor/model/FrameKinds.h"
+#include "ID3TagEditor/model/FrameTables.h"
 #include "ID3v2/Identifiers.h"
 #include "tests/ID3TagEditor/Engine.h"
 

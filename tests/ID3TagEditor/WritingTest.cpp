@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <set>
 
-#include "ID3TagEditor/create/Mp3WithID3TagBuilder.h"
+#include "ID3TagEditor/create/MP3Writing.h"
 #include "tests/ID3TagEditor/Engine.h"
 
 namespace tests {

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "QuillmarkKit/store/engine/ID3FrameError.h"
-#include "QuillmarkKit/store/engine/ID3Frames.h"
+#include "QuillmarkKit/store/engine/RawFrames.h"
+#include "QuillmarkKit/store/file/StoreErrors.h"
 #include "tests/Files.h"
 #include "tests/Samples.h"
 

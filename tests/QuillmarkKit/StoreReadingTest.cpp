@@ -1,6 +1,6 @@
 #include <gtest/gtest.h>
 
-#include "QuillmarkKit/store/ID3TagEditorStore.h"
+#include "QuillmarkKit/store/MP3TagStore.h"
 #include "tests/Files.h"
 #include "tests/Samples.h"
 

@@ -1,7 +1,7 @@
 #include <gtest/gtest.h>
 
-#include "QuillmarkKit/store/ID3TagEditorStore.h"
-#include "QuillmarkKit/store/engine/ID3Frames.h"
+#include "QuillmarkKit/store/MP3TagStore.h"
+#include "QuillmarkKit/store/engine/RawFrames.h"
 #include "tests/Files.h"
 #include "tests/Samples.h"
 

@@ -4,7 +4,7 @@
 
 #include <type_traits>
 
-#include "QuillmarkKit/store/ID3TagEditorStore.h"
+#include "QuillmarkKit/store/MP3TagStore.h"
 #include "QuillmarkKit/transfer/TagClipboard.h"
 #include "tests/Files.h"
 #include "tests/Samples.h"

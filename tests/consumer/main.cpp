@@ -3,8 +3,7 @@
 #include <thread>
 
 #include "ID3TagEditor/ID3TagEditor.h"
-#include "QuillmarkKit/store/ID3TagEditorStore.h"
-#include "QuillmarkKit/store/LosslessTagStore.h"
+#include "QuillmarkKit/store/MP3TagStore.h"
 #include "QuillmarkKit/transfer/TagApplier.h"
 
 using namespace QuillmarkKit;

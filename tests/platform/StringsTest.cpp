@@ -11,6 +11,7 @@ TEST(Text, ShowsControlCharactersVisibly) {
   EXPECT_EQ(visible("é\u20AC😀 \\ \u200D\u2069\u061C"), "é\u20AC😀 \\ \u200D\\u2069\\u061c");
   EXPECT_EQ(visible("\x1B[2J\x7F\u0085\u009B\u202E\n\t\xFF\xE2\x80z"),
             "\\x1b[2J\\x7f\\u0085\\u009b\\u202e\\x0a\\x09\\xff\\xe2\\x80z");
+  // NOLINTNEXTLINE(misc-misleading-bidirectional)
   EXPECT_EQ(visible("\x1F ~\u009F\u00A0\u061B\u061D\u200E\u200F\u2010\u2029\u202A\u202F\u2065\u2066\u206A"),
             "\\x1f ~\\u009f\u00A0\u061B\u061D\\u200e\\u200f\u2010\u2029\\u202a\u202F\u2065\\u2066\u206A");
   // A wide character takes two columns, and a combining character takes none.

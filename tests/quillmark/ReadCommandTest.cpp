@@ -127,7 +127,7 @@ TEST_F(ReadCommandTest, PrintsTheSelectedFieldsAndTables) {
   struct Row {
     std::vector<std::string> arguments;
     std::string output;
-    std::string error = "";
+    std::string error = {};
     int status = 0;
   };
   for (const Row& row : std::vector<Row>{

@@ -3,8 +3,21 @@
 #include <cstdint>
 #include <optional>
 
+#include "ID3TagEditor/model/ID3Tag.h"
+#include "QuillmarkKit/model/TagSet.h"
 #include "QuillmarkKit/store/file/MP3File.h"
 #include "QuillmarkKit/store/file/OpenTag.h"
+
+namespace QuillmarkKit {
+
+/// Returns the fields of the tag, normalised: one comment, one lyrics text and one picture, the front cover
+/// if there is one.
+TagSet tagSetFrom(const ID3TagEditor::ID3Tag& tag);
+
+/// Returns an ID3v2.3 tag with the fields. Omits a total without its number, which no frame can contain.
+ID3TagEditor::ID3Tag makeTag(const TagSet& from);
+
+}  // namespace QuillmarkKit
 
 namespace ID3TagEditor {
 class ID3TagEditor;

@@ -4,8 +4,7 @@
 #include <array>
 #include <string_view>
 
-#include "QuillmarkKit/store/file/TagStoreError.h"
-#include "platform/FileConflict.h"
+#include "QuillmarkKit/store/file/StoreErrors.h"
 #include "platform/FileError.h"
 #include "platform/base/Formats.h"
 
@@ -72,12 +71,7 @@ bool looksLikeMP3(platform::ByteView data) {
 }
 
 std::optional<std::string> describeFormat(platform::ByteView data) {
-  struct Signature {
-    std::size_t offset;
-    std::string_view text;
-    std::string_view format;
-  };
-  static constexpr std::array signatures = std::to_array<Signature>({
+  static constexpr std::array signatures = std::to_array<platform::Signature>({
       {4, "ftypM4A", "M4A"},
       {4, "ftyp", "MPEG-4"},
       {0, "fLaC", "FLAC"},
@@ -86,10 +80,8 @@ std::optional<std::string> describeFormat(platform::ByteView data) {
       {0, "FORM", "AIFF"},
       {0, "wvpk", "WavPack"},
   });
-  for (const auto& [offset, text, format] : signatures) {
-    if (hasAt(data, offset, text)) return std::string(format);
-  }
-  return std::nullopt;
+  const std::string_view format = platform::formatBySignature(platform::charactersOf(data), signatures);
+  return format.empty() ? std::nullopt : std::optional<std::string>(format);
 }
 
 }  // namespace QuillmarkKit

@@ -3,8 +3,8 @@
 #include <cstdint>
 #include <string>
 
+#include "QuillmarkKit/model/TagField.h"
 #include "QuillmarkKit/model/TagSet.h"
-#include "QuillmarkKit/model/UnrepresentableValues.h"
 #include "platform/base/Bytes.h"
 
 namespace QuillmarkKit {

@@ -1,4 +1,4 @@
-#include "QuillmarkKit/store/standard/BeyondFields.h"
+#include "QuillmarkKit/store/standard/TagNotes.h"
 
 #include <algorithm>
 #include <string_view>
@@ -9,7 +9,6 @@
 
 #include "QuillmarkKit/store/file/FieldFrames.h"
 #include "QuillmarkKit/store/standard/LosslessConversion.h"
-#include "QuillmarkKit/store/standard/TagDescriptions.h"
 #include "QuillmarkKit/store/standard/TagTexts.h"
 
 namespace QuillmarkKit {

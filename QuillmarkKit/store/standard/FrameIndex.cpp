@@ -3,7 +3,6 @@
 #include <functional>
 #include <string_view>
 
-#include "QuillmarkKit/store/standard/PlainValues.h"
 #include "QuillmarkKit/store/standard/TagTexts.h"
 
 namespace QuillmarkKit {

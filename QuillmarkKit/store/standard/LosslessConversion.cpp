@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "QuillmarkKit/store/file/FieldFrames.h"
-#include "QuillmarkKit/store/standard/TagDescriptions.h"
+#include "QuillmarkKit/store/standard/TagNotes.h"
 #include "QuillmarkKit/store/standard/TagTexts.h"
 #include "platform/base/Strings.h"
 

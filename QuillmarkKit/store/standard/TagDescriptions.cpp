@@ -1,4 +1,4 @@
-#include "QuillmarkKit/store/standard/TagDescriptions.h"
+#include "QuillmarkKit/store/standard/TagNotes.h"
 
 #include <algorithm>
 #include <array>

@@ -1,4 +1,4 @@
-#include "QuillmarkKit/store/standard/TagLosses.h"
+#include "QuillmarkKit/store/standard/TagNotes.h"
 
 #include <algorithm>
 #include <array>
@@ -12,8 +12,6 @@
 #include "QuillmarkKit/store/file/FieldFrames.h"
 #include "QuillmarkKit/store/standard/FrameIndex.h"
 #include "QuillmarkKit/store/standard/LosslessConversion.h"
-#include "QuillmarkKit/store/standard/PlainValues.h"
-#include "QuillmarkKit/store/standard/TagDescriptions.h"
 #include "QuillmarkKit/store/standard/TagTexts.h"
 #include "platform/base/Strings.h"
 

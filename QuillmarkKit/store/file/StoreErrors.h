@@ -1,0 +1,116 @@
+#pragma once
+
+#include <cstdint>
+#include <exception>
+#include <filesystem>
+#include <optional>
+#include <string>
+
+#include "ID3TagEditor/model/ID3TagEditorError.h"
+
+namespace QuillmarkKit {
+
+/// An error about a file whose tags cannot be read or written.
+class TagStoreError : public std::exception {
+ public:
+  enum class Case : std::uint8_t { unsupportedFileType, fileNotReadable };
+
+  /// Returns the error for a file that does not start like an MP3. `detected` is the name of the format that
+  /// it starts like, if known.
+  static TagStoreError unsupportedFileType(const std::filesystem::path& url,
+                                           std::optional<std::string> detected);
+  /// Returns the error for a file that could not be opened.
+  static TagStoreError fileNotReadable(const std::filesystem::path& url);
+
+  Case value() const { return case_; }
+  const std::filesystem::path& url() const { return url_; }
+  const std::optional<std::string>& detected() const { return detected_; }
+  const char* what() const noexcept override { return description_.c_str(); }
+
+  friend bool operator==(const TagStoreError& a, const TagStoreError& b) {
+    return a.case_ == b.case_ && a.url_ == b.url_ && a.detected_ == b.detected_;
+  }
+
+ private:
+  TagStoreError(Case value, std::filesystem::path url, std::optional<std::string> detected);
+
+  Case case_;
+  std::filesystem::path url_;
+  std::optional<std::string> detected_;
+  std::string description_;
+};
+
+/// An error of the engine about a file. The message is one line that names the file.
+class TagFileError : public ID3TagEditor::ID3TagEditorError {
+ public:
+  /// `size` is the size of the file in bytes.
+  TagFileError(const ID3TagEditorError& error, const std::filesystem::path& url, std::uint64_t size);
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  std::string description_;
+};
+
+/// An error about a file whose raw frames cannot be rewritten.
+class ID3FrameError : public std::exception {
+ public:
+  enum class Case : std::uint8_t {
+    /// The file should have a tag at this point, but contains none that can be parsed.
+    unreadableTag,
+    /// The frames do not fit into one tag.
+    tagTooBig,
+  };
+
+  ID3FrameError(Case value, std::filesystem::path url);
+
+  Case value() const { return case_; }
+  const std::filesystem::path& url() const { return url_; }
+  const char* what() const noexcept override { return description_.c_str(); }
+
+  friend bool operator==(const ID3FrameError& a, const ID3FrameError& b) {
+    return a.case_ == b.case_ && a.url_ == b.url_;
+  }
+
+ private:
+  Case case_;
+  std::filesystem::path url_;
+  std::string description_;
+};
+
+/// The message, after the file's name, of all errors about a tag that is too big.
+inline constexpr const char* tagTooBigDescription =
+    ": its tag would be larger than 256 MiB, more than an ID3 tag can hold.";
+
+/// Thrown by --lossless and --whole-tag if something would be lost or cannot be read or written.
+class LosslessError : public std::exception {
+ public:
+  /// Returns the error for a file that would lose `what` in a write.
+  static LosslessError cannotKeep(const std::filesystem::path& url, const std::string& what);
+  /// Returns the error for a file whose APE tag a new ID3v2 tag would hide from players.
+  static LosslessError hidesAPETag(const std::filesystem::path& url);
+  /// Returns the error for a file with other data before its ID3v2 tag.
+  static LosslessError tagIsNotInFront(const std::filesystem::path& url);
+  /// Returns the error for a source with an unreadable part, `what`, that may contain one of the fields to
+  /// write.
+  static LosslessError cannotRead(const std::filesystem::path& url, const std::string& what);
+  /// Returns the error for a value of a source, `what`, that cannot be written into other files. `expected`
+  /// is the kind of value that the field takes.
+  static LosslessError cannotCarry(const std::filesystem::path& url, const std::string& what,
+                                   std::string_view expected);
+  /// Returns the error for a source whose tag cannot be copied whole. `what` is a clause with the reason.
+  static LosslessError cannotCopyTag(const std::filesystem::path& url, const std::string& what);
+  /// For a target whose tag contains data that may be audio.
+  static LosslessError cannotReplaceTag(const std::filesystem::path& url, const std::string& what);
+  /// Returns the error for a given value, `what`, that no tag can contain. `expected` is the kind of value
+  /// that the field takes.
+  static LosslessError cannotWrite(const std::string& what, std::string_view expected);
+
+  const char* what() const noexcept override { return description_.c_str(); }
+
+ private:
+  explicit LosslessError(std::string description) : description_(std::move(description)) {}
+
+  std::string description_;
+};
+
+}  // namespace QuillmarkKit
