@@ -32,8 +32,7 @@ TagSet lastingTags(const ID3TagEditor::ID3Tag& tag) {
 /// Returns a tag of the frames that no tag set contains, made by `ID3Frames::tagData`.
 platform::Bytes tagOfUnmanagedFrames(const SharedBytes& contents) {
   auto tag = ID3Frames::parse(contents).value_or(ID3Frames::ParsedTag());
-  std::erase_if(tag.frames,
-                [](const QuillmarkKit::ID3Frame& frame) { return ID3Frames::isManaged(frame.id); });
+  std::erase_if(tag.frames, [](const QuillmarkKit::ID3Frame& frame) { return isFieldFrame(frame.id); });
   return ID3Frames::tagData(tag.frames, 0, "input.mp3");
 }
 

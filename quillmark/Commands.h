@@ -22,13 +22,12 @@ namespace quillmark {
 struct WriteRun {
   FileList files;
   std::unique_ptr<const QuillmarkKit::TagStore> store;
-  QuillmarkKit::TagSet tags;
-  QuillmarkKit::TagFields selection;
+  QuillmarkKit::TagChange change;
   RunOptions options;
   /// Names the origin of the values in a note about fields that are removed because it does not have them;
   /// empty if no note is needed.
   std::string source = {};
-  /// The change of each file, instead of `tags` and `selection`; empty if all files get the same values.
+  /// The change of each file, instead of `change`; empty if all files get the same values.
   std::vector<QuillmarkKit::FileChange> changes = {};
 };
 
@@ -39,9 +38,8 @@ int writeInto(const WriteRun& run, Console& console);
 /// Returns the store that the options choose.
 std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(const Arguments& arguments);
 
-/// Returns a store that gives files the whole tag of `source`. Throws as the store does.
-std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments,
-                                                            const std::filesystem::path& source);
+/// Returns the store that replaces whole tags.
+std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments);
 
 struct SourceOptions {
   /// Whether values that no field can hold are part of the result instead of an error.
@@ -50,9 +48,8 @@ struct SourceOptions {
 
 /// Reads the tags of `from` to write `fields` of them into other files, and prints a note about values that
 /// are read otherwise than they were meant. Throws as the store does.
-QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
-                                          const std::filesystem::path& from, QuillmarkKit::TagFields fields,
-                                          Console& console, SourceOptions options = {});
+QuillmarkKit::Source readSource(const QuillmarkKit::MP3TagStore& store, const std::filesystem::path& from,
+                                QuillmarkKit::TagFields fields, Console& console, SourceOptions options = {});
 
 // The commands. An exception that they throw means status 1.
 

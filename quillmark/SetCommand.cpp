@@ -55,7 +55,7 @@ void requireDifferentFiles(const std::vector<FileChange>& changes) {
 }
 
 /// Replaces the tags by the form in which the store returns them after they are written.
-void accept(std::vector<FileChange>& changes, const QuillmarkKit::TagStore& store) {
+void accept(std::vector<FileChange>& changes, const QuillmarkKit::MP3TagStore& store) {
   for (FileChange& change : changes) {
     try {
       change.tags = store.accepted(change.tags, change.selected);
@@ -68,7 +68,7 @@ void accept(std::vector<FileChange>& changes, const QuillmarkKit::TagStore& stor
 }
 
 std::vector<FileChange> changesIn(const std::filesystem::path& file, bool isStandardInput,
-                                  const QuillmarkKit::TagStore& store) {
+                                  const QuillmarkKit::MP3TagStore& store) {
   // An endless input is cut here.
   constexpr std::uint64_t limit = std::uint64_t{1} << 30;
   const platform::Bytes document = isStandardInput ? platform::Input::contentsOfStandardInput(limit)
@@ -106,8 +106,7 @@ WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments) 
   FileList files = filesOf(changes);
   return {.files = std::move(files),
           .store = std::move(store),
-          .tags = {},
-          .selection = {},
+          .change = {},
           .options = RunOptions(arguments),
           .changes = std::move(changes)};
 }
@@ -177,8 +176,7 @@ WriteRun prepareSet(const Arguments& arguments, Console&) {
   tags = store->accepted(tags, selection);
   return {.files = std::move(files),
           .store = std::move(store),
-          .tags = std::move(tags),
-          .selection = selection,
+          .change = {.tags = std::move(tags), .selected = selection},
           .options = RunOptions(arguments)};
 }
 

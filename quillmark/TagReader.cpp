@@ -65,9 +65,9 @@ TagSet TagReader::read(const std::filesystem::path& file) {
 
 TagSet TagReader::readWithNotes(const std::filesystem::path& file) {
   auto source = store_->readWithNotes(file);
-  if (!source.losses.empty()) {
+  if (!source.notes.misread.empty()) {
     console_.flush();
-    console_.printNote(platform::lastPathComponent(file) + ": " + source.losses);
+    console_.printNote(platform::lastPathComponent(file) + ": " + source.notes.misread);
   }
   return std::move(source.tags);
 }

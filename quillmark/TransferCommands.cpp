@@ -87,8 +87,7 @@ WriteRun preparePaste(const Arguments& arguments, Console&) {
   }
   return {.files = std::move(files),
           .store = std::move(store),
-          .tags = std::move(*tags),
-          .selection = selection,
+          .change = {.tags = std::move(*tags), .selected = selection},
           .options = RunOptions(arguments),
           .source = "The clipboard"};
 }
@@ -99,12 +98,11 @@ WriteRun prepareWholeTag(const Arguments& arguments, const std::filesystem::path
   if (arguments.has(options::all) || arguments.value(options::fields))
     throw CLIError("--whole-tag takes the whole tag, without --all and --fields.");
   FileList files(arguments);
-  auto store = wholeTagStore(arguments, source);
-  TagSet tags = store->read(source);
+  QuillmarkKit::TagChange change = QuillmarkKit::WholeTagStore::changeTo(source);
+  change.mayHideAPETag = !arguments.has(options::lossless);
   return {.files = std::move(files),
-          .store = std::move(store),
-          .tags = std::move(tags),
-          .selection = TagFields::all,
+          .store = wholeTagStore(arguments),
+          .change = std::move(change),
           .options = RunOptions(arguments)};
 }
 
@@ -120,14 +118,13 @@ WriteRun prepareApply(const Arguments& arguments, Console& console) {
   const QuillmarkKit::TagFields selection = fieldMask(arguments);
   auto read = readSource(*store, source, selection, console);
   const std::string name = platform::lastPathComponent(source);
-  if (selection == TagFields::all && !read.beyondFields.empty()) {
-    console.printNote(name + ": not carried, as no field holds them: " + read.beyondFields +
+  if (selection == TagFields::all && !read.notes.beyondFields.empty()) {
+    console.printNote(name + ": not carried, as no field holds them: " + read.notes.beyondFields +
                       ". --whole-tag takes them.");
   }
   return {.files = std::move(files),
           .store = std::move(store),
-          .tags = std::move(read.tags),
-          .selection = selection,
+          .change = {.tags = std::move(read.tags), .selected = selection},
           .options = RunOptions(arguments),
           .source = name};
 }

@@ -25,19 +25,17 @@ std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(const Arguments& argum
   return store;
 }
 
-std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments,
-                                                            const std::filesystem::path& source) {
-  auto store =
-      std::make_unique<QuillmarkKit::WholeTagStore>(source, arguments.has(options::lossless), preservesDate);
+std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments) {
+  auto store = std::make_unique<QuillmarkKit::WholeTagStore>(preservesDate);
   store->keepsBackup = arguments.has(options::backup);
   return store;
 }
 
-QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
-                                          const std::filesystem::path& from, QuillmarkKit::TagFields fields,
-                                          Console& console, SourceOptions options) {
+QuillmarkKit::Source readSource(const QuillmarkKit::MP3TagStore& store, const std::filesystem::path& from,
+                                QuillmarkKit::TagFields fields, Console& console, SourceOptions options) {
   auto source = store.source(from, fields, console.wantsNotes(), options.acceptsUnrepresentable);
-  if (!source.losses.empty()) console.printNote(platform::lastPathComponent(from) + ": " + source.losses);
+  if (!source.notes.misread.empty())
+    console.printNote(platform::lastPathComponent(from) + ": " + source.notes.misread);
   return source;
 }
 
@@ -54,11 +52,12 @@ int writeInto(const WriteRun& run, Console& console) {
     readAhead.advanceTo(reached);
     const std::filesystem::path file = run.files.location(reached);
     progress.next(file);
-    const bool hasOwn = !run.changes.empty();
-    const QuillmarkKit::TagSet& tags = hasOwn ? run.changes[reached].tags : run.tags;
-    const QuillmarkKit::TagFields selection = hasOwn ? run.changes[reached].selected : run.selection;
-    report.add(applier.applyToOne(tags, file, selection, run.options.dryRun, replacements),
-               run.files.name(reached));
+    QuillmarkKit::TagChange own;
+    if (!run.changes.empty())
+      own = {.tags = run.changes[reached].tags, .selected = run.changes[reached].selected};
+    report.add(
+        applier.applyToOne(run.changes.empty() ? run.change : own, file, run.options.dryRun, replacements),
+        run.files.name(reached));
   }
   report.synchronise(replacements);
   return report.finish(run.files.size() - reached);

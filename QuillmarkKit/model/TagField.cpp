@@ -14,35 +14,37 @@ struct FieldRow {
   std::string_view rawValue;
   std::string_view cliName;
   std::string_view displayName;
+  std::string_view frame;
   TextMember text = nullptr;
   NumberMember number = nullptr;
 };
 
 constexpr std::array<FieldRow, tagFieldCount> table{{
-    {TagField::title, "title", "title", "Title", &TagSet::title},
-    {TagField::artist, "artist", "artist", "Artist", &TagSet::artist},
-    {TagField::album, "album", "album", "Album", &TagSet::album},
-    {TagField::albumArtist, "albumArtist", "album-artist", "Album Artist", &TagSet::albumArtist},
-    {TagField::composer, "composer", "composer", "Composer", &TagSet::composer},
-    {TagField::conductor, "conductor", "conductor", "Conductor", &TagSet::conductor},
-    {TagField::grouping, "grouping", "grouping", "Grouping", &TagSet::grouping},
-    {TagField::publisher, "publisher", "publisher", "Publisher", &TagSet::publisher},
-    {TagField::copyright, "copyright", "copyright", "Copyright", &TagSet::copyright},
-    {TagField::lyricist, "lyricist", "lyricist", "Lyricist", &TagSet::lyricist},
-    {TagField::subtitle, "subtitle", "subtitle", "Subtitle", &TagSet::subtitle},
-    {TagField::encodedBy, "encodedBy", "encoded-by", "Encoded By", &TagSet::encodedBy},
-    {TagField::initialKey, "initialKey", "initial-key", "Initial Key", &TagSet::initialKey},
-    {TagField::fileOwner, "fileOwner", "file-owner", "File Owner", &TagSet::fileOwner},
-    {TagField::genre, "genre", "genre", "Genre", &TagSet::genre},
-    {TagField::comment, "comment", "comment", "Comment", &TagSet::comment},
-    {TagField::lyrics, "lyrics", "lyrics", "Lyrics", &TagSet::lyrics},
-    {TagField::year, "year", "year", "Year", nullptr, &TagSet::year},
-    {TagField::bpm, "bpm", "bpm", "BPM", nullptr, &TagSet::bpm},
-    {TagField::trackNumber, "trackNumber", "track-number", "Track Number", nullptr, &TagSet::trackNumber},
-    {TagField::trackTotal, "trackTotal", "track-total", "Track Total", nullptr, &TagSet::trackTotal},
-    {TagField::discNumber, "discNumber", "disc-number", "Disc Number", nullptr, &TagSet::discNumber},
-    {TagField::discTotal, "discTotal", "disc-total", "Disc Total", nullptr, &TagSet::discTotal},
-    {TagField::artwork, "artwork", "artwork", "Artwork"},
+    {TagField::title, "title", "title", "Title", "TIT2", &TagSet::title},
+    {TagField::artist, "artist", "artist", "Artist", "TPE1", &TagSet::artist},
+    {TagField::album, "album", "album", "Album", "TALB", &TagSet::album},
+    {TagField::albumArtist, "albumArtist", "album-artist", "Album Artist", "TPE2", &TagSet::albumArtist},
+    {TagField::composer, "composer", "composer", "Composer", "TCOM", &TagSet::composer},
+    {TagField::conductor, "conductor", "conductor", "Conductor", "TPE3", &TagSet::conductor},
+    {TagField::grouping, "grouping", "grouping", "Grouping", "TIT1", &TagSet::grouping},
+    {TagField::publisher, "publisher", "publisher", "Publisher", "TPUB", &TagSet::publisher},
+    {TagField::copyright, "copyright", "copyright", "Copyright", "TCOP", &TagSet::copyright},
+    {TagField::lyricist, "lyricist", "lyricist", "Lyricist", "TEXT", &TagSet::lyricist},
+    {TagField::subtitle, "subtitle", "subtitle", "Subtitle", "TIT3", &TagSet::subtitle},
+    {TagField::encodedBy, "encodedBy", "encoded-by", "Encoded By", "TENC", &TagSet::encodedBy},
+    {TagField::initialKey, "initialKey", "initial-key", "Initial Key", "TKEY", &TagSet::initialKey},
+    {TagField::fileOwner, "fileOwner", "file-owner", "File Owner", "TOWN", &TagSet::fileOwner},
+    {TagField::genre, "genre", "genre", "Genre", "TCON", &TagSet::genre},
+    {TagField::comment, "comment", "comment", "Comment", "COMM", &TagSet::comment},
+    {TagField::lyrics, "lyrics", "lyrics", "Lyrics", "USLT", &TagSet::lyrics},
+    {TagField::year, "year", "year", "Year", "TYER", nullptr, &TagSet::year},
+    {TagField::bpm, "bpm", "bpm", "BPM", "TBPM", nullptr, &TagSet::bpm},
+    {TagField::trackNumber, "trackNumber", "track-number", "Track Number", "TRCK", nullptr,
+     &TagSet::trackNumber},
+    {TagField::trackTotal, "trackTotal", "track-total", "Track Total", "TRCK", nullptr, &TagSet::trackTotal},
+    {TagField::discNumber, "discNumber", "disc-number", "Disc Number", "TPOS", nullptr, &TagSet::discNumber},
+    {TagField::discTotal, "discTotal", "disc-total", "Disc Total", "TPOS", nullptr, &TagSet::discTotal},
+    {TagField::artwork, "artwork", "artwork", "Artwork", "APIC"},
 }};
 
 static_assert(std::ranges::equal(table, allTagFields, {}, &FieldRow::field));
@@ -94,6 +96,23 @@ std::optional<TagField> fieldFromRawValue(std::string_view raw) {
 std::optional<TagField> fieldFromCliName(std::string_view name) {
   if (const auto field = fieldFromRawValue(name)) return field;
   return fieldFromRawValue(inCamelCase(name));
+}
+
+std::string_view frameIdentifier(TagField field) {
+  return rowOf(field).frame;
+}
+
+bool isDateFrame(std::string_view identifier) {
+  constexpr std::array<std::string_view, 4> dateFrames{"TDRC", "TYER", "TDAT", "TIME"};
+  return std::ranges::find(dateFrames, identifier) != dateFrames.end();
+}
+
+bool isFieldFrame(std::string_view identifier) {
+  return std::ranges::find(table, identifier, &FieldRow::frame) != table.end();
+}
+
+bool isFrameOf(TagField field, std::string_view identifier) {
+  return field == TagField::year ? isDateFrame(identifier) : identifier == frameIdentifier(field);
 }
 
 TextMember stringKeyPath(TagField field) {

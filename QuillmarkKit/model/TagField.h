@@ -63,6 +63,17 @@ std::optional<TagField> fieldFromRawValue(std::string_view raw);
 /// hyphens. Case matters, except in the first letter of the second and later words.
 std::optional<TagField> fieldFromCliName(std::string_view name);
 
+/// Returns the identifier of the frame that the field is written as (ID3v2.3.0 §4). A number and its total
+/// share a frame.
+std::string_view frameIdentifier(TagField field);
+/// Returns whether frames with this identifier contain a part of the date: the date of v2.4, or the year, the
+/// day and month, or the time of v2.3.
+bool isDateFrame(std::string_view identifier);
+/// Returns whether fields are written as frames with this identifier.
+bool isFieldFrame(std::string_view identifier);
+/// Returns whether the field is read from frames with this identifier and replaced in them.
+bool isFrameOf(TagField field, std::string_view identifier);
+
 using TextMember = std::optional<std::string> TagSet::*;
 using NumberMember = std::optional<std::int64_t> TagSet::*;
 

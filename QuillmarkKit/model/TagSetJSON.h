@@ -8,17 +8,31 @@
 #include "QuillmarkKit/model/TagSet.h"
 #include "platform/base/JSON.h"
 
-// Functions that return the value of the kind that is expected at a place in a document. They throw
-// platform::JSON::DecodingError if the value is of another kind or the member is missing. `path` names the
-// place in the message.
 namespace QuillmarkKit {
 
-const platform::JSON::Object& requireObject(const platform::JSON::Value& value, std::string_view path);
-const platform::JSON::Value& requireMember(const platform::JSON::Object& object, std::string_view path,
-                                           std::string_view name);
-const std::string& decodeText(const platform::JSON::Value& value, std::string_view path);
-/// Returns a whole number of at most 64 bits, in whatever notation: 1977, 1977.0 or 1.977e3.
-std::int64_t decodeNumber(const platform::JSON::Value& value, std::string_view path);
+/// A value of a document, and the names of the members that lead to it, outermost first. The operations throw
+/// platform::JSON::DecodingError, which names the place, if the value is not of the kind that is asked for.
+struct JSONPlace {
+  /// The author of a document decides the words of messages and what is accepted. Programs may add members
+  /// that this one does not know; mistakes of people are not ignored.
+  enum class Author : std::uint8_t { program, person };
+
+  const platform::JSON::Value& value;
+  Author author;
+  std::vector<std::string_view> names;
+
+  JSONPlace member(std::string_view name, const platform::JSON::Value& of) const;
+  JSONPlace requireMember(std::string_view name) const;
+  const platform::JSON::Object& object() const;
+  const std::string& text() const;
+  /// Returns a whole number of at most 64 bits, in whatever notation: 1977, 1977.0 or 1.977e3.
+  std::int64_t number() const;
+  /// Throws. `mistake` is the predicate of the message, without a full stop.
+  [[noreturn]] void refuse(const std::string& mistake) const;
+
+ private:
+  [[noreturn]] void refuseKind(const std::string& expected, std::string_view found) const;
+};
 
 /// The form of a picture in JSON: its bytes in base64 as "data", or their number as "bytes". Both forms have
 /// the member "format".
@@ -28,10 +42,10 @@ enum class ArtworkForm : std::uint8_t { data, size };
 /// strings, numbers are integers, and the artwork is an object.
 platform::JSON::Value encodeTagSet(const TagSet& tags, ArtworkForm form = ArtworkForm::data);
 
-/// Returns the tag set in such an object. Ignores nulls and members that are not fields. Does not normalise
-/// texts. Throws platform::JSON::DecodingError if a value is not of its field's kind; the message contains
-/// the path of the member, which starts with `path`.
-TagSet decodeTagSet(const platform::JSON::Value& value, const std::string& path);
+/// Returns the tag set in such an object, which a program has written. Ignores nulls and members that are not
+/// fields. Does not normalise texts. Throws platform::JSON::DecodingError if a value is not of its field's
+/// kind; the message contains the path of the member, which starts with `path`.
+TagSet decodeTagSet(const platform::JSON::Value& value, std::string_view path);
 
 /// The new values of one file's fields.
 struct FileChange {

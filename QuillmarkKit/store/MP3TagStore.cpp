@@ -1,16 +1,14 @@
 #include "QuillmarkKit/store/MP3TagStore.h"
 
-#include <exception>
 #include <optional>
 #include <string_view>
 #include <utility>
 
 #include "ID3TagEditor/ID3TagEditor.h"
-#include "ID3TagEditor/model/ID3TagEditorError.h"
 #include "ID3v2/Reading.h"
 #include "QuillmarkKit/store/engine/EngineTag.h"
+#include "QuillmarkKit/store/file/MP3File.h"
 #include "QuillmarkKit/store/file/StoreErrors.h"
-#include "QuillmarkKit/store/standard/FileTags.h"
 #include "QuillmarkKit/store/standard/StandardTag.h"
 #include "QuillmarkKit/store/standard/TagNotes.h"
 #include "platform/FileError.h"
@@ -38,6 +36,36 @@ void requireMP3Name(MP3File& file) {
   naming(file, [&] { ID3TagEditor::requireMp3Extension(file.path()); });
 }
 
+/// The tag as the engine reads and writes it, with notes by the standards.
+class EngineOpenTag : public OpenTag {
+ public:
+  EngineOpenTag(const ID3TagEditor::ID3TagEditor& editor, MP3File& file) : file_(file), tag_(editor, file) {}
+
+  const TagSet& tags() const override { return tag_.tags(); }
+  SourceNotes notes(TagFields fields) const override {
+    const FileTags tags = readTags(file_);
+    return TagNotes::ofSource(tags, tag_.tags(), fields);
+  }
+  bool isChangedBy(const TagChange& change) const override { return change.tags != tags(); }
+  NewTag changedBy(const TagChange& change, bool reportsLosses) const override {
+    std::optional<FileTags> old;
+    if (reportsLosses) old = readTags(file_);
+    // Fields that are not selected can differ too: normalising a text a second time can trim more of it.
+    const TagFields requested = tags().differing(change.tags).intersection(change.selected);
+    try {
+      NewTag made = naming(file_, [&] { return tag_.changedBy(change.tags); });
+      if (old) made.losses = TagNotes::ofWriting(std::move(*old), change.tags, requested, made.bytes);
+      return made;
+    } catch (const std::exception&) {
+      return {.bytes = {}, .failure = std::current_exception()};
+    }
+  }
+
+ private:
+  MP3File& file_;
+  EngineTag tag_;
+};
+
 }  // namespace
 
 class MP3TagStore::Edit : public TagEdit {
@@ -46,26 +74,20 @@ class MP3TagStore::Edit : public TagEdit {
       : store_(store),
         run_(run),
         file_(std::move(file)),
-        tag_(naming(file_, [&] { return store.openTag_(file_); })) {}
+        tag_(naming(file_, [&] { return store.openTag(file_); })) {}
 
   const TagSet& current() const override { return tag_->tags(); }
-
-  bool isNeeded(const TagChange& change) const override {
-    return change.tags != current() || tag_->holdsMoreThanValues(change.cleared());
-  }
+  bool isNeeded(const TagChange& change) const override { return tag_->isChangedBy(change); }
 
   Plan plan(const TagChange& change, bool reportsLosses) override {
-    try {
-      planned_ = naming(file_, [&] { return newTag(change, reportsLosses); });
-    } catch (const std::exception&) {
-      if (tag_->isLossless()) throw;
-      failure_ = std::current_exception();
-    }
+    planned_ = tag_->changedBy(change, reportsLosses);
+    if (planned_.bytes.empty() && !planned_.failure)
+      naming(file_, [] { throw ID3TagEditorError(ID3TagEditorError::invalidTagData); });
     return {.losses = reportsLosses ? std::move(planned_.losses) : "", .keepsArtwork = planned_.keepsArtwork};
   }
 
   std::string commit() override {
-    if (failure_) std::rethrow_exception(failure_);
+    if (planned_.failure) std::rethrow_exception(planned_.failure);
     platform::FileHandle& original = file_.handle();
     run_.lock(original);
     // The previous holder of the lock may have replaced the file; this throws FileConflict if it has.
@@ -80,23 +102,11 @@ class MP3TagStore::Edit : public TagEdit {
   }
 
  private:
-  NewTag newTag(const TagChange& change, bool reportsLosses) {
-    std::optional<FileTags> old;
-    if (reportsLosses && !tag_->isLossless()) old = readTags(file_);
-    // Fields that are not selected can differ too: normalising a text a second time can trim more of it.
-    const TagFields requested = current().differing(change.tags).intersection(change.selected);
-    NewTag made = tag_->changedBy(change);
-    if (made.bytes.empty()) throw ID3TagEditorError(ID3TagEditorError::invalidTagData);
-    if (old) made.losses = TagLosses::ofWriting(std::move(*old), change.tags, requested, made.bytes);
-    return made;
-  }
-
   const MP3TagStore& store_;
   platform::ReplacementRun& run_;
   MP3File file_;
   std::unique_ptr<OpenTag> tag_;
   NewTag planned_;
-  std::exception_ptr failure_;
 };
 
 MP3File MP3TagStore::open(const std::filesystem::path& path) const {
@@ -117,27 +127,26 @@ void MP3TagStore::requireMP3(const std::filesystem::path& file) {
 TagSet MP3TagStore::read(const std::filesystem::path& from) const {
   MP3File file = open(from);
   requireMP3Name(file);
-  return naming(file, [&] { return openTag_(file)->tags(); });
+  return naming(file, [&] { return openTag(file)->tags(); });
 }
 
-TagStore::Source MP3TagStore::readWithNotes(const std::filesystem::path& from) const {
+Source MP3TagStore::readWithNotes(const std::filesystem::path& from) const {
   MP3File file = open(from);
   requireMP3Name(file);
-  const auto tag = naming(file, [&] { return openTag_(file); });
-  Source source{.tags = tag->tags()};
-  addNotes(source, file, *tag, TagFields::all);
-  return source;
+  const auto tag = naming(file, [&] { return openTag(file); });
+  return {.tags = tag->tags(), .notes = tag->notes(TagFields::all)};
 }
 
-void MP3TagStore::addNotes(Source& source, MP3File& file, const OpenTag& tag, TagFields fields) {
-  OpenTag::SourceNotes notes = tag.sourceNotes(fields);
-  if (!tag.isLossless()) {
-    const FileTags fileTags = readTags(file);
-    notes = {.losses = TagLosses::ofReading(fileTags, source.tags, fields),
-             .beyondFields = QuillmarkKit::beyondFields(fileTags.tag)};
-  }
-  source.losses = std::move(notes.losses);
-  source.beyondFields = std::move(notes.beyondFields);
+Source MP3TagStore::source(const std::filesystem::path& from, TagFields fields, bool hasNotes,
+                           bool acceptsUnrepresentable) const {
+  MP3File file = open(from);
+  requireMP3Name(file);
+  const auto tag = naming(file, [&] { return openTag(file); });
+  const TagFields required = acceptsUnrepresentable ? TagFields() : fields;
+  tag->requireWritableElsewhere(required);
+  return {.tags = accepted(tag->tags(), required),
+          .unrepresentable = tag->unrepresentableValues(),
+          .notes = hasNotes ? tag->notes(fields) : SourceNotes()};
 }
 
 void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) const {
@@ -159,30 +168,20 @@ std::unique_ptr<TagEdit> MP3TagStore::edit(const std::filesystem::path& file,
   return std::make_unique<Edit>(*this, std::move(opened), run);
 }
 
-TagStore::Source MP3TagStore::source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
-                                     bool acceptsUnrepresentable) const {
-  MP3File file = open(from);
-  requireMP3Name(file);
-  const auto tag = naming(file, [&] { return openTag_(file); });
-  tag->requireWritableElsewhere(acceptsUnrepresentable ? TagFields() : fields);
-  Source source{.tags = accepted(tag->tags(), acceptsUnrepresentable ? TagFields() : fields),
-                .unrepresentable = tag->unrepresentableValues()};
-  if (reportsLosses) addNotes(source, file, *tag, fields);
-  return source;
-}
-
 ID3TagEditorStore::ID3TagEditorStore(bool preservesDate)
-    : MP3TagStore([editor = std::make_shared<const ID3TagEditor::ID3TagEditor>()](
-                      MP3File& file) { return std::make_unique<EngineTag>(*editor, file); },
-                  preservesDate) {
+    : MP3TagStore(preservesDate), editor_(std::make_shared<const ID3TagEditor::ID3TagEditor>()) {
 }
 
-LosslessTagStore::LosslessTagStore(bool preservesDate)
-    : MP3TagStore([](MP3File& file) { return std::make_unique<StandardTag>(file); }, preservesDate) {
+std::unique_ptr<OpenTag> ID3TagEditorStore::openTag(MP3File& file) const {
+  return std::make_unique<EngineOpenTag>(*editor_, file);
 }
 
 TagSet LosslessTagStore::accepted(const TagSet& tags, TagFields fields) const {
   return acceptedTags(tags, fields);
+}
+
+std::unique_ptr<OpenTag> LosslessTagStore::openTag(MP3File& file) const {
+  return std::make_unique<StandardTag>(file);
 }
 
 void LosslessTagStore::explainUnsupported(const std::filesystem::path& path) const {
@@ -195,14 +194,15 @@ void LosslessTagStore::explainUnsupported(const std::filesystem::path& path) con
   }
 }
 
-WholeTagStore::WholeTagStore(const std::filesystem::path& source, bool keepsAPETags, bool preservesDate)
-    : WholeTagStore(wholeTag(source), keepsAPETags, preservesDate) {
+TagChange WholeTagStore::changeTo(const std::filesystem::path& source) {
+  MP3File file(source);
+  TagChange change = StandardTag(file).copied();
+  requireMP3Name(file);
+  return change;
 }
 
-WholeTagStore::WholeTagStore(platform::SharedBytes tag, bool keepsAPETags, bool preservesDate)
-    : MP3TagStore([tag = std::move(tag), keepsAPETags](
-                      MP3File& file) { return std::make_unique<CopiedTag>(file, tag, keepsAPETags); },
-                  preservesDate) {
+std::unique_ptr<OpenTag> WholeTagStore::openTag(MP3File& file) const {
+  return std::make_unique<StandardTag>(file);
 }
 
 }  // namespace QuillmarkKit

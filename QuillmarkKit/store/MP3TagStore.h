@@ -1,19 +1,30 @@
 #pragma once
 
-#include <functional>
+#include <filesystem>
 #include <memory>
-#include <string>
 
 #include "QuillmarkKit/store/TagStore.h"
-#include "QuillmarkKit/store/file/MP3File.h"
-#include "QuillmarkKit/store/file/OpenTag.h"
+
+namespace ID3TagEditor {
+class ID3TagEditor;
+}
 
 namespace QuillmarkKit {
 
-/// Reads and writes the tags of MP3 files. Derived classes choose the class of OpenTag that does so. A file
-/// is opened once and its tag is read once, even if it is then replaced. Errors name the file: TagStoreError
-/// (not an MP3), TagFileError (not named .mp3, or its tag cannot be made), platform::FileConflict,
-/// platform::FileError, and the errors of the OpenTag.
+class MP3File;
+
+/// The tags of a file that are to be written into other files.
+struct Source {
+  TagSet tags;
+  /// The values that the store cannot write into other files.
+  UnrepresentableValues unrepresentable = {};
+  SourceNotes notes = {};
+};
+
+/// Reads and writes the tags of MP3 files. Derived classes choose the way of reading a tag. A file is opened
+/// once and its tag is read once, even if it is then replaced. Errors name the file: TagStoreError (not an
+/// MP3), TagFileError (not named .mp3, or its tag cannot be made), platform::FileConflict,
+/// platform::FileError, and the errors of the derived class.
 ///
 /// Several threads can use one store, each with a ReplacementRun of its own, as long as no thread changes the
 /// settings.
@@ -27,11 +38,16 @@ class MP3TagStore : public TagStore {
   /// returns after the change has reached the disk.
   void write(const TagSet& tags, const std::filesystem::path& to) const final;
   std::unique_ptr<TagEdit> edit(const std::filesystem::path& file, platform::ReplacementRun& run) const final;
-  Source source(const std::filesystem::path& from, TagFields fields, bool reportsLosses,
-                bool acceptsUnrepresentable) const final;
 
-  /// Returns the tags as `read` does, and the `losses` and `beyondFields` of all fields.
+  /// Returns the tags as `read` does, with notes about all fields.
   Source readWithNotes(const std::filesystem::path& from) const;
+  /// Returns the tags as a source of `fields`, with notes only if `hasNotes`. Throws if the tag has a value
+  /// for one of the fields that the store cannot write into other files, unless `acceptsUnrepresentable`.
+  Source source(const std::filesystem::path& from, TagFields fields, bool hasNotes,
+                bool acceptsUnrepresentable = false) const;
+  /// Returns the tags as the store would read them after writing them. Throws if the store cannot write one
+  /// of the fields.
+  virtual TagSet accepted(const TagSet& tags, TagFields) const { return tags; }
   /// Throws TagStoreError, TagFileError or platform::FileError if the file cannot be opened, is not an MP3 or
   /// is not named .mp3. Does not read its tag.
   static void requireMP3(const std::filesystem::path& file);
@@ -43,10 +59,10 @@ class MP3TagStore : public TagStore {
   bool keepsBackup = false;
 
  protected:
-  using TagOpener = std::function<std::unique_ptr<OpenTag>(MP3File& file)>;
-  MP3TagStore(TagOpener openTag, bool preservesDate)
-      : preservesModificationDate(preservesDate), openTag_(std::move(openTag)) {}
+  explicit MP3TagStore(bool preservesDate) : preservesModificationDate(preservesDate) {}
 
+  /// Returns the tag of the open file, which outlives it.
+  virtual std::unique_ptr<OpenTag> openTag(MP3File& file) const = 0;
   /// Called if a file is neither an MP3 nor of another known format. May throw an error with a better
   /// explanation; if it returns, TagStoreError is thrown.
   virtual void explainUnsupported(const std::filesystem::path&) const {}
@@ -55,9 +71,6 @@ class MP3TagStore : public TagStore {
   class Edit;
 
   MP3File open(const std::filesystem::path& path) const;
-  static void addNotes(Source& source, MP3File& file, const OpenTag& tag, TagFields fields);
-
-  TagOpener openTag_;
 };
 
 /// Reads and writes tags with the engine; new tags are ID3v2.3. A write keeps the frames of v2.3 and v2.4
@@ -65,6 +78,12 @@ class MP3TagStore : public TagStore {
 class ID3TagEditorStore : public MP3TagStore {
  public:
   explicit ID3TagEditorStore(bool preservesDate);
+
+ protected:
+  std::unique_ptr<OpenTag> openTag(MP3File& file) const override;
+
+ private:
+  std::shared_ptr<const ID3TagEditor::ID3TagEditor> editor_;
 };
 
 /// Reads and writes tags by the ID3v2 standards. A write changes the frames of the fields that differ, and
@@ -72,26 +91,27 @@ class ID3TagEditorStore : public MP3TagStore {
 /// ID3v2.3. If there is no ID3v2 tag, an ID3v1 tag is read. Throws LosslessError if something would be lost.
 class LosslessTagStore : public MP3TagStore {
  public:
-  explicit LosslessTagStore(bool preservesDate);
+  explicit LosslessTagStore(bool preservesDate) : MP3TagStore(preservesDate) {}
 
   TagSet accepted(const TagSet& tags, TagFields fields) const override;
 
  protected:
+  std::unique_ptr<OpenTag> openTag(MP3File& file) const override;
   /// Throws LosslessError if an ID3v2 tag starts in the first 64 KiB of the file, after other data.
   void explainUnsupported(const std::filesystem::path& path) const override;
 };
 
-/// Writes the whole ID3v2 tag of another file, byte for byte, whichever fields a change concerns. Reads tags
-/// by the ID3v2 standards.
+/// Reads tags by the ID3v2 standards and replaces them as a whole.
 class WholeTagStore : public MP3TagStore {
  public:
-  /// Reads the tag of `source`. Throws the errors of `read`, and LosslessError if there is no ID3v2 tag or a
-  /// part of it is damaged. If `keepsAPETags`, a write throws LosslessError if the new tag would hide an APE
-  /// tag.
-  WholeTagStore(const std::filesystem::path& source, bool keepsAPETags, bool preservesDate);
+  explicit WholeTagStore(bool preservesDate) : MP3TagStore(preservesDate) {}
 
- private:
-  WholeTagStore(platform::SharedBytes tag, bool keepsAPETags, bool preservesDate);
+  /// Returns the change that gives a file the ID3v2 tag of `source`. Throws the errors of `read`, and
+  /// LosslessError if there is no ID3v2 tag or a part of it is damaged.
+  static TagChange changeTo(const std::filesystem::path& source);
+
+ protected:
+  std::unique_ptr<OpenTag> openTag(MP3File& file) const override;
 };
 
 }  // namespace QuillmarkKit

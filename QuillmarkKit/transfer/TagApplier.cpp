@@ -7,31 +7,33 @@
 
 namespace QuillmarkKit {
 
-TagApplier::Outcome TagApplier::attempt(const TagSet& source, const std::filesystem::path& file,
-                                        TagFields fields, bool dryRun, platform::ReplacementRun& run) const {
+TagApplier::Outcome TagApplier::attempt(const TagChange& change, const std::filesystem::path& file,
+                                        bool dryRun, platform::ReplacementRun& run) const {
   const auto edit = store_.edit(file, run);
   const TagSet& current = edit->current();
-  TagChange change{.tags = current.merging(source, fields), .selected = fields};
-  change.tags.normalize();
-  if (!edit->isNeeded(change)) return Unchanged{};
+  TagChange whole{.tags = current.merging(change.tags, change.selected),
+                  .selected = change.selected,
+                  .wholeTag = change.wholeTag,
+                  .mayHideAPETag = change.mayHideAPETag};
+  whole.tags.normalize();
+  if (!edit->isNeeded(whole)) return Unchanged{};
   Change outcome{};
   if (details_.before) outcome.before = current;
-  TagEdit::Plan plan = edit->plan(change, details_.losses);
+  TagEdit::Plan plan = edit->plan(whole, details_.losses);
   outcome.losses = std::move(plan.losses);
   outcome.keepsArtwork = plan.keepsArtwork;
   if (!dryRun) outcome.note = edit->commit();
-  outcome.tags = std::move(change.tags);
+  outcome.tags = std::move(whole.tags);
   if (dryRun) return WouldUpdate{std::move(outcome)};
   return Updated{std::move(outcome)};
 }
 
-TagApplier::Outcome TagApplier::outcomeFor(const TagSet& source, const std::filesystem::path& file,
-                                           TagFields fields, bool dryRun,
-                                           platform::ReplacementRun& run) const {
+TagApplier::Outcome TagApplier::outcomeFor(const TagChange& change, const std::filesystem::path& file,
+                                           bool dryRun, platform::ReplacementRun& run) const {
   constexpr int mostAttempts = 3;
   for (int number = 0;;) {
     try {
-      return attempt(source, file, fields, dryRun, run);
+      return attempt(change, file, dryRun, run);
     } catch (const platform::FileConflict& conflict) {
       // Start again with the file as the other program left it, so that neither change is lost.
       using enum platform::FileConflict::Case;
@@ -42,11 +44,10 @@ TagApplier::Outcome TagApplier::outcomeFor(const TagSet& source, const std::file
   }
 }
 
-TagApplier::Result TagApplier::applyToOne(const TagSet& source, const std::filesystem::path& to,
-                                          TagFields fields, bool dryRun,
-                                          platform::ReplacementRun& run) const {
+TagApplier::Result TagApplier::applyToOne(const TagChange& change, const std::filesystem::path& to,
+                                          bool dryRun, platform::ReplacementRun& run) const {
   try {
-    return {to, outcomeFor(source, to, fields, dryRun, run)};
+    return {to, outcomeFor(change, to, dryRun, run)};
   } catch (const std::exception& error) {
     return {to, Failed{std::current_exception(), error.what()}};
   } catch (...) {
@@ -58,10 +59,11 @@ TagApplier::Result TagApplier::applyToOne(const TagSet& source, const std::files
 std::vector<TagApplier::Result> TagApplier::apply(const TagSet& source,
                                                   const std::vector<std::filesystem::path>& to,
                                                   TagFields fields, bool dryRun) const {
+  const TagChange change{.tags = source, .selected = fields};
   platform::ReplacementRun run;
   std::vector<Result> results;
   results.reserve(to.size());
-  for (const auto& file : to) results.push_back(applyToOne(source, file, fields, dryRun, run));
+  for (const auto& file : to) results.push_back(applyToOne(change, file, dryRun, run));
   try {
     run.synchronise();
   } catch (const platform::FileError& error) {

@@ -74,9 +74,9 @@ class TagApplier {
   explicit TagApplier(const TagStore&& store) = delete;
   TagApplier(const TagStore&& store, Details details) = delete;
 
-  /// Writes the fields into one file. Consecutive replacements share resources through `run`; the caller must
-  /// synchronise it after the last file.
-  Result applyToOne(const TagSet& source, const std::filesystem::path& to, TagFields fields, bool dryRun,
+  /// Changes one file: its selected fields get the values in `change`, or it gets the whole tag. Consecutive
+  /// replacements share resources through `run`; the caller must synchronise it after the last file.
+  Result applyToOne(const TagChange& change, const std::filesystem::path& to, bool dryRun,
                     platform::ReplacementRun& run) const;
   /// Writes the fields into one file after another. Returns the results in the order of the files, after all
   /// changes have reached the disk. A file whose folder could not be synchronised has failed.
@@ -94,9 +94,9 @@ class TagApplier {
       const std::vector<Result>& results);
 
  private:
-  Outcome attempt(const TagSet& source, const std::filesystem::path& file, TagFields fields, bool dryRun,
+  Outcome attempt(const TagChange& change, const std::filesystem::path& file, bool dryRun,
                   platform::ReplacementRun& run) const;
-  Outcome outcomeFor(const TagSet& source, const std::filesystem::path& file, TagFields fields, bool dryRun,
+  Outcome outcomeFor(const TagChange& change, const std::filesystem::path& file, bool dryRun,
                      platform::ReplacementRun& run) const;
 
   const TagStore& store_;

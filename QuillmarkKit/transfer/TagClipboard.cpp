@@ -54,11 +54,12 @@ UnrepresentableValues decodeUnrepresentable(const JSON::Object& members) {
   return values;
 }
 
-Payload decode(const JSON::Value& document) {
-  const JSON::Object& members = requireObject(document, "document");
-  return {.version = decodeNumber(requireMember(members, "document", "version"), "version"),
-          .tags = decodeTagSet(requireMember(members, "document", "tags"), "tags"),
-          .unrepresentable = decodeUnrepresentable(members)};
+Payload decode(const JSON::Value& value) {
+  const JSONPlace document{value, JSONPlace::Author::program, {"document"}};
+  const JSON::Value& version = document.requireMember("version").value;
+  return {.version = JSONPlace{version, JSONPlace::Author::program, {"version"}}.number(),
+          .tags = decodeTagSet(document.requireMember("tags").value, "tags"),
+          .unrepresentable = decodeUnrepresentable(document.object())};
 }
 
 }  // namespace

@@ -71,7 +71,7 @@ TEST(StoreReadingTest, NamesWhatNoFieldHolds) {
        }) {
     const TemporaryFolder folder;
     const auto file = folder.file("track.mp3", track(row.frames));
-    EXPECT_EQ(ID3TagEditorStore(true).readWithNotes(file).beyondFields, row.expected);
+    EXPECT_EQ(ID3TagEditorStore(true).readWithNotes(file).notes.beyondFields, row.expected);
   }
 }
 

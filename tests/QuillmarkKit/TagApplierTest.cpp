@@ -13,19 +13,6 @@ namespace tests {
 
 namespace {
 
-/// Implements only the required operations. Throws an int for the album "refused".
-class PlainStore : public QuillmarkKit::TagStore {
- public:
-  QuillmarkKit::TagSet read(const std::filesystem::path&) const override { return tags_; }
-  void write(const QuillmarkKit::TagSet& tags, const std::filesystem::path&) const override {
-    if (tags.album == "refused") throw 7;
-    tags_ = tags;
-  }
-
- private:
-  mutable QuillmarkKit::TagSet tags_;
-};
-
 QuillmarkKit::TagSet tagsOf(const char* album) {
   QuillmarkKit::TagSet tags;
   tags.album = album;
@@ -34,8 +21,8 @@ QuillmarkKit::TagSet tagsOf(const char* album) {
 
 }  // namespace
 
-static_assert(std::is_constructible_v<QuillmarkKit::TagApplier, const PlainStore&>);
-static_assert(!std::is_constructible_v<QuillmarkKit::TagApplier, PlainStore>);
+static_assert(std::is_constructible_v<QuillmarkKit::TagApplier, const QuillmarkKit::ID3TagEditorStore&>);
+static_assert(!std::is_constructible_v<QuillmarkKit::TagApplier, QuillmarkKit::ID3TagEditorStore>);
 
 TEST(TagApplierTest, ReturnsAResultForEachFileAndContinues) {
   using namespace QuillmarkKit;
@@ -55,22 +42,6 @@ TEST(TagApplierTest, ReturnsAResultForEachFileAndContinues) {
   EXPECT_EQ(messageOf([&] { applier.copy("no.mp3", {target}, TagFields::all, false); }), unread);
   // The applier still exists, but no hidden folder is left.
   EXPECT_EQ(folder.entryCount(), 2);
-}
-
-TEST(TagApplierTest, WorksWithAStoreThatOnlyReadsAndWrites) {
-  using namespace QuillmarkKit;
-  const PlainStore store;
-  const TagApplier applier(store);
-  const auto apply = [&](const char* album) {
-    return applier.apply(tagsOf(album), {"any.mp3"}, TagFields::all, false)[0].outcome;
-  };
-  EXPECT_TRUE(std::holds_alternative<TagApplier::Updated>(apply("Mass")));
-  EXPECT_TRUE(std::holds_alternative<TagApplier::Unchanged>(apply("Mass")));
-  const auto outcome = apply("refused");  // the store throws an int
-  const auto* failure = std::get_if<TagApplier::Failed>(&outcome);
-  ASSERT_NE(failure, nullptr);
-  EXPECT_THROW(std::rethrow_exception(failure->error), int);
-  EXPECT_EQ(store.read("any.mp3").album, "Mass");
 }
 
 TEST(TagClipboardTest, RefusesTextThatIsNotUTF8) {

@@ -4,11 +4,9 @@
 #include <array>
 
 #include "ID3TagEditor/ID3TagEditor.h"
-#include "ID3TagEditor/model/FrameTables.h"
 #include "ID3TagEditor/model/TagBuilders.h"
 #include "ID3TagEditor/parse/ContentReader.h"
 #include "QuillmarkKit/store/engine/RawFrames.h"
-#include "QuillmarkKit/store/file/FieldFrames.h"
 #include "platform/base/Strings.h"
 
 namespace QuillmarkKit {
@@ -65,7 +63,7 @@ void writeArtwork(const TagSet& tags, Builder& builder) {
   builder.attachedPicture(cover, ID3FrameAttachedPicture(tags.artwork->data, cover, format));
 }
 
-/// The operations that read and write the fields of one frame, which FieldFrames identifies.
+/// The operations that read and write the fields of one frame.
 struct Conversion {
   TagFields fields;
   /// The tag set, or the builder, must not contain any of these fields yet.
@@ -147,19 +145,6 @@ constexpr std::array conversions = std::to_array<Conversion>({
      writeArtwork},
 });
 
-/// Returns whether all fields of the row belong to one frame, which the engine can write.
-constexpr bool isOfOneFrame(const Conversion& row) {
-  std::string_view identifier;
-  for (const TagField field : allTagFields) {
-    if (!row.fields.contains(field)) continue;
-    if (!identifier.empty() && identifier != FieldFrames::identifierOf(field)) return false;
-    identifier = FieldFrames::identifierOf(field);
-  }
-  return std::ranges::any_of(
-      frameKinds, [&](const FrameKind& kind) { return kind.identifierIn(Builder::version) == identifier; });
-}
-
-static_assert(std::ranges::all_of(conversions, isOfOneFrame));
 static_assert(std::ranges::all_of(allTagFields,
                                   [](TagField field) {
                                     return std::ranges::count_if(conversions, [&](const Conversion& row) {
@@ -191,12 +176,12 @@ EngineTag::EngineTag(const ID3TagEditor::ID3TagEditor& editor, MP3File& file)
   if (tag) tags_ = tagSetFrom(*tag);
 }
 
-NewTag EngineTag::changedBy(const TagChange& change) {
+NewTag EngineTag::changedBy(const TagSet& wanted) const {
   const ID3Frames::UnmanagedFrames carried(file_.tagBytes());
-  if (change.tags.isEmpty() && !carried.empty()) {
+  if (wanted.isEmpty() && !carried.empty()) {
     return {.bytes = ID3Frames::tagData(carried, file_.path()), .audioStart = carried.audioStart()};
   }
-  ID3TagEditor::ID3Tag tag = makeTag(change.tags);
+  ID3TagEditor::ID3Tag tag = makeTag(wanted);
   platform::Bytes bytes = editor_.tagData(tag, carried.size());
   if (!carried.empty()) ID3Frames::appendTo(bytes, carried, file_.path());
   return {.bytes = std::move(bytes), .audioStart = length_.value_or(0)};

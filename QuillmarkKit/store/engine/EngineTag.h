@@ -28,17 +28,15 @@ namespace QuillmarkKit {
 /// A tag as the engine reads it. A new tag is ID3v2.3: the frames of the fields, followed by the frames of
 /// the old tag that belong to no field, byte for byte. Does not add the name of the file to errors of the
 /// engine.
-class EngineTag : public OpenTag {
+class EngineTag {
  public:
-  /// Throws ID3TagEditor::ID3TagEditorError and what MP3File throws. The editor must outlive this object.
+  /// Throws ID3TagEditor::ID3TagEditorError and what MP3File throws. The editor and the file must outlive
+  /// this object.
   EngineTag(const ID3TagEditor::ID3TagEditor& editor, MP3File& file);
 
-  const TagSet& tags() const override { return tags_; }
-  bool holdsMoreThanValues(TagFields) const override { return false; }
-  void requireWritableElsewhere(TagFields) const override {}
-  bool isLossless() const override { return false; }
-  /// Also throws ID3FrameError.
-  NewTag changedBy(const TagChange& change) override;
+  const TagSet& tags() const { return tags_; }
+  /// Returns the tag with these fields. Also throws ID3FrameError.
+  NewTag changedBy(const TagSet& wanted) const;
 
  private:
   const ID3TagEditor::ID3TagEditor& editor_;

@@ -4,7 +4,7 @@
 #include <array>
 
 #include "ID3v2/FrameForm.h"
-#include "QuillmarkKit/store/file/FieldFrames.h"
+#include "QuillmarkKit/model/TagField.h"
 #include "QuillmarkKit/store/file/MP3File.h"
 #include "QuillmarkKit/store/file/StoreErrors.h"
 #include "platform/FileHandle.h"
@@ -125,18 +125,6 @@ SharedBytes tagBytesOf(const std::filesystem::path& path) {
   return MP3File(FileHandle::forReading(path)).tagBytes();
 }
 
-/// The identifiers of all fields' frames in ascending order, each once.
-constexpr auto managedIdentifiers = [] {
-  struct {
-    std::array<std::string_view, tagFieldCount> identifiers = FieldFrames::identifiers;
-    std::size_t count = 0;
-  } managed;
-  std::ranges::sort(managed.identifiers);
-  const auto end = std::unique(managed.identifiers.begin(), managed.identifiers.end());
-  managed.count = static_cast<std::size_t>(end - managed.identifiers.begin());
-  return managed;
-}();
-
 void appendFrame(Bytes& bytes, std::string_view id, std::uint16_t flags, ByteView payload) {
   platform::append(bytes, platform::bytesOf(id));
   platform::append(bytes, platform::bigEndianBytes(static_cast<std::uint32_t>(payload.size())));
@@ -174,12 +162,12 @@ void assemble(platform::FileReplacement& replacement, const Bytes& tag, FileHand
 
 }  // namespace
 
-std::span<const std::string_view> managed() {
-  return std::span(managedIdentifiers.identifiers).first(managedIdentifiers.count);
-}
-
-bool isManaged(std::string_view id) {
-  return std::ranges::binary_search(managed(), id);
+std::vector<std::string_view> managed() {
+  std::vector<std::string_view> identifiers;
+  for (const TagField field : allTagFields) identifiers.push_back(frameIdentifier(field));
+  std::ranges::sort(identifiers);
+  identifiers.erase(std::ranges::unique(identifiers).begin(), identifiers.end());
+  return identifiers;
 }
 
 std::optional<ParsedTag> parse(const SharedBytes& data) {
@@ -198,7 +186,7 @@ std::vector<ID3Frame> unmanagedFrames(const std::filesystem::path& inFileAt) {
   try {
     auto tag = parse(tagBytesOf(inFileAt));
     if (!tag) return {};
-    std::erase_if(tag->frames, [](const ID3Frame& frame) { return isManaged(frame.id); });
+    std::erase_if(tag->frames, [](const ID3Frame& frame) { return isFieldFrame(frame.id); });
     return std::move(tag->frames);
   } catch (const std::exception&) {
     return {};
@@ -208,7 +196,7 @@ std::vector<ID3Frame> unmanagedFrames(const std::filesystem::path& inFileAt) {
 template <class Visit>
 void UnmanagedFrames::forEach(Visit visit) const {
   walk(body_, framesStart_, version_, [&](const FrameView& frame) {
-    if (!isManaged(frame.id)) visit(frame);
+    if (!isFieldFrame(frame.id)) visit(frame);
   });
 }
 

@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -41,9 +40,7 @@ struct ParsedTag {
 };
 
 /// Returns the identifiers of the frames that belong to a field, in ascending order.
-std::span<const std::string_view> managed();
-/// Returns whether the identifier is one of `managed()`.
-bool isManaged(std::string_view id);
+std::vector<std::string_view> managed();
 
 /// Returns the tag at the start of the bytes, or nothing if they do not contain a whole tag. Undoes whole-tag
 /// unsynchronisation and skips an extended header (ID3v2.3.0 §3.1, §3.2, ID3v2.4.0 structure §3). Stops at
@@ -69,7 +66,7 @@ void append(const std::vector<ID3Frame>& frames, const std::filesystem::path& to
 void write(const std::vector<ID3Frame>& frames, const std::filesystem::path& withAudioFrom,
            const std::filesystem::path& to);
 
-/// The frames of a tag for which `isManaged` is false. Keeps the bytes of the tag alive and takes no memory
+/// The frames of a tag that belong to no field. Keeps the bytes of the tag alive and takes no memory
 /// for each frame.
 class UnmanagedFrames {
  public:

@@ -1,20 +1,24 @@
 #pragma once
 
 #include <cstdint>
+#include <exception>
+#include <optional>
 #include <string>
 
-#include "QuillmarkKit/model/TagField.h"
 #include "QuillmarkKit/model/TagSet.h"
 #include "platform/base/Bytes.h"
 
 namespace QuillmarkKit {
 
-/// The new values of a file's fields.
+/// A change of one file's tag: new values of some fields or, if `wholeTag` is present, a whole new tag.
 struct TagChange {
-  /// The values of all fields after the change, including those that stay the same.
   TagSet tags;
   /// The fields to change. Those that are absent in `tags` are to be removed.
   TagFields selected;
+  /// A whole ID3v2 tag with header. The fields in it must be `tags`, and all fields must be selected.
+  std::optional<platform::SharedBytes> wholeTag = {};
+  /// Whether a whole tag may be put in front of an APE tag, which it hides from players.
+  bool mayHideAPETag = false;
 
   TagFields cleared() const { return selected.without(tags.populatedFields()); }
 };
@@ -28,6 +32,17 @@ struct NewTag {
   std::string losses = {};
   /// Whether the old artwork stays in the file in addition to the new one.
   bool keepsArtwork = false;
+  /// The error that the write must throw instead; a dry run ignores it.
+  std::exception_ptr failure = nullptr;
+};
+
+/// Notes about a tag as a source of fields.
+struct SourceNotes {
+  /// The fields that are not read, or not read as the standards define them, as a sentence; empty if there
+  /// are none.
+  std::string misread = {};
+  /// The contents of the tag that belong to no field, as an enumeration; empty if there are none.
+  std::string beyondFields = {};
 };
 
 /// The tag of an open file, read and written in one of several ways. The file must outlive it.
@@ -37,25 +52,17 @@ class OpenTag {
 
   /// Returns the fields, normalised.
   virtual const TagSet& tags() const = 0;
-  /// Returns whether the tag contains data of one of the fields that no field value can represent.
-  virtual bool holdsMoreThanValues(TagFields fields) const = 0;
-  /// Throws if the tag contains data of one of the fields that cannot be written into other files.
-  virtual void requireWritableElsewhere(TagFields fields) const = 0;
+  virtual SourceNotes notes(TagFields fields) const = 0;
   /// Returns descriptions of the values that no field can represent.
   virtual UnrepresentableValues unrepresentableValues() const { return {}; }
-  struct SourceNotes {
-    /// The fields that are not read, or not read as the standards define them.
-    std::string losses = {};
-    /// The contents of the tag that belong to no field.
-    std::string beyondFields = {};
-  };
-  /// Returns notes about the tag as a source of the fields. Callers use them only if `isLossless`.
-  virtual SourceNotes sourceNotes(TagFields) const { return {}; }
-  /// Returns whether a new tag keeps all data that the change does not concern, with exceptions reported as
-  /// `losses`. Otherwise the caller must compare the old tag with the new one to find losses.
-  virtual bool isLossless() const = 0;
-  /// Returns the new tag; writes nothing. Throws if the tag cannot be made.
-  virtual NewTag changedBy(const TagChange& change) = 0;
+  /// Throws if the tag contains data of one of the fields that cannot be written into other files.
+  virtual void requireWritableElsewhere(TagFields) const {}
+
+  /// Returns whether the change, whose `tags` must be the values of all fields after it, changes the tag.
+  virtual bool isChangedBy(const TagChange& change) const = 0;
+  /// Returns the new tag for such a change; writes nothing. Determines losses only if `reportsLosses`. Throws
+  /// if the tag cannot be made.
+  virtual NewTag changedBy(const TagChange& change, bool reportsLosses) const = 0;
 };
 
 }  // namespace QuillmarkKit

@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "ID3v2/TagsAtTheEnd.h"
-#include "QuillmarkKit/store/file/FieldFrames.h"
 
 namespace QuillmarkKit {
 
@@ -17,9 +16,8 @@ void readTagsAtTheEnd(MP3File& file, FileTags& tags) {
 }
 
 bool isOf(TagFields fields, std::string_view identifier) {
-  return std::ranges::any_of(allTagFields, [&](TagField field) {
-    return fields.contains(field) && FieldFrames::isOf(field, identifier);
-  });
+  return std::ranges::any_of(
+      allTagFields, [&](TagField field) { return fields.contains(field) && isFrameOf(field, identifier); });
 }
 
 }  // namespace

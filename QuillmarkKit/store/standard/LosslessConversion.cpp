@@ -5,15 +5,12 @@
 #include <utility>
 #include <vector>
 
-#include "QuillmarkKit/store/file/FieldFrames.h"
-#include "QuillmarkKit/store/standard/TagNotes.h"
 #include "QuillmarkKit/store/standard/TagTexts.h"
 #include "platform/base/Strings.h"
 
 namespace QuillmarkKit::LosslessConversion {
 
 namespace Strings = platform::Strings;
-using namespace FieldFrames;
 using namespace TagTexts;
 using ID3v2::Frame;
 using ID3v2::LanguageText;
@@ -45,8 +42,8 @@ bool isTotal(TagField field) {
 
 /// Returns the text that a number field other than the year is read from.
 std::string numberTextOf(const Tag& tag, TagField field) {
-  if (field == TagField::bpm) return firstValue(tag, identifierOf(field));
-  return positionIn(firstValue(tag, identifierOf(field))).part(isTotal(field));
+  if (field == TagField::bpm) return firstValue(tag, frameIdentifier(field));
+  return positionIn(firstValue(tag, frameIdentifier(field))).part(isTotal(field));
 }
 
 /// Returns whether a program has stored data for its own use in the comment.
@@ -125,13 +122,13 @@ void replaceFrames(Tag& tag, Predicate isOld, std::optional<Frame> replacement) 
 void setText(Tag& tag, TagField field, const TagSet::Text& text) {
   std::optional<Frame> frame;
   const bool isDateOfV24 = field == TagField::year && tag.version == 4;
-  if (text && !text->empty()) frame = textFrame(isDateOfV24 ? "TDRC" : identifierOf(field), *text);
+  if (text && !text->empty()) frame = textFrame(isDateOfV24 ? "TDRC" : frameIdentifier(field), *text);
   replaceFrames(
-      tag, [&](const Frame& old) { return isOf(field, old.identifier); }, std::move(frame));
+      tag, [&](const Frame& old) { return isFrameOf(field, old.identifier); }, std::move(frame));
 }
 
 void setLanguageText(Tag& tag, TagField field, const TagSet::Text& text) {
-  const std::string_view identifier = identifierOf(field);
+  const std::string_view identifier = frameIdentifier(field);
   if (!text) {
     const auto isOld = [&](const Frame& frame) {
       const auto* old = std::get_if<LanguageText>(&frame.content);
@@ -153,8 +150,8 @@ void setNumber(Tag& tag, TagField field, const TagSet::Number& number) {
   if (field == TagField::year) return setText(tag, field, number ? yearText(*number) : TagSet::Text());
   std::string text = number ? std::to_string(*number) : "";
   if (field != TagField::bpm) {
-    const std::string old = textOf(tag, identifierOf(field));
-    Position position = positionIn(firstValue(tag, identifierOf(field)));
+    const std::string old = textOf(tag, frameIdentifier(field));
+    Position position = positionIn(firstValue(tag, frameIdentifier(field)));
     position.part(isTotal(field)) = std::move(text);
     text = position.text();
     // Keep further positions in the frame, unless the frame is removed.
@@ -169,13 +166,13 @@ void setNumber(Tag& tag, TagField field, const TagSet::Number& number) {
 
 void setArtwork(Tag& tag, const std::optional<Artwork>& artwork) {
   if (!artwork) {
-    const auto isOld = [](const Frame& frame) { return isOf(TagField::artwork, frame.identifier); };
+    const auto isOld = [](const Frame& frame) { return isFrameOf(TagField::artwork, frame.identifier); };
     return replaceFrames(tag, isOld, std::nullopt);
   }
   Frame* frame = replacedPictureOf(tag);
   if (frame == nullptr) {
     // Insert before other pictures, because many players show the first one.
-    const auto first = std::ranges::find(tag.frames, identifierOf(TagField::artwork), &Frame::identifier);
+    const auto first = std::ranges::find(tag.frames, frameIdentifier(TagField::artwork), &Frame::identifier);
     frame = &*tag.frames.insert(first, {.identifier = "APIC", .content = Picture{"", frontCover, "", {}}});
   }
   auto& picture = std::get<Picture>(frame->content);
@@ -189,7 +186,7 @@ bool hasUnreadFrame(const Tag& tag, TagField field) {
     const auto* opaque = std::get_if<ID3v2::Opaque>(&frame.content);
     const bool isUnread =
         opaque != nullptr ? !opaque->bytes.empty() : std::holds_alternative<ID3v2::Unread>(frame.content);
-    return isUnread && isOf(field, frame.identifier);
+    return isUnread && isFrameOf(field, frame.identifier);
   });
 }
 
@@ -198,7 +195,7 @@ bool hasUnreadFrame(const Tag& tag, TagField field) {
 const Frame* shownFrameOf(const Tag& tag, TagField field) {
   if (field == TagField::artwork) return coverOf(tag);
   const bool isLanguageText = field == TagField::comment || field == TagField::lyrics;
-  return isLanguageText ? languageTextOf(tag, identifierOf(field)) : nullptr;
+  return isLanguageText ? languageTextOf(tag, frameIdentifier(field)) : nullptr;
 }
 
 TagSet fieldsOf(const Tag& tag) {
@@ -211,7 +208,7 @@ TagSet fieldsOf(const Tag& tag) {
             const Frame* frame = shownFrameOf(tag, field);
             if (frame != nullptr) tags.*member = std::get<LanguageText>(frame->content).text;
           } else {
-            const std::string text = textOf(tag, identifierOf(field));
+            const std::string text = textOf(tag, frameIdentifier(field));
             tags.*member = field == TagField::genre ? genresIn(text) : text;
           }
         },
@@ -256,32 +253,25 @@ TagSet asRead(const TagSet& tags) {
   return fieldsOf(tag);
 }
 
-std::optional<std::string> unrepresentableValue(const Tag& tag, const TagSet& values, TagField field) {
+std::optional<Unrepresentable> unrepresentableValue(const Tag& tag, const TagSet& values, TagField field) {
   if (values.value(field)) return std::nullopt;
   if (field == TagField::artwork) {
     const Frame* cover = coverOf(tag);
-    if (cover != nullptr) return "(" + TagDescriptions::describe(std::get<Picture>(cover->content)) + ")";
+    if (cover != nullptr) return Unrepresentable{.picture = &std::get<Picture>(cover->content)};
   } else if (integerKeyPath(field) != nullptr) {
     std::string text = field == TagField::year ? firstValue(tag, "TDRC") : numberTextOf(tag, field);
     if (field == TagField::year && text.empty()) text = firstValue(tag, "TYER");
-    if (!text.empty()) return TagDescriptions::inQuotes(text);
+    if (!text.empty()) return Unrepresentable{.text = std::move(text)};
   }
-  if (hasUnreadFrame(tag, field)) return "that cannot be read";
+  if (hasUnreadFrame(tag, field)) return Unrepresentable{};
   return std::nullopt;
 }
 
 bool sharesUnreadFrame(const Tag& tag, TagField field, TagFields fields) {
   const auto isShared = [&](TagField other) {
-    return !fields.contains(other) && identifierOf(other) == identifierOf(field);
+    return !fields.contains(other) && frameIdentifier(other) == frameIdentifier(field);
   };
   return std::ranges::any_of(allTagFields, isShared) && hasUnreadFrame(tag, field);
-}
-
-std::string_view expectedValue(TagField field) {
-  if (field == TagField::year) return "a year of four digits";
-  return dispatch(
-      field, [](TextMember) { return "text"; }, [](NumberMember) { return "a number"; },
-      [] { return "a JPEG or PNG"; });
 }
 
 }  // namespace QuillmarkKit::LosslessConversion

@@ -29,16 +29,20 @@ bool keepsShownPicture(const ID3v2::Tag& tag);
 /// "Rock", and a year of five digits is cut off after four.
 TagSet asRead(const TagSet& tags);
 
-/// Returns a description of the data that the tag has for the field and that no field value can represent,
-/// such as a picture of another format or the disc number "A". Returns nothing if there is no such data or
-/// the field has a value. `values` must be the fields of the tag.
-std::optional<std::string> unrepresentableValue(const ID3v2::Tag& tag, const TagSet& values, TagField field);
+/// Data of a field that no field value can represent. With neither a picture nor a text, it cannot be read.
+struct Unrepresentable {
+  /// A picture of another format than JPEG and PNG.
+  const ID3v2::Picture* picture = nullptr;
+  /// A text that is not a number, such as the disc number "A".
+  std::string text = {};
+};
+/// Returns such data that the tag has for the field. Returns nothing if there is none or the field has a
+/// value. `values` must be the fields of the tag.
+std::optional<Unrepresentable> unrepresentableValue(const ID3v2::Tag& tag, const TagSet& values,
+                                                    TagField field);
 
 /// Returns whether the field's frame cannot be read and also contains a field that is not among `fields`, as
 /// a track number and its total are in one frame.
 bool sharesUnreadFrame(const ID3v2::Tag& tag, TagField field, TagFields fields);
-
-/// Returns the kind of value that the field takes, as in "expected a number".
-std::string_view expectedValue(TagField field);
 
 }  // namespace QuillmarkKit::LosslessConversion

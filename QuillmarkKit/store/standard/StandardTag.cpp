@@ -5,12 +5,10 @@
 
 #include "ID3v2/Reading.h"
 #include "ID3v2/Writing.h"
-#include "QuillmarkKit/store/file/FieldFrames.h"
 #include "QuillmarkKit/store/file/StoreErrors.h"
-#include "QuillmarkKit/store/standard/FileTags.h"
 #include "QuillmarkKit/store/standard/LosslessConversion.h"
+#include "QuillmarkKit/store/standard/TagDifferences.h"
 #include "QuillmarkKit/store/standard/TagNotes.h"
-#include "platform/base/Formats.h"
 
 namespace QuillmarkKit {
 
@@ -37,9 +35,10 @@ platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, std::
   platform::SharedBytes bytes(std::move(written.bytes));
   const auto reading = ID3v2::read(bytes);
   const ID3v2::Tag readBack = reading ? reading->tag : ID3v2::Tag();
-  const TagLosses::Losses losses = TagLosses::between(tag, readBack);
-  for (const auto* lost : {&losses.dropped, &losses.changed}) {
-    if (!lost->empty()) throw LosslessError::cannotKeep(url, lost->front());
+  const auto differences = TagDifferences::between(tag, readBack);
+  if (!differences.empty()) {
+    const auto [dropped, changed] = TagNotes::describe(differences);
+    throw LosslessError::cannotKeep(url, dropped.empty() ? changed.front() : dropped.front());
   }
   const TagFields others = LosslessConversion::fieldsOf(readBack).differing(wanted);
   for (const TagField field : allTagFields) {
@@ -48,11 +47,21 @@ platform::SharedBytes bytesOf(const ID3v2::Tag& tag, const TagSet& wanted, std::
   return bytes;
 }
 
+/// Returns the name of data in the tag that is not a frame and can be audio, or an empty text. Frames that
+/// cannot be read have an identifier.
+std::string damageOf(const FileTags& tags) {
+  const auto part = std::ranges::find(tags.unreadable, "", &ID3v2::UnreadablePart::identifier);
+  return part != tags.unreadable.end() ? part->what : "";
+}
+
 }  // namespace
 
 StandardTag::StandardTag(MP3File& file)
-    : path_(file.path()), file_(readTags(file)), tags_(LosslessConversion::fieldsOf(file_.tag)) {
-  // The frames keep alive the bytes that they need.
+    : path_(file.path()),
+      file_(readTags(file)),
+      claimedSize_(file_.hasID3v2Tag ? file.tagBytes().size() : 0),
+      tags_(LosslessConversion::fieldsOf(file_.tag)) {
+  if (file_.hasID3v2Tag) bytes_ = file.tagBytes().slice(0, static_cast<std::size_t>(file_.audioStart));
   file.dropTagBytes();
 }
 
@@ -69,8 +78,11 @@ TagFields StandardTag::unrepresentableFields(TagFields fields) const {
   return unrepresentable;
 }
 
-bool StandardTag::holdsMoreThanValues(TagFields fields) const {
-  return file_.hasUnreadable(fields) || !unrepresentableFields(fields).isEmpty();
+bool StandardTag::isChangedBy(const TagChange& change) const {
+  if (change.tags != tags_) return true;
+  if (change.wholeTag) return bytes_ != *change.wholeTag;
+  const TagFields cleared = change.cleared();
+  return file_.hasUnreadable(cleared) || !unrepresentableFields(cleared).isEmpty();
 }
 
 void StandardTag::requireWritableElsewhere(TagFields fields) const {
@@ -81,8 +93,8 @@ void StandardTag::requireWritableElsewhere(TagFields fields) const {
                            ? LosslessConversion::unrepresentableValue(file_.tag, tags_, field)
                            : std::nullopt;
     if (!value) continue;
-    throw LosslessError::cannotCarry(path_, nameInSentence(field) + " " + *value,
-                                     LosslessConversion::expectedValue(field));
+    throw LosslessError::cannotCarry(path_, nameInSentence(field) + " " + TagNotes::describe(*value),
+                                     TagNotes::expectedValue(field));
   }
 }
 
@@ -90,29 +102,17 @@ UnrepresentableValues StandardTag::unrepresentableValues() const {
   UnrepresentableValues values;
   for (const TagField field : allTagFields) {
     if (auto value = LosslessConversion::unrepresentableValue(file_.tag, tags_, field))
-      values.emplace(field, *value);
+      values.emplace(field, TagNotes::describe(*value));
   }
   return values;
 }
 
-OpenTag::SourceNotes StandardTag::sourceNotes(TagFields fields) const {
-  return {.losses = TagLosses::ofReading(file_, tags_, fields),
-          .beyondFields = QuillmarkKit::beyondFields(file_.tag)};
+SourceNotes StandardTag::notes(TagFields fields) const {
+  return TagNotes::ofSource(file_, tags_, fields);
 }
 
-/// Returns a sentence about the values of these fields, which no listing shows and which a write removes.
-std::string StandardTag::losses(TagFields unrepresentable) const {
-  std::string sentence;
-  for (const TagField field : allTagFields) {
-    if (!unrepresentable.contains(field)) continue;
-    sentence += sentence.empty() ? "drops its " : "; drops its ";
-    sentence +=
-        nameInSentence(field) + " " + *LosslessConversion::unrepresentableValue(file_.tag, tags_, field);
-  }
-  return sentence.empty() ? sentence : sentence + ".";
-}
-
-NewTag StandardTag::changedBy(const TagChange& change) {
+NewTag StandardTag::changedBy(const TagChange& change, bool reportsLosses) const {
+  if (change.wholeTag) return replacedBy(change);
   if (file_.hasAPETag) throw LosslessError::hidesAPETag(path_);
   const auto lost = std::ranges::find(file_.unreadable, false, &ID3v2::UnreadablePart::isFrame);
   if (lost != file_.unreadable.end()) throw LosslessError::cannotKeep(path_, lost->what);
@@ -121,16 +121,39 @@ NewTag StandardTag::changedBy(const TagChange& change) {
   changed.insert(unrepresentable);
   for (const TagField field : allTagFields) {
     if (changed.contains(field) && LosslessConversion::sharesUnreadFrame(file_.tag, field, changed))
-      throw LosslessError::cannotKeep(path_, "the frame " + std::string(FieldFrames::identifierOf(field)));
+      throw LosslessError::cannotKeep(path_, "the frame " + std::string(frameIdentifier(field)));
   }
-  NewTag made{.bytes = {}, .audioStart = file_.audioStart, .losses = losses(unrepresentable)};
+  NewTag made{.bytes = {}, .audioStart = file_.audioStart};
+  if (reportsLosses) made.losses = TagNotes::ofRemoving(file_.tag, tags_, unrepresentable);
   made.keepsArtwork = changed.contains(TagField::artwork) && change.tags.artwork &&
                       LosslessConversion::keepsShownPicture(file_.tag);
+  ID3v2::Tag tag = file_.tag;
   // v2.2 can only be read.
-  if (file_.tag.version == 2) file_.tag.version = 3;
-  LosslessConversion::setFields(file_.tag, change.tags, changed);
-  if (!file_.tag.frames.empty()) made.bytes = bytesOf(file_.tag, change.tags, file_.audioStart, path_);
+  if (tag.version == 2) tag.version = 3;
+  LosslessConversion::setFields(tag, change.tags, changed);
+  if (!tag.frames.empty()) made.bytes = bytesOf(tag, change.tags, file_.audioStart, path_);
   return made;
+}
+
+/// Returns the whole tag of the change.
+NewTag StandardTag::replacedBy(const TagChange& change) const {
+  if (file_.hasAPETag && !change.mayHideAPETag) throw LosslessError::hidesAPETag(path_);
+  if (const std::string damage = damageOf(file_); !damage.empty())
+    throw LosslessError::cannotReplaceTag(path_, damage);
+  const bool hidesID3v1Tag = !file_.hasID3v2Tag && !file_.tag.frames.empty();
+  std::string losses = hidesID3v1Tag ? "hides its ID3v1 tag" : "";
+  if (file_.hasAPETag) losses += losses.empty() ? "hides its APE tag" : "; hides its APE tag";
+  if (!losses.empty()) losses += ".";
+  return {.bytes = *change.wholeTag, .audioStart = file_.audioStart, .losses = std::move(losses)};
+}
+
+TagChange StandardTag::copied() const {
+  if (!file_.hasID3v2Tag) throw LosslessError::cannotCopyTag(path_, "it has none");
+  if (const std::string damage = damageOf(file_); !damage.empty())
+    throw LosslessError::cannotCopyTag(path_, damage + " cannot be read");
+  // The header announces more bytes than the tag has if its footer is missing.
+  if (claimedSize_ != file_.audioStart) throw LosslessError::cannotCopyTag(path_, "its footer is missing");
+  return {.tags = tags_, .selected = TagFields::all, .wholeTag = bytes_};
 }
 
 TagSet acceptedTags(const TagSet& tags, TagFields fields) {
@@ -144,58 +167,9 @@ TagSet acceptedTags(const TagSet& tags, TagFields fields) {
         [&] { return readBack.artwork.has_value() == tags.artwork.has_value(); });
     if (isKept || !fields.contains(field)) continue;
     throw LosslessError::cannotWrite(nameInSentence(field) + " " + *tags.value(field),
-                                     LosslessConversion::expectedValue(field));
+                                     TagNotes::expectedValue(field));
   }
   return readBack;
-}
-
-namespace {
-
-/// Returns the bytes before the audio.
-platform::SharedBytes tagBytesOf(MP3File& file, const FileTags& tags) {
-  return file.tagBytes().slice(0, static_cast<std::size_t>(tags.audioStart));
-}
-
-/// Returns the name of data in the tag that is not a frame, or an empty text. Frames that cannot be read have
-/// an identifier.
-std::string damageOf(const FileTags& tags) {
-  const auto part = std::ranges::find(tags.unreadable, "", &ID3v2::UnreadablePart::identifier);
-  return part != tags.unreadable.end() ? part->what : "";
-}
-
-}  // namespace
-
-CopiedTag::CopiedTag(MP3File& file, platform::SharedBytes newTag, bool keepsAPETag)
-    : path_(file.path()), newTag_(std::move(newTag)), keepsAPETag_(keepsAPETag) {
-  const FileTags old = readTags(file);
-  hasAPETag_ = old.hasAPETag;
-  hasOnlyID3v1Tag_ = !old.hasID3v2Tag && !old.tag.frames.empty();
-  damage_ = damageOf(old);
-  isSame_ = tagBytesOf(file, old) == newTag_;
-  audioStart_ = old.audioStart;
-  tags_ = LosslessConversion::fieldsOf(old.tag);
-  file.dropTagBytes();
-}
-
-NewTag CopiedTag::changedBy(const TagChange&) {
-  if (hasAPETag_ && keepsAPETag_) throw LosslessError::hidesAPETag(path_);
-  if (!damage_.empty()) throw LosslessError::cannotReplaceTag(path_, damage_);
-  std::string losses = hasOnlyID3v1Tag_ ? "hides its ID3v1 tag" : "";
-  if (hasAPETag_) losses += losses.empty() ? "hides its APE tag" : "; hides its APE tag";
-  if (!losses.empty()) losses += ".";
-  return {.bytes = newTag_, .audioStart = audioStart_, .losses = std::move(losses)};
-}
-
-platform::SharedBytes wholeTag(const std::filesystem::path& path) {
-  MP3File file(path);
-  const FileTags tags = readTags(file);
-  if (!tags.hasID3v2Tag) throw LosslessError::cannotCopyTag(path, "it has none");
-  if (const std::string damage = damageOf(tags); !damage.empty())
-    throw LosslessError::cannotCopyTag(path, damage + " cannot be read");
-  // The header announces more bytes than the tag has if its footer is missing.
-  if (file.tagBytes().size() != tags.audioStart)
-    throw LosslessError::cannotCopyTag(path, "its footer is missing");
-  return tagBytesOf(file, tags);
 }
 
 }  // namespace QuillmarkKit
