@@ -143,8 +143,8 @@ std::uint16_t FrameForm::flags() const {
 std::optional<platform::SharedBytes> FrameForm::inV23() const {
   // In v2.3, exactly the compressed frames have a length field. An encrypted frame with a length that is not
   // compressed has no form in v2.3.
-  const bool tellsLength = length && (isCompressed || isEncrypted);
-  if (tellsLength != isCompressed) return std::nullopt;
+  const bool hasLength = length && (isCompressed || isEncrypted);
+  if (hasLength != isCompressed) return std::nullopt;
   if (!isCompressed && !method && !group) return content;
   platform::Bytes bytes;
   if (isCompressed) platform::append(bytes, platform::bigEndianBytes(*length));

@@ -32,10 +32,10 @@ std::size_t extendedHeaderLength(platform::ByteView body, std::uint8_t version) 
   constexpr std::size_t sizeField = 4;
   if (body.size() < sizeField || isFrameLikelyAt(body, 0, version)) return 0;
   const platform::ByteView field = body.first(sizeField);
-  const std::size_t told =
+  const std::size_t stated =
       version == 4 ? platform::numberFromSynchsafe(platform::bigEndian(field)) : platform::bigEndian(field);
-  const std::size_t usual = version == 4 ? told : told + sizeField;
-  const std::size_t unusual = version == 4 ? told + sizeField : told;
+  const std::size_t usual = version == 4 ? stated : stated + sizeField;
+  const std::size_t unusual = version == 4 ? stated + sizeField : stated;
   for (const std::size_t length : {usual, unusual}) {
     if (length > sizeField && leadsOn(body, length, version)) return length;
   }

@@ -56,10 +56,10 @@ View viewOf(const SharedBytes& body, const TagHeader& header) {
                                : View{.areFramesUnsynchronised = false, .walk = walkBody(body, header)};
   }
   View usual = header.version == 4 ? single() : whole();
-  const bool isTold = std::ranges::any_of(usual.walk.frames, [&](const RawFrame& frame) {
+  const bool isConfirmed = std::ranges::any_of(usual.walk.frames, [&](const RawFrame& frame) {
     return saysUnsynchronised(frame.flags, header.version);
   });
-  if (isSound(usual.walk) || isTold) return usual;
+  if (isSound(usual.walk) || isConfirmed) return usual;
   View unusual = header.version == 4 ? whole() : single();
   return isSounder(unusual.walk, usual.walk) ? unusual : usual;
 }

@@ -9,18 +9,13 @@ set(include_dir ${CMAKE_INSTALL_INCLUDEDIR}/quillmark)
 # The headers that programs include. The headers that these include are installed, too.
 set(headers
     ID3TagEditor/ID3TagEditor.h
-    ID3v2/Identifiers.h
     ID3v2/Reading.h
-    ID3v2/TagsAtTheEnd.h
     ID3v2/Writing.h
-    QuillmarkKit/model/TagSetJSON.h
     QuillmarkKit/store/MP3TagStore.h
     QuillmarkKit/store/file/StoreErrors.h
     QuillmarkKit/transfer/TagApplier.h
-    QuillmarkKit/transfer/TagClipboard.h
     platform/FileError.h
-    platform/FileHandle.h
-    platform/base/JSON.h)
+    platform/FileHandle.h)
 set(installed)
 while(headers)
   list(POP_FRONT headers header)

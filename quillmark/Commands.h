@@ -48,7 +48,7 @@ struct SourceOptions {
 
 /// Reads the tags of `from` to write `fields` of them into other files, and prints a note about values that
 /// are read otherwise than they were meant. Throws as the store does.
-QuillmarkKit::Source readSource(const QuillmarkKit::MP3TagStore& store, const std::filesystem::path& from,
+QuillmarkKit::TagSource readSource(const QuillmarkKit::MP3TagStore& store, const std::filesystem::path& from,
                                 QuillmarkKit::TagFields fields, Console& console, SourceOptions options = {});
 
 // The commands. An exception that they throw means status 1.

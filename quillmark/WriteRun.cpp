@@ -31,7 +31,7 @@ std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arg
   return store;
 }
 
-QuillmarkKit::Source readSource(const QuillmarkKit::MP3TagStore& store, const std::filesystem::path& from,
+QuillmarkKit::TagSource readSource(const QuillmarkKit::MP3TagStore& store, const std::filesystem::path& from,
                                 QuillmarkKit::TagFields fields, Console& console, SourceOptions options) {
   auto source = store.source(from, fields, console.wantsNotes(), options.acceptsUnrepresentable);
   if (!source.notes.misread.empty())

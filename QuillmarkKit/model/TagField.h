@@ -4,7 +4,6 @@
 #include <cstdint>
 #include <initializer_list>
 #include <limits>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -139,9 +138,5 @@ inline constexpr TagFields TagFields::albumIdentity{
     TagField::year,      TagField::discNumber,  TagField::discTotal, TagField::trackTotal,
     TagField::publisher, TagField::copyright,   TagField::artwork,
 };
-
-/// Descriptions of values in a tag that their fields cannot represent, for messages, such as "127.98" in
-/// quotes for the BPM. These fields are absent in the tag set.
-using UnrepresentableValues = std::map<TagField, std::string>;
 
 }  // namespace QuillmarkKit

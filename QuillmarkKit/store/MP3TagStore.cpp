@@ -8,6 +8,7 @@
 #include "ID3v2/Reading.h"
 #include "QuillmarkKit/store/engine/EngineTag.h"
 #include "QuillmarkKit/store/file/MP3File.h"
+#include "QuillmarkKit/store/file/OpenTag.h"
 #include "QuillmarkKit/store/file/StoreErrors.h"
 #include "QuillmarkKit/store/standard/StandardTag.h"
 #include "QuillmarkKit/store/standard/TagNotes.h"
@@ -130,15 +131,15 @@ TagSet MP3TagStore::read(const std::filesystem::path& from) const {
   return naming(file, [&] { return openTag(file)->tags(); });
 }
 
-Source MP3TagStore::readWithNotes(const std::filesystem::path& from) const {
+TagSource MP3TagStore::readWithNotes(const std::filesystem::path& from) const {
   MP3File file = open(from);
   requireMP3Name(file);
   const auto tag = naming(file, [&] { return openTag(file); });
   return {.tags = tag->tags(), .notes = tag->notes(TagFields::all)};
 }
 
-Source MP3TagStore::source(const std::filesystem::path& from, TagFields fields, bool hasNotes,
-                           bool acceptsUnrepresentable) const {
+TagSource MP3TagStore::source(const std::filesystem::path& from, TagFields fields, bool hasNotes,
+                              bool acceptsUnrepresentable) const {
   MP3File file = open(from);
   requireMP3Name(file);
   const auto tag = naming(file, [&] { return openTag(file); });

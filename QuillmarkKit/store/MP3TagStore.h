@@ -12,14 +12,7 @@ class ID3TagEditor;
 namespace QuillmarkKit {
 
 class MP3File;
-
-/// The tags of a file that are to be written into other files.
-struct Source {
-  TagSet tags;
-  /// The values that the store cannot write into other files.
-  UnrepresentableValues unrepresentable = {};
-  SourceNotes notes = {};
-};
+class OpenTag;
 
 /// Reads and writes the tags of MP3 files. Derived classes choose the way of reading a tag. A file is opened
 /// once and its tag is read once, even if it is then replaced. Errors name the file: TagStoreError (not an
@@ -40,11 +33,11 @@ class MP3TagStore : public TagStore {
   std::unique_ptr<TagEdit> edit(const std::filesystem::path& file, platform::ReplacementRun& run) const final;
 
   /// Returns the tags as `read` does, with notes about all fields.
-  Source readWithNotes(const std::filesystem::path& from) const;
+  TagSource readWithNotes(const std::filesystem::path& from) const;
   /// Returns the tags as a source of `fields`, with notes only if `hasNotes`. Throws if the tag has a value
   /// for one of the fields that the store cannot write into other files, unless `acceptsUnrepresentable`.
-  Source source(const std::filesystem::path& from, TagFields fields, bool hasNotes,
-                bool acceptsUnrepresentable = false) const;
+  TagSource source(const std::filesystem::path& from, TagFields fields, bool hasNotes,
+                   bool acceptsUnrepresentable = false) const;
   /// Returns the tags as the store would read them after writing them. Throws if the store cannot write one
   /// of the fields.
   virtual TagSet accepted(const TagSet& tags, TagFields) const { return tags; }

@@ -4,8 +4,7 @@
 #include <memory>
 #include <string>
 
-#include "QuillmarkKit/model/TagSet.h"
-#include "QuillmarkKit/store/file/OpenTag.h"
+#include "QuillmarkKit/model/TagChange.h"
 #include "platform/ReplacementRun.h"
 
 namespace QuillmarkKit {

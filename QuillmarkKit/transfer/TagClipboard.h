@@ -6,8 +6,8 @@
 #include <string>
 #include <string_view>
 
+#include "QuillmarkKit/model/TagChange.h"
 #include "QuillmarkKit/model/TagField.h"
-#include "QuillmarkKit/model/TagSet.h"
 #include "platform/Pasteboard.h"
 
 /// Copies a tag set to the pasteboard and back. The content is a JSON document with the members "version" and

@@ -2,26 +2,12 @@
 
 #include <cstdint>
 #include <exception>
-#include <optional>
 #include <string>
 
-#include "QuillmarkKit/model/TagSet.h"
+#include "QuillmarkKit/model/TagChange.h"
 #include "platform/base/Bytes.h"
 
 namespace QuillmarkKit {
-
-/// A change of one file's tag: new values of some fields or, if `wholeTag` is present, a whole new tag.
-struct TagChange {
-  TagSet tags;
-  /// The fields to change. Those that are absent in `tags` are to be removed.
-  TagFields selected;
-  /// A whole ID3v2 tag with header. The fields in it must be `tags`, and all fields must be selected.
-  std::optional<platform::SharedBytes> wholeTag = {};
-  /// Whether a whole tag may be put in front of an APE tag, which it hides from players.
-  bool mayHideAPETag = false;
-
-  TagFields cleared() const { return selected.without(tags.populatedFields()); }
-};
 
 /// A whole new tag for a file.
 struct NewTag {
@@ -34,15 +20,6 @@ struct NewTag {
   bool keepsArtwork = false;
   /// The error that the write must throw instead; a dry run ignores it.
   std::exception_ptr failure = nullptr;
-};
-
-/// Notes about a tag as a source of fields.
-struct SourceNotes {
-  /// The fields that are not read, or not read as the standards define them, as a sentence; empty if there
-  /// are none.
-  std::string misread = {};
-  /// The contents of the tag that belong to no field, as an enumeration; empty if there are none.
-  std::string beyondFields = {};
 };
 
 /// The tag of an open file, read and written in one of several ways. The file must outlive it.
