@@ -11,42 +11,6 @@
 
 namespace platform {
 
-/// A backup of a file under its name followed by ".orig": a hard link if the file system supports
-/// that, else a copy. The destructor removes a backup that was made, unless `keep` was called.
-class FileBackup {
- public:
-  /// `entry` is the place of the open `original`. The original and the folder of the entry must outlive this
-  /// object.
-  FileBackup(FileHandle& original, FolderEntry entry);
-  ~FileBackup();
-  FileBackup(const FileBackup&) = delete;
-  FileBackup& operator=(const FileBackup&) = delete;
-
-  /// Makes the backup. If a file that is not empty already has its name, keeps that file instead. A copy is
-  /// put together in `temporary`. Throws FileError, also if something else has that name or if the user could
-  /// not remove the backup again. Throws FileConflict if the original has changed.
-  void make(PrivateFolder& temporary);
-  void keep() { isMade_ = false; }
-  /// Returns whether an earlier backup was kept.
-  bool isEarlier() const { return isEarlier_; }
-  /// Returns whether the backup is a hard link, which has changed the attributes of the original.
-  bool isSecondName() const { return isMade_ && isSameFile(made_, original_.attributes()); }
-
- private:
-  bool findEarlier();
-  bool makeSecondName();
-  void remove();
-  void makeCopy(PrivateFolder& temporary);
-  [[noreturn]] void fail() const;
-
-  FileHandle& original_;
-  FolderEntry entry_;
-  std::string name_;
-  struct stat made_ {};
-  bool isMade_ = false;
-  bool isEarlier_ = false;
-};
-
 /// A new file that takes the place of another one, the original, in one step when it is complete. If this
 /// object is destroyed before that, the original is unchanged, and no temporary file is left.
 ///
@@ -76,7 +40,9 @@ class FileReplacement {
   /// Returns the new file, which the caller must write.
   FileHandle& file() { return *file_; }
 
-  /// Makes `commit` keep the original beside the new file; see FileBackup.
+  /// Makes `commit` keep the original beside the new file, under its name followed by ".orig": as a
+  /// hard link if the file system supports that, else as a copy. If a file that is not empty already has that
+  /// name, `commit` keeps that file instead.
   void keepBackup() { keepsBackup_ = true; }
   /// Gives the new file the original's modification date, unless the system refuses.
   void keepModificationDate();
@@ -103,5 +69,11 @@ class FileReplacement {
   bool keepsBackup_ = false;
   bool hasEarlierBackup_ = false;
 };
+
+/// Makes `contents` the contents of the file in one step. Creates the file if it does not exist; the owner,
+/// mode and attributes of an existing regular file stay. Throws FileError, also for a symbolic link, which is
+/// not followed. Throws FileConflict if another program changes the file at the same time. If this function
+/// throws, it has not changed the file.
+void replaceContents(const std::filesystem::path& file, ByteView contents);
 
 }  // namespace platform

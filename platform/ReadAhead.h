@@ -1,58 +1,21 @@
 #pragma once
 
 #include <chrono>
-#include <condition_variable>
 #include <cstddef>
-#include <deque>
 #include <filesystem>
 #include <functional>
 #include <memory>
-#include <mutex>
-#include <thread>
-#include <vector>
+#include <utility>
 
 namespace platform {
 
-/// Threads that bring files into the page cache. They receive no signals. The destructor waits until all of
-/// them have ended; a file that a thread is reading is finished first.
-class ReadAheadThreads {
- public:
-  /// Starts up to `count` threads, or as many as the system allows, which can be none.
-  explicit ReadAheadThreads(std::size_t count);
-  ~ReadAheadThreads();
-  ReadAheadThreads(const ReadAheadThreads&) = delete;
-  ReadAheadThreads& operator=(const ReadAheadThreads&) = delete;
-
-  /// Adds a file of the run to those that are to be read. The positions of files must ascend.
-  void add(std::size_t position, std::filesystem::path file);
-  /// Drops the files up to this position, because the run has reached them.
-  void dropThrough(std::size_t position);
-  /// Returns how many files in a row, up to the last one that was read, were already in the page cache.
-  std::size_t cachedInARow();
-
- private:
-  struct Wanted {
-    std::size_t position;
-    std::filesystem::path file;
-  };
-
-  void work();
-
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  std::deque<Wanted> wanted_;
-  std::size_t cachedInARow_ = 0;
-  bool isEnding_ = false;
-  std::vector<std::thread> threads_;
-};
-
-/// Brings the tags of the next files of a run into the page cache while the run works on one file, so that it
-/// does not wait for a disk or a network once for each file. The bytes read are not used, so the run's
-/// results do not depend on this.
+/// Reads the tags of the next files of a run into memory while the run works on one file, so that it does not
+/// wait for a disk or a network once for each file. The bytes read are not used, so the run's results do not
+/// depend on this.
 ///
-/// Threads exist only while they help: they start when a file took long and the next one is not in the page
-/// cache, and end after many files in a row were. Must be used by one thread only, and destroyed before the
-/// process forks or ends by a signal.
+/// Threads exist only while they help: they start when two files in a row had to be waited for, and end after
+/// many files in a row had not. They receive no signals, and nothing waits for them: they may outlive this
+/// object, and a thread that cannot open its file ends with the process. Must be used by one thread only.
 class ReadAhead {
  public:
   /// Returns the path of the file at a position. Called by `advanceTo` only.
@@ -60,6 +23,9 @@ class ReadAhead {
 
   ReadAhead(std::size_t fileCount, Location location)
       : fileCount_(fileCount), location_(std::move(location)) {}
+  ~ReadAhead() { endThreads(); }
+  ReadAhead(const ReadAhead&) = delete;
+  ReadAhead& operator=(const ReadAhead&) = delete;
 
   /// Starts to read the files after `position`. Must be called before the run opens the file at `position`.
   /// The positions must ascend.
@@ -67,19 +33,23 @@ class ReadAhead {
 
  private:
   using Clock = std::chrono::steady_clock;
+  struct Queue;
 
+  static void work(Queue& queue);
   bool isWorthwhile(std::size_t position);
-  void start();
+  void startThreads();
+  void endThreads();
 
   std::size_t fileCount_;
   Location location_;
-  /// The time of the last call of `isWorthwhile`, to measure how long a file took.
+  /// The time of the last call of `advanceTo` without threads, to measure how long a file took.
   Clock::time_point begun_;
-  /// The first position at which the page cache is examined again.
+  /// The first position at which reading is timed again.
   std::size_t nextLook_ = 1;
   /// The first file that was not yet passed to the threads.
   std::size_t nextToAdd_ = 0;
-  std::unique_ptr<ReadAheadThreads> threads_;
+  /// Shared with the threads; absent without threads.
+  std::shared_ptr<Queue> queue_;
 };
 
 }  // namespace platform

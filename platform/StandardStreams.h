@@ -51,13 +51,3 @@ Bytes contents(const std::filesystem::path& file, std::uint64_t limit);
 Bytes contentsOfStandardInput(std::uint64_t limit);
 
 }  // namespace platform::Input
-
-namespace platform {
-
-/// Makes `contents` the contents of the file in one step. Creates the file if it does not exist; the owner,
-/// mode and attributes of an existing regular file stay. Throws FileError, also for a symbolic link, which is
-/// not followed. Throws FileConflict if another program changes the file at the same time. If this function
-/// throws, it has not changed the file.
-void replaceContents(const std::filesystem::path& file, ByteView contents);
-
-}  // namespace platform

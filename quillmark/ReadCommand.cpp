@@ -7,9 +7,9 @@
 
 #include "QuillmarkKit/store/TagStore.h"
 #include "platform/FileError.h"
+#include "platform/FileReplacement.h"
 #include "platform/Paths.h"
 #include "platform/Process.h"
-#include "platform/StandardStreams.h"
 #include "platform/base/Strings.h"
 #include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"

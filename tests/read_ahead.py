@@ -1,217 +1,123 @@
 #!/usr/bin/env python3
-"""Reads files from a file system that delays each open and each read, and compares with a run without reading ahead.
+"""Runs the program with slow files (slow_files.c), and checks which of them its threads open and read, and when.
 
-Usage: read_ahead.py PROGRAM [LEAST_GAIN]
-
-LEAST_GAIN is how many times faster reading ahead must be, 4 if it is not given.
+Usage: read_ahead.py PROGRAM
 """
-import contextlib
-import ctypes
-import errno
-import heapq
 import os
 import pathlib
 import re
 import resource
-import select
 import signal
-import stat
-import struct
 import subprocess
 import sys
 import tempfile
 import time
 
 import proof
-from proof import ENVIRONMENT, check, frame, run, tag, text
+from proof import ENVIRONMENT, check, frame, tag, text
 
-WAIT = 0.005
-COUNT, REQUEST = 48, 0x8000
-# So little that the kernel has nothing to read after the tag, which it would do while the run waits.
-AUDIO = b"\xff\xfb\x90\x64" + bytes(100)
-NAMES = [f"{number:02}.mp3" for number in range(COUNT)]
-PICTURE = 4 * REQUEST // len(NAMES[0])
-# One is a pipe, and one is gone when it is looked up for the second time.
-PIPE, GONE = "30.mp3", "40.mp3"
-# Too few for reading ahead, enough for everything else.
-FEW, SOME = 16, 32
+COUNT, SLOW, THREADS, WINDOW, PIPE = 240, 40, 8, 32, 30
+NAMES = [f"{number:03}.mp3" for number in range(COUNT)]
+# Too few descriptors for threads, and just enough.
+FEW, SOME = 24, 32
+# A stuck open takes a minute. A run that does not wait for it takes about a second.
+PATIENCE = 30
+APPLY = ["apply", "--dry-run", "--from", "source.mp3"]
 
 
-def song(name):
-    """Its tag takes several reads: the run itself waits for each open, whatever was read before it."""
-    picture = b"\xff\xd8\xff\xe0" + name.encode() * PICTURE
-    return tag(text("TIT2", name), text("TALB", "album"), frame("APIC", b"\0image/jpeg\0\3\0" + picture)) + AUDIO
+def song(name, picture_size):
+    picture = b"\xff\xd8\xff\xe0" + bytes(picture_size)
+    return tag(text("TIT2", name), text("TALB", "album"), frame("APIC", b"\0image/jpeg\0\3\0" + picture))
 
 
-class SlowFiles:
-    """Serves a folder of songs through /dev/fuse. Pages that were read stay in the page cache."""
-    ROOT, DAY = 1, 86400
-    LOOKUP, FORGET, GETATTR, OPEN, READ, RELEASE = 1, 2, 3, 14, 15, 18
-    INIT, INTERRUPT, DESTROY, FORGET_MANY = 26, 36, 38, 42
-    KEEP_CACHE, PARALLEL_LOOKUPS = 2, 1 << 18
+class Stage:
+    def __init__(self, program, folder):
+        self.program, self.folder, self.log = program, folder, folder / "calls"
+        # The tags of the slow files are larger than one request of the system.
+        self.tags = [song(name, 0x28000 if number < SLOW else 100) for number, name in enumerate(NAMES)]
+        for name, start in zip(NAMES, self.tags):
+            (folder / name).write_bytes(start + b"\xff\xfb\x90\x64" + bytes(100))
+        (folder / "source.mp3").write_bytes(proof.identity("another album"))
+        source, library = pathlib.Path(__file__).with_name("slow_files.c"), folder / "slow_files.so"
+        subprocess.run(["cc", "-shared", "-fPIC", "-o", library, source], check=True)
+        self.environment = {**ENVIRONMENT, "LD_PRELOAD": str(library), "CALLS": str(self.log)}
+        self.environment["ASAN_OPTIONS"] += ":verify_asan_link_order=0"
 
-    def __init__(self, device, odd):
-        self.device, self.songs, self.odd, self.lookups = device, [song(name) for name in NAMES], odd, {}
+    def start(self, words, slow=SLOW, stuck=-1, descriptors=1024):
+        self.log.write_text("")
+        return subprocess.Popen(
+            [self.program, *words, *NAMES], cwd=self.folder, text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+            env={**self.environment, "SLOW": str(slow), "STUCK": str(stuck)},
+            preexec_fn=lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (descriptors, descriptors)))
 
-    def attributes(self, node):
-        if node == self.ROOT:
-            mode, size = stat.S_IFDIR | 0o755, 0
-        else:
-            is_pipe = self.odd and NAMES[node - 2] == PIPE
-            mode, size = (stat.S_IFIFO if is_pipe else stat.S_IFREG) | 0o644, len(self.songs[node - 2])
-        return struct.pack("<6Q10I", node, size, size // 512, 1, 1, 1, 0, 0, 0, mode, 1, 0, 0, 0, 4096, 0)
+    def finish(self, process):
+        """Returns (status, standard output, standard error). Kills a run that takes much too long."""
+        try:
+            output = process.communicate(timeout=PATIENCE)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            output = process.communicate()
+        return process.returncode, *output
 
-    def lookup(self, name):
-        self.lookups[name] = self.lookups.get(name, 0) + 1
-        is_gone = self.odd and name == GONE
-        if name not in NAMES or is_gone and self.lookups[name] > 1:
-            return errno.ENOENT
-        node = 2 + NAMES.index(name)
-        return struct.pack("<4Q2I", node, 0, 0 if is_gone else self.DAY, self.DAY, 0, 0) + self.attributes(node)
+    def run(self, words, **settings):
+        return self.finish(self.start(words, **settings))
 
-    def reply(self, operation, node, body):
-        """Gives what to answer: bytes, an error number, or None."""
-        if operation == self.INIT:
-            return struct.pack("<4I2H2I36x", 7, 31, REQUEST, self.PARALLEL_LOOKUPS, 64, 64, 4096, 1)
-        if operation == self.LOOKUP:
-            return self.lookup(body.rstrip(b"\0").decode())
-        if operation == self.GETATTR:
-            return struct.pack("<Q2I", self.DAY, 0, 0) + self.attributes(node)
-        if operation == self.OPEN:
-            return struct.pack("<Q2I", 0, self.KEEP_CACHE, 0)
-        if operation == self.READ:
-            offset, size = struct.unpack_from("<8xQI", body)
-            return self.songs[node - 2][offset:offset + size]
-        if operation == self.RELEASE:
-            return b""
-        return None if operation in (self.FORGET, self.FORGET_MANY, self.INTERRUPT) else errno.ENOSYS
-
-    def serve(self):
-        due = []
-        while True:
-            pause = max(0, due[0][0] - time.monotonic()) if due else None
-            if not select.select([self.device], [], [], pause)[0]:
-                self.answer(*heapq.heappop(due)[1:])
-                continue
-            request = os.read(self.device, 0x21000)
-            operation, number, node = struct.unpack_from("<4xIQQ", request)
-            if operation == self.DESTROY:
-                return
-            answer = self.reply(operation, node, request[40:])
-            if operation in (self.OPEN, self.READ):
-                heapq.heappush(due, (time.monotonic() + WAIT, number, answer))
-            elif answer is not None:
-                self.answer(number, answer)
-
-    def answer(self, number, answer):
-        error, data = (-answer, b"") if isinstance(answer, int) else (0, answer)
-        with contextlib.suppress(FileNotFoundError):  # the reader was interrupted
-            os.write(self.device, struct.pack("<IiQ", 16 + len(data), error, number) + data)
+    def calls(self, caller, *names):
+        """Returns the calls of these names as (name, file, count)."""
+        lines = (line.split() for line in self.log.read_text().splitlines())
+        return [(name, int(file), int(count)) for who, name, file, count in lines if who == caller and name in names]
 
 
-@contextlib.contextmanager
-def slow_folder(folder, odd=False):
-    """Mounts such a folder, with nothing of it in the page cache yet."""
-    libc = ctypes.CDLL(None, use_errno=True)
-    place = folder / "slow"
-    place.mkdir(exist_ok=True)
-    device = os.open("/dev/fuse", os.O_RDWR)
-    options = f"fd={device},rootmode=40000,user_id=0,group_id=0,allow_other,max_read={REQUEST}".encode()
-    if libc.mount(b"slow", bytes(place), b"fuse", 0, options) == -1:
-        raise OSError(ctypes.get_errno(), "mount")
-    server = os.fork()
-    if server == 0:
-        with contextlib.suppress(OSError):  # unmounted
-            SlowFiles(device, odd).serve()
-        os._exit(0)
-    os.close(device)
-    try:
-        yield place
-    finally:
-        libc.umount2(bytes(place), 2)
-        os.kill(server, signal.SIGKILL)
-        os.waitpid(server, 0)
+def check_files(stage, words):
+    in_turn = stage.run(words, descriptors=FEW)
+    check(f"{words}: status and errors", in_turn[::2], (0, ""))
+    check(f"{words}: threads with few descriptors", stage.calls("thread", "open"), [])
+    check(f"{words}: result", stage.run(words), in_turn)
+    opened = [file for _, file, _ in stage.calls("thread", "open")]
+    check(f"{words}: each file is opened once by the threads", len(set(opened)), len(opened))
+    check(f"{words}: order", [file for at, file in enumerate(opened) if file < max(opened[:at + 1]) - WINDOW], [])
+    check(f"{words}: threads end after many fast files", max(opened) < COUNT - 1, True)
+    check(f"{words}: slow files read by the run itself", len(stage.calls("run", "read")) < SLOW / 2, True)
+    open_now = [0]
+    for name, _, _ in stage.calls("thread", "open", "close"):
+        open_now.append(open_now[-1] + (1 if name == "open" else -1))
+    check(f"{words}: files open at once", max(open_now), THREADS)
+    hints = {file: 0 for file in opened}
+    for _, file, count in stage.calls("thread", "hint"):
+        hints[file] += count
+    check(f"{words}: bytes asked for", hints, {file: len(stage.tags[file]) for file in opened})
 
 
-def limited(count):
-    return {"preexec_fn": lambda: resource.setrlimit(resource.RLIMIT_NOFILE, (count, count))}
-
-
-def timed(program, words, folder, **options):
-    with slow_folder(folder) as place:
-        started = time.monotonic()
-        result = run(program, [*words, *(place / name for name in NAMES)], folder, **options)
-        return result, time.monotonic() - started
-
-
-def check_gain(program, folder, least):
-    (folder / "source.mp3").write_bytes(proof.identity("another album") + AUDIO)
-    for words, *others in ((["read"],), (["read", "--json"], ["--keep-going"]),
-                           (["apply", "--dry-run", "--from", "source.mp3"],)):
-        in_turn, slow = timed(program, words, folder, **limited(FEW))
-        check(f"{words}: status and errors", in_turn[::2], (0, ""))
-        for more in ([], *others):
-            what = " ".join([*words, *more])
-            ahead, fast = timed(program, [*words, *more], folder)
-            check(f"{what}: result", ahead, in_turn)
-            for _ in range(2):  # other programs can have kept this one waiting
-                if slow < least * fast:
-                    fast = min(fast, timed(program, [*words, *more], folder)[1])
-            print(f"{what}: {slow:.2f} s in turn, {fast:.2f} s with reading ahead")
-            check(f"{what}: is at least {least} times faster", slow >= least * fast, True)
-    check("32 descriptors", timed(program, ["read"], folder, **limited(SOME))[0], timed(program, ["read"], folder)[0])
-
-
-def check_odd_files(program, folder):
-    """Only the run itself opens names that are not regular files, and it reports names that vanish."""
-    log = folder / "log"
-    with slow_folder(folder, odd=True) as place:
-        words = ["-f", "-qq", "-o", log, "-e", "trace=openat,clone,clone3", program, "read", "--keep-going"]
-        status, output, errors = run("strace", [*words, *(place / name for name in NAMES)], folder)
-    shown = "{0}:\n  Title    {0}\n  Album    album\n  Artwork  JPEG, {1} bytes\n\n"
-    expected = "".join(shown.format(name, 4 + PICTURE * len(name)) for name in NAMES if name not in (PIPE, GONE))
-    check("odd files", (status, output + "\n"), (2, expected))
-    check("odd files: errors", errors, f"quillmark: {PIPE} could not be read: it is not a regular file.\n"
-                                       f"quillmark: {GONE} could not be read.\n")
-    calls = log.read_text()
-    opened = [line for line in calls.splitlines() if f'/{PIPE}"' in line and "O_PATH" not in line]
-    check("opens of a pipe", len(opened), 1)
-    # A sanitizer can have a thread of its own.
-    check("threads that read ahead", len(re.findall(r"CLONE_THREAD", calls)) in (8, 9), True)
-
-
-def check_signals(program, folder):
-    """A run that writes ends after the file in hand, with all threads; others end at once."""
-    (folder / "source.mp3").write_bytes(proof.identity("another album") + AUDIO)
-    summary = r"(would     .*\n)+\nwould change \d+, .*\nquillmark: \d+ files were not reached\.\n"
-    for words, expected in ((["apply", "--dry-run", "--from", "source.mp3"], summary), (["read"], "")):
-        with slow_folder(folder) as place:
-            command = [program, *words, *(place / name for name in NAMES)]
-            process = subprocess.Popen(command, cwd=folder, env=ENVIRONMENT,
-                                       stdout=subprocess.PIPE, stderr=subprocess.PIPE, text=True)
-            threads = pathlib.Path(f"/proc/{process.pid}/task")
-            while process.poll() is None and len(list(threads.iterdir())) < 9:
-                time.sleep(0.001)
-            process.send_signal(signal.SIGINT)
-            output, errors = process.communicate()
-        check(f"{words[0]}: interrupted", process.returncode, -signal.SIGINT)
-        printed = output + errors
-        check(f"{words[0]}, interrupted, prints {printed!r}", re.fullmatch(expected, printed) is not None, True)
+def check_stuck_open(stage):
+    """Nothing waits for a thread that cannot open its file: neither the end of a run nor a signal."""
+    expected = stage.run(["read"])
+    check("stuck open: result", stage.run(["read"], stuck=SLOW), expected)
+    check("stuck open: by a thread", ("open", SLOW, 0) in stage.calls("thread", "open"), True)
+    for words, printed in ((APPLY, r"(would .*\n)+\nwould change .*\nquillmark: \d+ files were not reached\.\n"),
+                           (["read"], "")):
+        process = stage.start(words, stuck=5)
+        while process.poll() is None and ("open", 5, 0) not in stage.calls("thread", "open"):
+            time.sleep(0.001)
+        process.send_signal(signal.SIGINT)
+        status, *output = stage.finish(process)
+        check(f"{words}, interrupted", (status, bool(re.fullmatch(printed, "".join(output)))), (-signal.SIGINT, True))
 
 
 def main():
-    program, least = os.path.abspath(sys.argv[1]), float(sys.argv[2]) if len(sys.argv) > 2 else 4
     with tempfile.TemporaryDirectory() as folder:
-        folder = pathlib.Path(folder)
-        try:
-            with slow_folder(folder):
-                pass
-        except OSError as error:
-            print(f"skipped: a slow file system cannot be mounted here, so nothing is proven: {error}")
-            return
-        check_gain(program, folder, least)
-        check_odd_files(program, folder)
-        check_signals(program, folder)
+        stage = Stage(os.path.abspath(sys.argv[1]), pathlib.Path(folder))
+        for words in (["read"], ["read", "--json"], APPLY):
+            check_files(stage, words)
+        check("just enough descriptors", (stage.run(["read"], descriptors=SOME)[0], bool(stage.calls("thread", "open"))),
+              (0, True))
+        stage.run(["read"], slow=0)
+        check("threads for files in memory", stage.calls("thread", "open"), [])
+        check_stuck_open(stage)
+        (stage.folder / NAMES[PIPE]).unlink()
+        os.mkfifo(stage.folder / NAMES[PIPE])
+        error = f"quillmark: {NAMES[PIPE]} could not be read: it is not a regular file.\n"
+        check("pipe", stage.run(["read", "--keep-going"])[::2], (2, error))
+        check("opens of the pipe by threads", ("open", PIPE, 0) in stage.calls("thread", "open"), False)
     proof.finish("Reading ahead changes the time of a run only.")
 
 

@@ -69,17 +69,13 @@ void copy(const TagSet& tags, Pasteboard& to, const UnrepresentableValues& unrep
   const std::string document =
       JSON::print(encode({.version = currentVersion, .tags = tags, .unrepresentable = unrepresentable}),
                   JSON::Layout::compact);
-  // The pasteboard is not cleared first, so that `paste` returns the old content until the new content is
-  // complete.
-  to.declareTypes({std::string(pasteboardType), std::string(Pasteboard::stringType)});
-  to.setData(platform::bytesOf(document), pasteboardType);
-  to.setString(tags.summary(), Pasteboard::stringType);
+  to.store(document, tags.summary());
 }
 
 namespace {
 
 std::optional<Payload> payloadOn(const Pasteboard& from) {
-  const auto document = from.data(pasteboardType);
+  const auto document = from.document();
   if (!document) return std::nullopt;
   Payload payload = [&] {
     try {
@@ -107,7 +103,7 @@ UnrepresentableValues unrepresentableValues(const Pasteboard& from) {
 }
 
 bool hasTags(const Pasteboard& on) {
-  return on.data(pasteboardType).has_value();
+  return on.document().has_value();
 }
 
 }  // namespace QuillmarkKit::TagClipboard

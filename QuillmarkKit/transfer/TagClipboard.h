@@ -16,7 +16,7 @@
 namespace QuillmarkKit::TagClipboard {
 
 /// The type of the document.
-inline constexpr std::string_view pasteboardType = "org.quillmark.tagset";
+inline constexpr std::string_view pasteboardType = platform::Pasteboard::documentType;
 
 /// The version of documents that are written, and the highest version that can be read.
 inline constexpr std::int64_t currentVersion = 1;

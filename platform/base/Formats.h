@@ -1,5 +1,6 @@
 #pragma once
 
+#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -52,12 +53,64 @@ struct Signature {
   std::size_t offset;
   std::string_view bytes;
   std::string_view format;
+  /// The purposes for which this signature counts, as bits.
+  unsigned int purposes = 0;
 };
 
-/// Returns the format of the first signature that the start of a file has, or an empty text.
+/// The purposes for which formats are recognised. Each has signatures of its own, because a wrong guess
+/// matters differently: a picture in a tag is only named, whereas artwork is written to files.
+enum FormatPurpose : unsigned int {
+  /// Pictures that can be the artwork.
+  artworkFormat = 1,
+  /// Pictures that are named when a tag is described. Their first bytes are enough.
+  describedPicture = 2,
+  /// Pictures that cannot be the artwork.
+  otherPicture = 4,
+  /// Music files that are not MP3.
+  otherMusic = 8,
+};
+
+/// All signatures. For each purpose, the first one that matches counts.
+inline constexpr auto fileSignatures = std::to_array<Signature>({
+    {0, jpegSignature, "JPEG", artworkFormat | describedPicture},
+    {0, pngSignature, "PNG", artworkFormat},
+    {0, pngSignature.substr(0, 4), "PNG", describedPicture},
+    {0, "GIF8", "GIF", describedPicture | otherPicture},
+    {0, "RIFF", "WebP", describedPicture},
+    {0, "BM", "BMP", describedPicture | otherPicture},
+    {8, "WEBP", "WebP", otherPicture},
+    {8, "avif", "AVIF", otherPicture},
+    {8, "heic", "HEIC", otherPicture},
+    {0, {"II*\0", 4}, "TIFF", otherPicture},
+    {0, {"MM\0*", 4}, "TIFF", otherPicture},
+    {0, "\xFF\x0A", "JPEG XL", otherPicture},
+    {4, "JXL ", "JPEG XL", otherPicture},
+    {0, "<svg", "SVG", otherPicture},
+    {0, "%PDF", "PDF", otherPicture},
+    {4, "ftypM4A", "M4A", otherMusic},
+    {4, "ftyp", "MPEG-4", otherMusic},
+    {0, "fLaC", "FLAC", otherMusic},
+    {0, "OggS", "Ogg", otherMusic},
+    {0, "RIFF", "WAV", otherMusic},
+    {0, "FORM", "AIFF", otherMusic},
+    {0, "wvpk", "WavPack", otherMusic},
+});
+
+/// Returns the name of the format that the start of a file has, or an empty text if no signature for the
+/// purpose matches.
+constexpr std::string_view formatOf(std::string_view start, FormatPurpose purpose) {
+  for (const auto& [offset, bytes, format, purposes] : fileSignatures) {
+    const bool counts = (purposes & purpose) != 0 && start.size() >= offset;
+    if (counts && start.substr(offset).starts_with(bytes)) return format;
+  }
+  return {};
+}
+
+/// Returns the format of the first of these signatures that the start of a file has, or an empty text.
 constexpr std::string_view formatBySignature(std::string_view start, std::span<const Signature> signatures) {
-  for (const auto& [offset, bytes, format] : signatures) {
-    if (start.size() >= offset && start.substr(offset).starts_with(bytes)) return format;
+  for (const Signature& signature : signatures) {
+    const bool isLongEnough = start.size() >= signature.offset;
+    if (isLongEnough && start.substr(signature.offset).starts_with(signature.bytes)) return signature.format;
   }
   return {};
 }

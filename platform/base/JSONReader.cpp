@@ -1,38 +1,4 @@
-#include <cmath>
-
-namespace platform::JSON {
-
-namespace {
-
-/// Takes the value of a floating-point number from the parser. It is always 0, because the parser would
-/// refuse a document with a number beyond the range of a double; the builder uses the text of the number.
-class UncheckedNumber {
- public:
-  UncheckedNumber(double value = 0) : value_(value) {}
-  operator double&() { return value_; }
-  operator double() const { return 0; }
-
- private:
-  double value_;
-};
-
-}  // namespace
-
-}  // namespace platform::JSON
-
-#ifdef _LIBCPP_VERSION
-// The parser calls this for every number. Unlike the functions of other libraries, which convert the number
-// to a built-in type, that of libc++ accepts only such types.
-namespace std {
-inline bool isfinite(const platform::JSON::UncheckedNumber& number) {
-  return isfinite(static_cast<double>(number));
-}
-}  // namespace std
-#endif
-
 #include <algorithm>
-#include <cstdint>
-#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
@@ -47,145 +13,156 @@ namespace {
 
 constexpr std::size_t greatestDepth = 512;
 
-using Parser = nlohmann::basic_json<std::map, std::vector, std::string, bool, std::int64_t, std::uint64_t,
-                                    UncheckedNumber>;
+// Only the library's lexer is used: its parser refuses a document with a number beyond the range of a double,
+// and does not return what it expected. The lexer returns the text of such a number.
+using nlohmann::detail::input_adapter;
+using Lexer = nlohmann::detail::lexer<nlohmann::json, decltype(input_adapter("", ""))>;
+using Token = Lexer::token_type;
 
-/// Returns the end of the token that starts at `start`.
-std::size_t tokenEnd(std::string_view document, std::size_t start) {
-  std::size_t end = start + 1;
-  if (document[start] == '"') {
-    while (end < document.size() && document[end] != '"') end += document[end] == '\\' ? 2 : 1;
-    ++end;
-  } else if (std::string_view(",:[]{}").find(document[start]) == std::string_view::npos) {
-    end = document.find_first_of(" \t\r\n\",:[]{}", end);
-  }
-  return std::min(end, document.size());
-}
-
-/// Returns the first character of the token before the one that contains the byte before `end`, or a zero
-/// byte if there is none.
-char tokenBefore(std::string_view document, std::size_t end) {
-  char before = '\0';
-  for (std::size_t at = 0;;) {
-    at = document.find_first_not_of(" \t\r\n", at);
-    if (at == std::string_view::npos) return before;
-    const std::size_t next = tokenEnd(document, at);
-    if (next >= end) return before;
-    before = document[at];
-    at = next;
-  }
-}
-
-/// Builds a Value from the events of the parser. Uses a stack of its own instead of recursion.
-class ValueBuilder {
+/// Reads one document. Uses a stack of its own instead of recursion.
+class Reader {
  public:
-  ValueBuilder(std::string_view document, RepeatedNames repeatedNames)
-      : document_(document), repeatedNames_(repeatedNames) {}
+  Reader(std::string_view document, RepeatedNames repeatedNames)
+      : document_(document),
+        repeatedNames_(repeatedNames),
+        lexer_(input_adapter(document.data(), document.data() + document.size())) {}
 
-  Value take() { return std::move(root_); }
-
-  bool null() { return add(Value()); }
-  bool boolean(bool value) { return add(Value(value)); }
-  bool number_integer(std::int64_t value) { return add(Value(value)); }
-  bool number_unsigned(std::uint64_t value) { return add(Value(Number{std::to_string(value)})); }
-  bool number_float(UncheckedNumber, const std::string& text) { return add(Value(Number{text})); }
-  bool string(std::string& value) { return add(Value(std::move(value))); }
-  bool binary(std::vector<std::uint8_t>&) { return false; }
-  bool key(std::string& name) {
-    const bool isRepeated = open_.back().object()->contains(name);
-    names_.back() = std::move(name);
-    if (isRepeated && repeatedNames_ == RepeatedNames::refused) {
-      throw DecodingError(place() + " is there twice");
+  Value read() {
+    next();
+    for (;;) {
+      std::optional<Value> value = valueAtToken();
+      // Closes each container whose last value this is.
+      while (value) {
+        next();
+        if (open_.empty()) {
+          require(Token::end_of_input, "the end");
+          return std::move(*value);
+        }
+        value = add(std::move(*value));
+      }
     }
-    last_ = Event::key;
-    return true;
   }
-  bool start_object(std::size_t) { return open(Value(Object())); }
-  bool start_array(std::size_t) { return open(Value(Array())); }
-  bool end_object() { return close(); }
-  bool end_array() { return close(); }
 
-  /// `end` is the position after the byte at which the parser failed, beyond the document if more was
-  /// expected.
-  bool parse_error(std::size_t end, const std::string&, const nlohmann::detail::exception&) {
+ private:
+  struct Container {
+    Value value;
+    /// The name of the member that is being read, if the value is an object.
+    std::string name;
+  };
+
+  void next() { token_ = lexer_.scan(); }
+
+  void require(Token token, std::string_view expected) {
+    if (token_ != token) fail(expected);
+  }
+
+  /// Throws DecodingError for the last byte that the lexer has read.
+  [[noreturn]] void fail(std::string_view expected) const {
+    const std::size_t end = lexer_.get_position().chars_read_total;
     if (end > document_.size()) throw DecodingError("not valid JSON: it ends too early");
     const std::string_view read = document_.substr(0, end);
     const std::size_t lineStart = read.rfind('\n') + 1;
-    throw DecodingError("not valid JSON: " + std::string(expectedBefore(end)) + " was expected at line " +
+    throw DecodingError("not valid JSON: " + std::string(expected) + " was expected at line " +
                         std::to_string(1 + std::ranges::count(read, '\n')) + ", column " +
                         std::to_string(end - lineStart));
   }
 
- private:
-  enum class Event : std::uint8_t { opened, key, value };
+  /// Returns the value that the token is or starts. Returns nothing if it starts a container with values; the
+  /// token is then that of its first value.
+  std::optional<Value> valueAtToken() {
+    switch (token_) {
+      case Token::literal_null:
+        return Value();
+      case Token::literal_true:
+      case Token::literal_false:
+        return Value(token_ == Token::literal_true);
+      case Token::value_string:
+        return Value(std::move(lexer_.get_string()));
+      case Token::value_integer:
+        return Value(lexer_.get_number_integer());
+      case Token::value_unsigned:
+      case Token::value_float:
+        return Value(Number{lexer_.get_string()});
+      case Token::begin_array:
+        return open(Value(Array()), Token::end_array);
+      case Token::begin_object:
+        return open(Value(Object()), Token::end_object);
+      default:
+        fail("a value");
+    }
+  }
 
-  /// Returns what could have been in the place of the token that the parser failed at.
-  std::string_view expectedBefore(std::size_t end) const {
-    if (open_.empty()) return last_ == Event::value ? "the end" : "a value";
-    const char before = tokenBefore(document_, end);
-    if (last_ == Event::key) return before == ':' ? "a value" : "a colon";
-    const bool isObject = open_.back().object() != nullptr;
-    if (last_ == Event::value && before != ',')
-      return isObject ? "a comma or a closing brace" : "a comma or a closing bracket";
-    return isObject ? "a name in quotes" : "a value";
+  std::optional<Value> open(Value container, Token end) {
+    if (open_.size() == greatestDepth) {
+      throw DecodingError("values nested more than " + std::to_string(greatestDepth) + " deep");
+    }
+    next();
+    if (token_ == end) return container;
+    open_.push_back({std::move(container), ""});
+    if (end == Token::end_object) readName();
+    return std::nullopt;
+  }
+
+  /// Adds the value to the container that is open. If the token closes that, returns the container.
+  std::optional<Value> add(Value value) {
+    auto& [container, name] = open_.back();
+    Object* object = container.object();
+    if (object != nullptr) {
+      object->insert_or_assign(std::move(name), std::move(value));
+    } else {
+      container.array()->push_back(std::move(value));
+    }
+    if (token_ == Token::value_separator) {
+      next();
+      if (object != nullptr) readName();
+      return std::nullopt;
+    }
+    if (object != nullptr) {
+      require(Token::end_object, "a comma or a closing brace");
+    } else {
+      require(Token::end_array, "a comma or a closing bracket");
+    }
+    Value closed = std::move(container);
+    open_.pop_back();
+    return closed;
+  }
+
+  /// Reads a member's name and colon. The token is then that of its value.
+  void readName() {
+    require(Token::value_string, "a name in quotes");
+    Container& object = open_.back();
+    object.name = std::move(lexer_.get_string());
+    if (repeatedNames_ == RepeatedNames::refused && object.value.object()->contains(object.name)) {
+      throw DecodingError(place() + " is there twice");
+    }
+    next();
+    require(Token::name_separator, "a colon");
+    next();
   }
 
   /// Returns the place of the member that is being read.
   std::string place() const {
     std::vector<std::string_view> names;
-    for (std::size_t i = 0; i < open_.size(); ++i) {
-      if (open_[i].object() != nullptr) names.emplace_back(names_[i]);
+    for (const auto& [container, name] : open_) {
+      if (container.object() != nullptr) names.emplace_back(name);
     }
     return placeOf(names);
   }
 
-  bool open(Value container) {
-    if (open_.size() == greatestDepth) {
-      throw DecodingError("values nested more than " + std::to_string(greatestDepth) + " deep");
-    }
-    open_.push_back(std::move(container));
-    names_.emplace_back();
-    last_ = Event::opened;
-    return true;
-  }
-
-  bool close() {
-    Value closed = std::move(open_.back());
-    open_.pop_back();
-    names_.pop_back();
-    return add(std::move(closed));
-  }
-
-  bool add(Value value) {
-    last_ = Event::value;
-    if (open_.empty()) {
-      root_ = std::move(value);
-    } else if (Object* object = open_.back().object()) {
-      object->insert_or_assign(std::move(names_.back()), std::move(value));
-    } else {
-      open_.back().array()->push_back(std::move(value));
-    }
-    return true;
-  }
-
   std::string_view document_;
   RepeatedNames repeatedNames_;
-  Event last_ = Event::opened;
-  Value root_;
-  std::vector<Value> open_;
-  /// The name of the member that is being read, for each open container.
-  std::vector<std::string> names_;
+  Lexer lexer_;
+  Token token_ = Token::uninitialized;
+  std::vector<Container> open_;
 };
 
 }  // namespace
 
 Value parse(std::string_view document, RepeatedNames repeatedNames) {
-  // The parser would take a zero byte for the end of the document, whatever follows it.
+  // The lexer would take a zero byte for the end of the document, whatever follows it.
   if (document.find('\0') != std::string_view::npos)
     throw DecodingError("not valid JSON: it holds a zero byte");
-  ValueBuilder builder(document, repeatedNames);
-  Parser::sax_parse(document.begin(), document.end(), &builder);
-  return builder.take();
+  return Reader(document, repeatedNames).read();
 }
 
 std::string placeOf(std::span<const std::string_view> names) {

@@ -18,6 +18,8 @@ namespace platform {
 
 namespace {
 
+// The names of files in the hidden folder.
+constexpr const char* fileName = "new";
 constexpr const char* copyName = "old";
 
 /// Returns whether `linkat` failed because hard links to this file, or to any file, are not possible here.
@@ -26,7 +28,41 @@ bool mayNotLink(int code) {
   return std::ranges::find(codes, code) != codes.end();
 }
 
-}  // namespace
+/// A backup of a file under its name followed by ".orig": a hard link if the file system supports
+/// that, else a copy. The destructor removes a backup that was made, unless `keep` was called.
+class FileBackup {
+ public:
+  /// `entry` is the place of the open `original`. The original and the folder of the entry must outlive this
+  /// object.
+  FileBackup(FileHandle& original, FolderEntry entry);
+  ~FileBackup();
+  FileBackup(const FileBackup&) = delete;
+  FileBackup& operator=(const FileBackup&) = delete;
+
+  /// Makes the backup. If a file that is not empty already has its name, keeps that file instead. A copy is
+  /// put together in `temporary`. Throws FileError, also if something else has that name or if the user could
+  /// not remove the backup again. Throws FileConflict if the original has changed.
+  void make(PrivateFolder& temporary);
+  void keep() { isMade_ = false; }
+  /// Returns whether an earlier backup was kept.
+  bool isEarlier() const { return isEarlier_; }
+  /// Returns whether the backup is a hard link, which has changed the attributes of the original.
+  bool isSecondName() const { return isMade_ && isSameFile(made_, original_.attributes()); }
+
+ private:
+  bool findEarlier();
+  bool makeSecondName();
+  void remove();
+  void makeCopy(PrivateFolder& temporary);
+  [[noreturn]] void fail() const;
+
+  FileHandle& original_;
+  FolderEntry entry_;
+  std::string name_;
+  struct stat made_ {};
+  bool isMade_ = false;
+  bool isEarlier_ = false;
+};
 
 FileBackup::FileBackup(FileHandle& original, FolderEntry entry)
     : original_(original), entry_(std::move(entry)), name_(entry_.name + ".orig") {
@@ -103,10 +139,6 @@ void FileBackup::makeCopy(PrivateFolder& temporary) {
   }
 }
 
-namespace {
-
-constexpr const char* fileName = "new";
-
 /// Throws FileError unless the user may write to the file. The system would not require that: write access to
 /// a folder is enough to replace any file in it.
 void requireWritable(const FileHandle& original, const FolderEntry& entry) {
@@ -130,6 +162,22 @@ std::optional<FileHandle> openIfThere(const std::filesystem::path& path) {
     if (error.code() != ENOENT) throw;
     return std::nullopt;
   }
+}
+
+/// Opens the regular file of that name. Returns nothing if it does not exist. Throws FileError if something
+/// else has the name.
+std::optional<FileHandle> openTarget(const std::filesystem::path& file) {
+  constexpr int flags = O_RDONLY | O_NOCTTY | O_NONBLOCK | O_NOFOLLOW | O_CLOEXEC;
+  const int descriptor = retrying([&] { return ::open(file.c_str(), flags); });
+  if (descriptor == -1 && errno == ENOENT) return std::nullopt;
+  if (descriptor == -1 && errno == ELOOP) {
+    throw FileError(file, FileError::notWritten, "it is a symbolic link");
+  }
+  FileHandle handle(file, descriptor);
+  const mode_t mode = handle.attributes().st_mode;
+  if (S_ISDIR(mode)) throw FileError(file, FileError::notWritten, "it is a folder");
+  if (!S_ISREG(mode)) throw FileError(file, FileError::notWritten, "it is not a regular file");
+  return handle;
 }
 
 /// Returns the mode of a new file that replaces none.
@@ -236,6 +284,12 @@ void FileReplacement::commit() {
   file_->synchronise();
   file_->close();
   takePlace();
+}
+
+void replaceContents(const std::filesystem::path& file, ByteView contents) {
+  FileReplacement replacement(file, openTarget(file));
+  replacement.file().write(contents);
+  replacement.commit();
 }
 
 }  // namespace platform

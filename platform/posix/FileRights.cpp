@@ -10,8 +10,10 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "platform/FileError.h"
+#include "platform/base/Strings.h"
 #include "platform/posix/FileAttributes.h"
 
 namespace platform {
@@ -169,10 +171,57 @@ bool mayNotChangeOwner(int code) {
   return code == EPERM || code == EACCES || code == EINVAL || isUnsupported(code);
 }
 
-struct Kept {
+/// Whether something holds for a file's owner and for its group.
+struct OwnerAndGroup {
   bool owner;
   bool group;
 };
+
+constexpr std::uint32_t defaultOverflowID = 65534;
+
+/// Returns the numbers in the first line of a file; none if it cannot be read.
+std::vector<std::int64_t> numbersIn(const char* file) {
+  constexpr std::size_t longestLine = 256;
+  Bytes bytes;
+  try {
+    bytes = FileHandle::forReading(file).read(longestLine);
+  } catch (const FileError&) {
+    return {};
+  }
+  const std::string_view text = charactersOf(bytes);
+  std::vector<std::int64_t> numbers;
+  for (const std::string_view word : Strings::split(text.substr(0, text.find('\n')), ' ')) {
+    numbers.push_back(Strings::decimalInteger(word).value_or(0));
+  }
+  return numbers;
+}
+
+/// Returns the overflow ID in `file`, which Linux shows for all IDs that the user namespace does not map.
+/// Returns nothing if `map` is that of the initial namespace, which maps all IDs, and on systems without
+/// namespaces.
+std::optional<std::int64_t> overflowID(const char* map, const char* file) {
+  const std::vector<std::int64_t> mapping = numbersIn(map);
+  const std::vector<std::int64_t> all{0, 0, 0xFFFFFFFF};
+  if (mapping.size() != all.size() || mapping == all) return std::nullopt;
+  const std::vector<std::int64_t> id = numbersIn(file);
+  return id.size() == 1 ? std::optional(id.front()) : std::nullopt;
+}
+
+/// Returns for each of a file's IDs whether it is the real one. The user's own IDs are known without asking
+/// the system.
+OwnerAndGroup knownIDs(const struct stat& file) {
+  OwnerAndGroup known{.owner = file.st_uid == ::geteuid() && file.st_uid != defaultOverflowID,
+                      .group = file.st_gid == ::getegid() && file.st_gid != defaultOverflowID};
+  if (!known.owner) {
+    static const auto overflow = overflowID("/proc/self/uid_map", "/proc/sys/kernel/overflowuid");
+    known.owner = file.st_uid != overflow;
+  }
+  if (!known.group) {
+    static const auto overflow = overflowID("/proc/self/gid_map", "/proc/sys/kernel/overflowgid");
+    known.group = file.st_gid != overflow;
+  }
+  return known;
+}
 
 [[noreturn]] void failToKeep(const FileHandle& original, bool keepsOwner) {
   throw FileError(original.path(), FileError::notWritten,
@@ -181,13 +230,13 @@ struct Kept {
 }
 
 /// Gives the replacement the original's owner and group as far as the user may. Returns which of them it has.
-Kept keepOwner(const FileHandle& original, const FileHandle& replacement) {
+OwnerAndGroup keepOwner(const FileHandle& original, const FileHandle& replacement) {
   constexpr auto same = static_cast<uid_t>(-1);
   const struct stat& wanted = original.attributes();
   const struct stat& own = replacement.attributes();
-  const KnownIDs known = knownIDs(wanted);
+  const OwnerAndGroup known = knownIDs(wanted);
   if (!known.owner || !known.group) failToKeep(original, known.owner);
-  const Kept kept{.owner = own.st_uid == wanted.st_uid, .group = own.st_gid == wanted.st_gid};
+  const OwnerAndGroup kept{.owner = own.st_uid == wanted.st_uid, .group = own.st_gid == wanted.st_gid};
   if (kept.owner && kept.group) return kept;
   if (::fchown(replacement.descriptor(), wanted.st_uid, wanted.st_gid) == 0) return {true, true};
   if (!mayNotChangeOwner(errno)) fail(original);
@@ -244,9 +293,9 @@ bool copyExtendedAttributes(const FileHandle& original, const FileHandle& replac
       continue;
     }
     const auto value = attributeOf(original, name);
-    const bool isKept = value && FileAttributes::set(replacement.descriptor(), name, *value) == 0;
+    const bool isOwnerAndGroup = value && FileAttributes::set(replacement.descriptor(), name, *value) == 0;
     const bool isGone = !value && errno == ENODATA;
-    if (!isKept && !isGone && !mayBeRefused(name, errno)) fail(original);
+    if (!isOwnerAndGroup && !isGone && !mayBeRefused(name, errno)) fail(original);
   }
   return hasList;
 }
@@ -263,7 +312,7 @@ std::optional<std::string> listOf(const FileHandle& original) {
 }
 
 /// Returns the rights that preserve access if the owner or the group could not be kept.
-AccessControlList listInstead(const FileHandle& original, const FileHandle& replacement, Kept kept,
+AccessControlList listInstead(const FileHandle& original, const FileHandle& replacement, OwnerAndGroup kept,
                               const std::optional<std::string>& bytes) {
   const struct stat& former = original.attributes();
   const struct stat& own = replacement.attributes();
@@ -279,7 +328,7 @@ AccessControlList listInstead(const FileHandle& original, const FileHandle& repl
 }  // namespace
 
 void keepRights(const FileHandle& original, const FileHandle& replacement) {
-  const Kept kept = keepOwner(original, replacement);
+  const OwnerAndGroup kept = keepOwner(original, replacement);
   // An access-control list inherited from the folder must not grant more access.
   const int removed = FileAttributes::remove(replacement.descriptor(), accessControlList);
   if (removed == -1 && errno != ENODATA && !isUnsupported(errno)) fail(original);

@@ -4,12 +4,13 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <cerrno>
 #include <cstdint>
-#include <cstdio>
 #include <filesystem>
+#include <optional>
+#include <string>
 #include <string_view>
+#include <utility>
 
 #include "platform/FileError.h"
 #include "platform/FileHandle.h"
@@ -19,39 +20,21 @@
 
 namespace platform {
 
-/// The folder of the pasteboard's files: "quillmark" below `home`/.local/state. It and its files are used
-/// only if no other user can have put them there. Every operation throws FileError, which names the clipboard
-/// instead of the file.
-class PasteboardFolder {
- public:
-  enum class Purpose : std::uint8_t { read, write };
-
-  /// The name of the pasteboard in errors.
-  static constexpr const char* shownName = "The clipboard";
-
-  /// Opens the folder. To write, creates it if absent and closes it to others. Throws FileError if others
-  /// could have put the folder, or a link to it, in its place, and, to read, if others have access to it.
-  PasteboardFolder(const std::filesystem::path& home, Purpose purpose);
-
-  /// Opens a file in the folder with these flags of open(2), which may create it. Throws FileError unless it
-  /// is a regular file that belongs to the user; links are not followed.
-  FileHandle file(const char* name, int flags) const;
-  /// Renames the file `from` to `to`, and replaces a file that has that name.
-  void rename(const char* from, const char* to) const;
-  /// Removes the file if it exists.
-  void remove(const char* name) const;
-
-  /// Returns whether something of that name is in the folder, or may be; false if the folder does not exist.
-  static bool mayHold(const std::filesystem::path& home, const char* name);
-
- private:
-  Descriptor folder_;
-};
-
 namespace {
 
+/// The name of the pasteboard in errors.
+constexpr const char* shownName = "The clipboard";
 constexpr std::string_view notUsed = "cannot be used";
 constexpr const char* folderName = "quillmark";
+constexpr const char* storeName = "pasteboard";
+// The store is written under this name first. Only the holder of the lock writes it, so at most one such file
+// remains after a crash, and the next writer removes it.
+constexpr const char* unfinishedName = "pasteboard.unfinished";
+constexpr const char* lockName = "lock";
+constexpr std::string_view signature = "quillmark pasteboard 1\n";
+constexpr std::string_view summaryType = "public.utf8-plain-text";
+// More than the document of any tag takes: the texts and the picture of a tag share 256 MiB.
+constexpr std::uint64_t greatestSize = std::uint64_t{1} << 31;
 
 bool isOwn(const struct stat& attributes) {
   return attributes.st_uid == ::geteuid();
@@ -63,16 +46,36 @@ bool isTrusted(const struct stat& attributes) {
 }
 
 [[noreturn]] void refuse(std::string_view reason) {
-  throw FileError(PasteboardFolder::shownName, notUsed, reason);
+  throw FileError(shownName, notUsed, reason);
 }
 
 [[noreturn]] void fail(std::string_view failure) {
-  throw FileError(PasteboardFolder::shownName, failure, errno);
+  throw FileError(shownName, failure, errno);
 }
 
-}  // namespace
+enum class Purpose : std::uint8_t { read, write };
 
-PasteboardFolder::PasteboardFolder(const std::filesystem::path& home, Purpose purpose) {
+/// The folder of the pasteboard's files. Every operation throws FileError, which names the clipboard instead
+/// of the file.
+class Folder {
+ public:
+  /// Opens the folder. To write, creates it if absent and closes it to others. Throws FileError if others
+  /// could have put the folder, or a link to it, in its place, and, to read, if others have access to it.
+  Folder(const std::filesystem::path& home, Purpose purpose);
+
+  /// Opens a file in the folder with these flags of open(2), which may create it. Throws FileError unless it
+  /// is a regular file that belongs to the user; links are not followed.
+  FileHandle file(const char* name, int flags) const;
+  /// Renames the file `from` to `to`, and replaces a file that has that name.
+  void rename(const char* from, const char* to) const;
+  /// Removes the file if it exists.
+  void remove(const char* name) const;
+
+ private:
+  Descriptor folder_;
+};
+
+Folder::Folder(const std::filesystem::path& home, Purpose purpose) {
   struct stat attributes {};
   const auto open = [&](int parent, const char* name, int flags) {
     Descriptor folder(::openat(parent, name, O_RDONLY | O_DIRECTORY | O_CLOEXEC | flags));
@@ -99,7 +102,7 @@ PasteboardFolder::PasteboardFolder(const std::filesystem::path& home, Purpose pu
   if (!isPrivate && ::fchmod(folder_.get(), 0700) == -1) fail(notUsed);
 }
 
-FileHandle PasteboardFolder::file(const char* name, int flags) const {
+FileHandle Folder::file(const char* name, int flags) const {
   const int descriptor = ::openat(folder_.get(), name, flags | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC, 0600);
   if (descriptor == -1 && errno == ELOOP) refuse("a link is in its place");
   if (descriptor == -1) fail(notUsed);
@@ -110,35 +113,23 @@ FileHandle PasteboardFolder::file(const char* name, int flags) const {
   return file;
 }
 
-void PasteboardFolder::rename(const char* from, const char* to) const {
+void Folder::rename(const char* from, const char* to) const {
   if (::renameat(folder_.get(), from, folder_.get(), to) == -1) fail(FileError::notWritten);
 }
 
-void PasteboardFolder::remove(const char* name) const {
+void Folder::remove(const char* name) const {
   if (::unlinkat(folder_.get(), name, 0) == -1 && errno != ENOENT) fail(FileError::notWritten);
 }
 
-bool PasteboardFolder::mayHold(const std::filesystem::path& home, const char* name) {
+/// Returns whether something was stored, or may have been.
+bool mayHaveContent(const std::filesystem::path& home) {
   struct stat attributes {};
-  const auto file = home / ".local/state" / folderName / name;
+  const auto file = home / ".local/state" / folderName / storeName;
   return ::lstat(file.c_str(), &attributes) == 0 || (errno != ENOENT && errno != ENOTDIR);
 }
 
-namespace {
-
-using Purpose = PasteboardFolder::Purpose;
-
-constexpr const char* storeName = "pasteboard";
-// The store is written under this name first. Only the holder of the lock writes it, so at most one such file
-// remains after a crash, and the next writer removes it.
-constexpr const char* unfinishedName = "pasteboard.unfinished";
-constexpr const char* lockName = "lock";
-constexpr std::string_view signature = "quillmark pasteboard 1\n";
-// More than the document of any tag takes: the texts and the picture of a tag share 256 MiB.
-constexpr std::uint64_t greatestSize = std::uint64_t{1} << 31;
-
 [[noreturn]] void failForDamage() {
-  throw FileError(PasteboardFolder::shownName, FileError::notRead, "it is damaged, copy again");
+  throw FileError(shownName, FileError::notRead, "it is damaged, copy again");
 }
 
 std::optional<std::string_view> takeLine(std::string_view& text) {
@@ -149,29 +140,43 @@ std::optional<std::string_view> takeLine(std::string_view& text) {
   return line;
 }
 
-/// Returns the data of a type from the bytes after the signature, or nothing if they do not contain the type.
-/// Each type is a line with its name, a line with the length of its data, and the data. Throws FileError for
-/// anything else.
-std::optional<ByteView> dataIn(std::string_view stored, std::string_view type) {
-  std::optional<ByteView> found;
+/// Returns the document in the bytes after the signature, or nothing if they do not contain it. Each type is
+/// a line with its name, a line with the length of its data, and the data. Throws FileError for anything
+/// else.
+std::optional<Bytes> documentIn(std::string_view stored) {
+  std::optional<Bytes> document;
   while (!stored.empty()) {
-    const auto name = takeLine(stored);
-    const auto lengthLine = name ? takeLine(stored) : std::nullopt;
+    const auto type = takeLine(stored);
+    const auto lengthLine = type ? takeLine(stored) : std::nullopt;
     const auto length = lengthLine ? Strings::decimalInteger(*lengthLine) : std::nullopt;
     if (!length || *length < 0 || static_cast<std::uint64_t>(*length) > stored.size()) failForDamage();
-    const std::string_view data = stored.substr(0, static_cast<std::size_t>(*length));
-    if (*name == type) found = bytesOf(data);
+    const ByteView data = bytesOf(stored.substr(0, static_cast<std::size_t>(*length)));
+    if (*type == Pasteboard::documentType) document.emplace(data.begin(), data.end());
     stored.remove_prefix(data.size());
   }
-  return found;
+  return document;
 }
 
 /// Returns the locked file; other writers wait until it is closed.
-FileHandle lockOf(const PasteboardFolder& folder) {
+FileHandle lockOf(const Folder& folder) {
   FileHandle file = folder.file(lockName, O_RDWR | O_CREAT);
   auto patience = lockPatience;
   lockForReplacement(file, patience);
   return file;
+}
+
+void replaceStore(const Folder& folder, std::string_view document, std::string_view summary) {
+  folder.remove(unfinishedName);
+  FileHandle file = folder.file(unfinishedName, O_WRONLY | O_CREAT | O_EXCL);
+  file.write(bytesOf(signature));
+  for (const auto& [type, data] :
+       {std::pair(Pasteboard::documentType, document), std::pair(summaryType, summary)}) {
+    file.write(bytesOf(std::string(type) + "\n" + std::to_string(data.size()) + "\n"));
+    file.write(bytesOf(data));
+  }
+  file.synchronise();
+  file.close();
+  folder.rename(unfinishedName, storeName);
 }
 
 }  // namespace
@@ -180,50 +185,12 @@ Pasteboard Pasteboard::general() {
   return Pasteboard(homeDirectory());
 }
 
-void Pasteboard::clearContents() {
-  content_.clear();
-  if (!PasteboardFolder::mayHold(home_, storeName)) return;
-  const PasteboardFolder folder(home_, Purpose::write);
-  const FileHandle lock = lockOf(folder);
-  folder.remove(storeName);
-}
-
-void Pasteboard::declareTypes(const std::vector<std::string>& types) {
-  content_.clear();
-  for (const std::string& type : types) content_.push_back({.type = type, .data = std::nullopt});
-}
-
-bool Pasteboard::setData(ByteView data, std::string_view forType) {
-  const auto declared = std::ranges::find(content_, forType, &TypedData::type);
-  if (declared == content_.end()) return false;
-  declared->data = Bytes(data.begin(), data.end());
-  if (std::ranges::all_of(content_, [](const auto& typed) { return typed.data.has_value(); })) store();
-  return true;
-}
-
-bool Pasteboard::setString(std::string_view string, std::string_view forType) {
-  return setData(bytesOf(string), forType);
-}
-
-void Pasteboard::replaceStore(const PasteboardFolder& folder) const {
-  folder.remove(unfinishedName);
-  FileHandle file = folder.file(unfinishedName, O_WRONLY | O_CREAT | O_EXCL);
-  file.write(bytesOf(signature));
-  for (const auto& [type, data] : content_) {
-    file.write(bytesOf(type + "\n" + std::to_string(data->size()) + "\n"));
-    file.write(*data);
-  }
-  file.synchronise();
-  file.close();
-  folder.rename(unfinishedName, storeName);
-}
-
-void Pasteboard::store() const {
+void Pasteboard::store(std::string_view document, std::string_view summary) const {
   try {
-    const PasteboardFolder folder(home_, Purpose::write);
+    const Folder folder(home_, Purpose::write);
     const FileHandle lock = lockOf(folder);
     try {
-      replaceStore(folder);
+      replaceStore(folder, document, summary);
     } catch (const FileError&) {
       // If the old content stayed, it would be taken for the new.
       folder.remove(storeName);
@@ -231,20 +198,19 @@ void Pasteboard::store() const {
       throw;
     }
   } catch (const FileError& error) {
-    if (!PasteboardFolder::mayHold(home_, storeName)) throw;
+    if (!mayHaveContent(home_)) throw;
     throw error.followedBy("What was copied before is still there.");
   }
 }
 
-std::optional<Bytes> Pasteboard::data(std::string_view forType) const {
-  if (!PasteboardFolder::mayHold(home_, storeName)) return std::nullopt;
-  FileHandle file = PasteboardFolder(home_, Purpose::read).file(storeName, O_RDONLY);
+std::optional<Bytes> Pasteboard::document() const {
+  if (!mayHaveContent(home_)) return std::nullopt;
+  FileHandle file = Folder(home_, Purpose::read).file(storeName, O_RDONLY);
   if (file.size() == 0) return std::nullopt;
   // Check the signature first, so that a foreign file is not read, however long it is.
   if (charactersOf(file.read(signature.size())) != signature || file.size() > greatestSize) failForDamage();
   const Bytes stored = file.read(static_cast<std::size_t>(file.size()) - signature.size());
-  const auto data = dataIn(charactersOf(stored), forType);
-  return data ? std::optional(Bytes(data->begin(), data->end())) : std::nullopt;
+  return documentIn(charactersOf(stored));
 }
 
 }  // namespace platform
