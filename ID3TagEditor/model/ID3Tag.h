@@ -236,6 +236,12 @@ class ID3Tag {
   Frames frames;
 };
 
+/// Renders a whole tag as a text of many lines, for debugging.
+class ID3TagToStringAdapter {
+ public:
+  std::string adapt(const ID3Tag& id3Tag) const;
+};
+
 // Access to the frames of which a tag can have several.
 
 /// Returns the pictures in the order of the picture types.
