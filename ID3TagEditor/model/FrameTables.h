@@ -43,47 +43,16 @@ constexpr std::string_view caseName(ID3Version version) {
 
 /// The kinds of frame that the engine can read and write. `invalid` represents all identifiers that are
 /// unknown in the tag's version.
+// clang-format off
 enum class FrameType : std::uint8_t {
-  title,
-  artist,
-  composer,
-  conductor,
-  contentGrouping,
-  copyright,
-  encodedBy,
-  encoderSettings,
-  fileOwner,
-  lyricist,
-  mixArtist,
-  publisher,
-  subtitle,
-  album,
-  attachedPicture,
-  recordingDayMonth,
-  recordingYear,
-  recordingHourMinute,
-  recordingDateTime,
-  genre,
-  trackPosition,
-  initialKey,
-  discPosition,
-  albumArtist,
-  beatsPerMinute,
-  originalFilename,
-  lengthInMilliseconds,
-  sizeInBytes,
-  unsyncronisedLyrics,
-  comment,
-  iTunesGrouping,
-  iTunesMovementName,
-  iTunesMovementIndex,
-  iTunesMovementCount,
-  iTunesPodcastCategory,
-  iTunesPodcastDescription,
-  iTunesPodcastID,
-  iTunesPodcastKeywords,
-  invalid,
+  title, artist, composer, conductor, contentGrouping, copyright, encodedBy, encoderSettings, fileOwner,
+  lyricist, mixArtist, publisher, subtitle, album, attachedPicture, recordingDayMonth, recordingYear,
+  recordingHourMinute, recordingDateTime, genre, trackPosition, initialKey, discPosition, albumArtist,
+  beatsPerMinute, originalFilename, lengthInMilliseconds, sizeInBytes, unsyncronisedLyrics, comment,
+  iTunesGrouping, iTunesMovementName, iTunesMovementIndex, iTunesMovementCount, iTunesPodcastCategory,
+  iTunesPodcastDescription, iTunesPodcastID, iTunesPodcastKeywords, invalid,
 };
+// clang-format on
 
 /// The meaning of a frame, which is the key of a tag's frames. A tag can have one picture for each picture
 /// type, and one lyrics frame and one comment for each language. It can have one frame of every other name.
