@@ -8,6 +8,8 @@
 
 namespace ID3TagEditor {
 
+using platform::Bytes;
+
 namespace {
 
 /// Returns the number of bytes to reserve for the frames: the size of the pictures, which are most of a long
@@ -20,8 +22,7 @@ std::size_t expectedSize(const ID3Tag& tag) {
 
 }  // namespace
 
-void ID3FramesCreator::createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& output,
-                                         std::size_t spare) const {
+void ID3FramesCreator::createFramesUsing(const ID3Tag& id3Tag, Bytes& output, std::size_t spare) const {
   const std::size_t before = output.size();
   output.reserve(before + expectedSize(id3Tag) + spare);
   for (const auto& creator : id3FrameCreators_) creator->createFrames(id3Tag, output);
@@ -29,15 +30,13 @@ void ID3FramesCreator::createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& 
   output.resize(output.size() + platform::usualPadding);
 }
 
-using platform::Bytes;
-
 Bytes ID3TagHeaderCreator::createTagHeader(std::uint32_t contentSize, ID3Tag& id3Tag) const {
   id3Tag.properties.size = contentSize;
   const auto prefix = id3TagConfiguration_.headerFor(id3Tag.properties.version);
   Bytes header(prefix.begin(), prefix.end());
   constexpr std::uint8_t noFlags = 0x00;
   header.push_back(noFlags);
-  platform::append(header, uInt32ToByteArrayAdapter_->adapt(SynchsafeIntegerEncoder().encode(contentSize)));
+  platform::append(header, uInt32ToByteArrayAdapter_.adapt(SynchsafeIntegerEncoder().encode(contentSize)));
   return header;
 }
 
@@ -46,16 +45,11 @@ Bytes ID3TagCreator::create(ID3Tag& id3Tag, std::size_t spare) const {
   Bytes tag(ID3TagConfiguration::headerSize());
   id3FramesCreator_.createFramesUsing(id3Tag, tag, spare);
   const std::uint64_t contentSize = tag.size() - ID3TagConfiguration::headerSize();
-  const auto told = static_cast<std::uint32_t>(std::min<std::uint64_t>(contentSize, UINT32_MAX));
-  const Bytes header = id3TagHeaderCreator_.createTagHeader(told, id3Tag);
+  const auto statedSize = static_cast<std::uint32_t>(std::min<std::uint64_t>(contentSize, UINT32_MAX));
+  const Bytes header = id3TagHeaderCreator_.createTagHeader(statedSize, id3Tag);
   if (tag.size() >= tagSizeLimit) throw ID3TagEditorError(ID3TagEditorError::tagTooBig);
   std::ranges::copy(header, tag.begin());
   return tag;
-}
-
-ID3TagCreator ID3TagCreatorFactory::make() {
-  return {ID3FramesCreator(ID3FrameCreatorsFactory::make()),
-          ID3TagHeaderCreator(std::make_unique<UInt32ToByteArrayAdapterUsingUnsafePointer>())};
 }
 
 }  // namespace ID3TagEditor

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <memory>
-
+#include "ID3TagEditor/create/FrameCreators.h"
 #include "ID3TagEditor/create/FrameHeaders.h"
-#include "ID3TagEditor/create/StructuredFrames.h"
 #include "ID3TagEditor/model/FrameLayouts.h"
 
 namespace ID3TagEditor {
@@ -11,28 +9,23 @@ namespace ID3TagEditor {
 /// Serialises all frames of a tag.
 class ID3FramesCreator {
  public:
-  explicit ID3FramesCreator(FrameCreators id3FrameCreators)
-      : id3FrameCreators_(std::move(id3FrameCreators)) {}
-
   /// Appends the frames in their fixed order, then `platform::usualPadding` zero bytes, with capacity for
   /// `spare` more bytes. Throws `invalidTagData` if there is no frame to write, and `tagTooBig` if a frame is
   /// too long for the size field of v2.2.
   void createFramesUsing(const ID3Tag& id3Tag, platform::Bytes& output, std::size_t spare = 0) const;
 
  private:
-  FrameCreators id3FrameCreators_;
+  FrameCreators id3FrameCreators_ = ID3FrameCreatorsFactory::make();
 };
 
 /// Makes the ten bytes of a tag header (ID3v2.3.0 §3.1).
 class ID3TagHeaderCreator {
  public:
-  explicit ID3TagHeaderCreator(std::unique_ptr<UInt32ToByteArrayAdapter> uInt32ToByteArrayAdapter)
-      : uInt32ToByteArrayAdapter_(std::move(uInt32ToByteArrayAdapter)) {}
   /// Returns a header with the size `contentSize` and without flags. Sets the size in the tag's properties.
   platform::Bytes createTagHeader(std::uint32_t contentSize, ID3Tag& id3Tag) const;
 
  private:
-  std::unique_ptr<UInt32ToByteArrayAdapter> uInt32ToByteArrayAdapter_;
+  UInt32ToByteArrayAdapter uInt32ToByteArrayAdapter_;
   ID3TagConfiguration id3TagConfiguration_;
 };
 
@@ -41,10 +34,6 @@ class ID3TagCreator {
  public:
   /// The size of the smallest tag that is too big, in bytes, header included.
   static constexpr std::uint64_t tagSizeLimit = platform::synchsafeLimit;
-
-  ID3TagCreator(ID3FramesCreator id3FramesCreator, ID3TagHeaderCreator id3TagHeaderCreator)
-      : id3FramesCreator_(std::move(id3FramesCreator)),
-        id3TagHeaderCreator_(std::move(id3TagHeaderCreator)) {}
 
   /// Returns the header, the frames and the padding, with capacity for `spare` more bytes. Sets the size in
   /// the tag's properties. Throws `invalidTagData` if there is no frame to write, and `tagTooBig` if the tag
@@ -57,7 +46,7 @@ class ID3TagCreator {
 };
 
 struct ID3TagCreatorFactory {
-  static ID3TagCreator make();
+  static ID3TagCreator make() { return {}; }
 };
 
 }  // namespace ID3TagEditor

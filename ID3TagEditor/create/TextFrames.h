@@ -1,6 +1,8 @@
 #pragma once
 
 #include <memory>
+#include <optional>
+#include <string>
 #include <string_view>
 
 #include "ID3TagEditor/create/FrameHeaders.h"
@@ -8,141 +10,124 @@
 #include "ID3TagEditor/model/ID3Tag.h"
 #include "platform/base/Bytes.h"
 
-// The bodies of text frames (ID3v2.3.0 §3.3, §4.2): encoding byte, text, terminator.
+// Writes the frames whose content is one text (ID3v2.3.0 §3.3, §4.2): the text that the frame object stands
+// for, the body (encoding byte, text, terminator), and the whole frame.
 namespace ID3TagEditor {
+
+/// Returns the number of seconds from 1970-01-01 00:00 UTC to the given moment, in decimal. Returns nothing
+/// if a part of the moment, down to the minute, is absent, or if it lies outside the calendar.
+class ID3TimestampCreator {
+ public:
+  std::optional<std::string> createFrom(const RecordingDateTime& recordingDateTime) const;
+};
+using TimestampCreator = ID3TimestampCreator;
+
+// Return the text to write, or nothing if the frame lacks a value that has to be written.
+std::optional<std::string> textOf(const ID3FrameWithStringContent& frame);
+std::optional<std::string> textOf(const ID3FrameWithIntegerContent& frame);
+/// Returns "(17)Rock", "(17)" or "Rock" (ID3v2.3.0 §4.2.1, "TCON").
+std::optional<std::string> textOf(const ID3FrameGenre& frame);
+/// Returns "5/12" or "5" (ID3v2.3.0 §4.2.1, "TRCK", "TPOS").
+std::optional<std::string> textOf(const ID3FramePartOfTotal& frame);
+/// Returns "0303" for 3 March (ID3v2.3.0 §4.2.1, "TDAT").
+std::optional<std::string> textOf(const ID3FrameRecordingDayMonth& frame);
+/// Returns "0905" for five past nine (ID3v2.3.0 §4.2.1, "TIME").
+std::optional<std::string> textOf(const ID3FrameRecordingHourMinute& frame);
+/// Returns a timestamp, or the year if no timestamp can be made (ID3v2.4.0 frames §4.2.5, "TDRC").
+std::optional<std::string> textOf(const ID3FrameRecordingDateTime& frame);
 
 /// Returns the text in UTF-16 with a little-endian mark, or no bytes at all if the text is not UTF-8.
 platform::Bytes utf16(std::string_view text);
 
-class PaddingAdder {
+class PaddingAdderToEndOfContentUsingNullChar {
  public:
-  virtual ~PaddingAdder() = default;
-  virtual void addPaddingTo(platform::Bytes& content, std::size_t count) const = 0;
-};
-
-class PaddingAdderToEndOfContentUsingNullChar : public PaddingAdder {
- public:
-  void addPaddingTo(platform::Bytes& content, std::size_t count) const override {
+  void addPaddingTo(platform::Bytes& content, std::size_t count) const {
     content.resize(content.size() + count);
   }
 };
+using PaddingAdder = PaddingAdderToEndOfContentUsingNullChar;
 
 class StringToBytesAdapter {
  public:
   virtual ~StringToBytesAdapter() = default;
   virtual platform::Bytes adapt(std::string_view string, ID3Version version) const = 0;
+
+ protected:
+  /// Returns the encoding byte, the text and a terminator of that many bytes.
+  platform::Bytes body(ID3StringEncoding encoding, ID3Version version, platform::ByteView text,
+                       std::size_t terminatorSize) const;
+
+ private:
+  PaddingAdder paddingAdder_;
+  ID3FrameConfiguration frameConfiguration_;
 };
 
 /// Writes UTF-16 with a little-endian mark, for an empty text too. A text that is not UTF-8 is written as an
 /// empty text without the mark.
 class ID3UTF16StringToByteAdapter : public StringToBytesAdapter {
  public:
-  explicit ID3UTF16StringToByteAdapter(std::unique_ptr<PaddingAdder> paddingAdder)
-      : paddingAdder_(std::move(paddingAdder)) {}
   platform::Bytes adapt(std::string_view string, ID3Version version) const override;
-
- private:
-  std::unique_ptr<PaddingAdder> paddingAdder_;
-  ID3FrameConfiguration frameConfiguration_;
 };
 
 /// Writes ISO-8859-1, or UTF-16 if the text has other characters.
 class ID3ISO88591StringToByteAdapter : public StringToBytesAdapter {
  public:
-  explicit ID3ISO88591StringToByteAdapter(std::unique_ptr<PaddingAdder> paddingAdder)
-      : paddingAdder_(std::move(paddingAdder)) {}
   platform::Bytes adapt(std::string_view string, ID3Version version) const override;
-
- private:
-  std::unique_ptr<PaddingAdder> paddingAdder_;
-  ID3FrameConfiguration frameConfiguration_;
 };
 
 /// Writes text frames.
-class FrameFromStringContentCreator {
+class ID3FrameFromStringContentCreator {
  public:
-  virtual ~FrameFromStringContentCreator() = default;
+  explicit ID3FrameFromStringContentCreator(std::unique_ptr<StringToBytesAdapter> stringToBytesAdapter)
+      : stringToBytesAdapter_(std::move(stringToBytesAdapter)) {}
   /// Appends the whole frame to `output`.
-  virtual void createFrame(FrameType frameType, ID3Version version, std::string_view content,
-                           platform::Bytes& output) const = 0;
-};
-
-class ID3FrameFromStringContentCreator : public FrameFromStringContentCreator {
- public:
-  ID3FrameFromStringContentCreator(std::unique_ptr<FrameHeaderCreator> frameHeaderCreator,
-                                   std::unique_ptr<StringToBytesAdapter> stringToBytesAdapter)
-      : frameHeaderCreator_(std::move(frameHeaderCreator)),
-        stringToBytesAdapter_(std::move(stringToBytesAdapter)) {}
   void createFrame(FrameType frameType, ID3Version version, std::string_view content,
-                   platform::Bytes& output) const override;
+                   platform::Bytes& output) const;
 
  private:
-  std::unique_ptr<FrameHeaderCreator> frameHeaderCreator_;
+  FrameHeaderCreator frameHeaderCreator_ = ID3FrameHeaderCreatorFactory::make();
   std::unique_ptr<StringToBytesAdapter> stringToBytesAdapter_;
 };
+using FrameFromStringContentCreator = ID3FrameFromStringContentCreator;
 
-struct ID3FrameFromStringContentCreatorWithISO88591EncodingFactory {
-  static std::unique_ptr<FrameFromStringContentCreator> make();
+template <class Adapter>
+struct FrameFromStringContentCreatorFactory {
+  static FrameFromStringContentCreator make() {
+    return FrameFromStringContentCreator(std::make_unique<Adapter>());
+  }
 };
+using ID3FrameFromStringContentCreatorWithISO88591EncodingFactory =
+    FrameFromStringContentCreatorFactory<ID3ISO88591StringToByteAdapter>;
+using ID3FrameFromStringContentCreatorWithUTF16EncodingFactory =
+    FrameFromStringContentCreatorFactory<ID3UTF16StringToByteAdapter>;
 
-struct ID3FrameFromStringContentCreatorWithUTF16EncodingFactory {
-  static std::unique_ptr<FrameFromStringContentCreator> make();
-};
-
-/// Serialises the frames of one kind.
-class ID3FrameCreator {
- public:
-  virtual ~ID3FrameCreator() = default;
-  /// Appends the tag's frames of this kind to `output`: none, one or several whole frames. Skips frames of
-  /// the wrong class and frames that lack a value that has to be written.
-  virtual void createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const = 0;
-};
-
-/// Turns the content of a frame object into a text frame.
+/// Turns a frame object into a text frame.
 class FrameContentAdapter {
  public:
   virtual ~FrameContentAdapter() = default;
   /// Appends the tag's frame `frameName` as a frame of type `frameType`. Appends nothing if the tag has no
-  /// such frame or one of another class.
+  /// such frame, one of another class, or one that lacks a value that has to be written.
   virtual void createFrames(const ID3Tag& id3Tag, FrameName frameName, FrameType frameType,
                             platform::Bytes& output) const = 0;
 };
 
-class FrameFromStringContentAdapter : public FrameContentAdapter {
+/// The adapter for one class of frame.
+template <class Frame>
+class FrameFromContentAdapter : public FrameContentAdapter {
  public:
-  explicit FrameFromStringContentAdapter(std::unique_ptr<FrameFromStringContentCreator> frameCreator)
+  explicit FrameFromContentAdapter(FrameFromStringContentCreator frameCreator)
       : frameCreator_(std::move(frameCreator)) {}
   void createFrames(const ID3Tag& id3Tag, FrameName frameName, FrameType frameType,
-                    platform::Bytes& output) const override;
+                    platform::Bytes& output) const override {
+    const auto* frame = id3Tag.frame<Frame>(frameName);
+    const auto text = frame != nullptr ? textOf(*frame) : std::nullopt;
+    if (text) frameCreator_.createFrame(frameType, id3Tag.properties.version, *text, output);
+  }
 
  private:
-  std::unique_ptr<FrameFromStringContentCreator> frameCreator_;
+  FrameFromStringContentCreator frameCreator_;
 };
-
-/// Writes frames with a value; skips those without.
-class FrameFromIntegerContentAdapter : public FrameContentAdapter {
- public:
-  explicit FrameFromIntegerContentAdapter(std::unique_ptr<FrameFromStringContentCreator> frameCreator)
-      : frameCreator_(std::move(frameCreator)) {}
-  void createFrames(const ID3Tag& id3Tag, FrameName frameName, FrameType frameType,
-                    platform::Bytes& output) const override;
-
- private:
-  std::unique_ptr<FrameFromStringContentCreator> frameCreator_;
-};
-
-/// Writes the frame of one name.
-class ID3FrameContentCreator : public ID3FrameCreator {
- public:
-  ID3FrameContentCreator(std::unique_ptr<FrameContentAdapter> frameContentAdapter, FrameName frameName,
-                         FrameType frameType)
-      : frameContentAdapter_(std::move(frameContentAdapter)), frameName_(frameName), frameType_(frameType) {}
-  void createFrames(const ID3Tag& id3Tag, platform::Bytes& output) const override;
-
- private:
-  std::unique_ptr<FrameContentAdapter> frameContentAdapter_;
-  FrameName frameName_;
-  FrameType frameType_;
-};
+using FrameFromStringContentAdapter = FrameFromContentAdapter<ID3FrameWithStringContent>;
+using FrameFromIntegerContentAdapter = FrameFromContentAdapter<ID3FrameWithIntegerContent>;
 
 }  // namespace ID3TagEditor

@@ -11,6 +11,9 @@
 
 #include "ID3TagEditor/model/Enumerations.h"
 
+// The versions, the kinds of frame, their names, and the table of the kinds, `frameKinds`. The code that
+// reads, writes, names and shows frames is driven by the rows of that table. The builders and the content
+// reader have one function for each kind, which the compiler checks against the row.
 namespace ID3TagEditor {
 
 /// A major version of the format. The raw value is the version byte of the tag header (ID3v2.3.0 §3.1).
@@ -40,47 +43,16 @@ constexpr std::string_view caseName(ID3Version version) {
 
 /// The kinds of frame that the engine can read and write. `invalid` represents all identifiers that are
 /// unknown in the tag's version.
+// clang-format off
 enum class FrameType : std::uint8_t {
-  title,
-  artist,
-  composer,
-  conductor,
-  contentGrouping,
-  copyright,
-  encodedBy,
-  encoderSettings,
-  fileOwner,
-  lyricist,
-  mixArtist,
-  publisher,
-  subtitle,
-  album,
-  attachedPicture,
-  recordingDayMonth,
-  recordingYear,
-  recordingHourMinute,
-  recordingDateTime,
-  genre,
-  trackPosition,
-  initialKey,
-  discPosition,
-  albumArtist,
-  beatsPerMinute,
-  originalFilename,
-  lengthInMilliseconds,
-  sizeInBytes,
-  unsyncronisedLyrics,
-  comment,
-  iTunesGrouping,
-  iTunesMovementName,
-  iTunesMovementIndex,
-  iTunesMovementCount,
-  iTunesPodcastCategory,
-  iTunesPodcastDescription,
-  iTunesPodcastID,
-  iTunesPodcastKeywords,
-  invalid,
+  title, artist, composer, conductor, contentGrouping, copyright, encodedBy, encoderSettings, fileOwner,
+  lyricist, mixArtist, publisher, subtitle, album, attachedPicture, recordingDayMonth, recordingYear,
+  recordingHourMinute, recordingDateTime, genre, trackPosition, initialKey, discPosition, albumArtist,
+  beatsPerMinute, originalFilename, lengthInMilliseconds, sizeInBytes, unsyncronisedLyrics, comment,
+  iTunesGrouping, iTunesMovementName, iTunesMovementIndex, iTunesMovementCount, iTunesPodcastCategory,
+  iTunesPodcastDescription, iTunesPodcastID, iTunesPodcastKeywords, invalid,
 };
+// clang-format on
 
 /// The meaning of a frame, which is the key of a tag's frames. A tag can have one picture for each picture
 /// type, and one lyrics frame and one comment for each language. It can have one frame of every other name.
@@ -145,20 +117,6 @@ class FrameName {
   Kind kind_;
   std::uint16_t payload_ = 0;
 };
-
-}  // namespace ID3TagEditor
-
-template <>
-struct std::hash<ID3TagEditor::FrameName> {
-  std::size_t operator()(const ID3TagEditor::FrameName& name) const noexcept {
-    return std::size_t{name.kind_} << 16 | name.payload_;
-  }
-};
-
-// The table of the kinds of frame. The code that reads, writes, names and shows frames is driven by its rows.
-// The builders and the content reader have one function for each kind, which the compiler checks against the
-// row.
-namespace ID3TagEditor {
 
 /// The form of a frame's content. It decides the class of the frame object, and so how the frame is read,
 /// written and shown.
@@ -316,4 +274,22 @@ inline constexpr std::array<FrameName::Kind, localizedKindCount> FrameNamesWithL
   return names;
 }();
 
+inline std::vector<FrameName> FrameName::allCases() {
+  std::vector<FrameName> cases;
+  for (int kind = title; kind < pictureKind; ++kind) {
+    if (kind < beatsPerMinute || kind > sizeInBytes) cases.emplace_back(static_cast<Kind>(kind));
+  }
+  for (const Kind kind : FrameNamesWithLocalizedContent) {
+    for (const ID3FrameContentLanguage language : allLanguages) cases.push_back(localized(kind, language));
+  }
+  return cases;
+}
+
 }  // namespace ID3TagEditor
+
+template <>
+struct std::hash<ID3TagEditor::FrameName> {
+  std::size_t operator()(const ID3TagEditor::FrameName& name) const noexcept {
+    return std::size_t{name.kind_} << 16 | name.payload_;
+  }
+};

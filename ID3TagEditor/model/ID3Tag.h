@@ -184,13 +184,11 @@ class ID3FrameRecordingHourMinute : public ID3Frame {
   OptionalInteger minute_;
 };
 
-/// A name of frames of class `Frame` that has an identifier in the versions of all `Builders`. Any other name
-/// does not compile.
-template <class Frame, class... Builders>
+/// A name of frames of class `Frame`. Any other name does not compile.
+template <class Frame>
 struct NameOf {
   consteval NameOf(FrameName::Kind kind) : name(kind) {
-    const bool isKnown = (... && !kindOf(kind).identifierIn(Builders::version).empty());
-    if (kindOf(kind).content != Frame::heldContent || !isKnown) throw "no name of such frames";
+    if (kindOf(kind).content != Frame::heldContent) throw "no name of such frames";
   }
 
   FrameName name;
@@ -234,6 +232,12 @@ class ID3Tag {
 
   ID3TagProperties properties;
   Frames frames;
+};
+
+/// Renders a whole tag as a text of many lines, for debugging.
+class ID3TagToStringAdapter {
+ public:
+  std::string adapt(const ID3Tag& id3Tag) const;
 };
 
 // Access to the frames of which a tag can have several.

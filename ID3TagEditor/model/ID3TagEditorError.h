@@ -5,6 +5,9 @@
 #include <exception>
 #include <filesystem>
 #include <functional>
+#include <string>
+
+#include "platform/base/Strings.h"
 
 namespace ID3TagEditor {
 
@@ -39,6 +42,17 @@ class ID3TagEditorError : public std::exception {
   Case case_;
 };
 
+/// Throws `invalidFileFormat` unless the text after the last dot in the last component of the path is "mp3"
+/// in any letter case.
+inline void requireMp3Extension(const std::filesystem::path& path) {
+  const std::string name = path.filename().native();
+  const std::size_t dot = name.rfind('.');
+  const std::string extension = dot == std::string::npos ? "" : name.substr(dot + 1);
+  if (!platform::Strings::equalIgnoringASCIICase(extension, "mp3")) {
+    throw ID3TagEditorError(ID3TagEditorError::invalidFileFormat);
+  }
+}
+
 }  // namespace ID3TagEditor
 
 template <>
@@ -47,11 +61,3 @@ struct std::hash<ID3TagEditor::ID3TagEditorError> {
     return error.value();
   }
 };
-
-namespace ID3TagEditor {
-
-/// Throws `invalidFileFormat` unless the text after the last dot in the last component of the path is "mp3"
-/// in any letter case.
-void requireMp3Extension(const std::filesystem::path& path);
-
-}  // namespace ID3TagEditor

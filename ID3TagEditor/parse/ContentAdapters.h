@@ -20,18 +20,13 @@ class ID3GenreStringAdapter {
   ID3FrameGenre adapt(std::string_view genre) const;
 };
 
-class PartOfTotalStringAdapter {
- public:
-  virtual ~PartOfTotalStringAdapter() = default;
-  virtual ID3FramePartOfTotal adapt(std::string_view partOfTotal) const = 0;
-};
-
 /// Reads "3/12" or "3" (ID3v2.3.0 §4.2.1, "TRCK", "TPOS"). A part that is not a number is read as 0. A total
 /// that is not a number is absent.
-class ID3PartOfTotalStringAdapter : public PartOfTotalStringAdapter {
+class ID3PartOfTotalStringAdapter {
  public:
-  ID3FramePartOfTotal adapt(std::string_view partOfTotal) const override;
+  ID3FramePartOfTotal adapt(std::string_view partOfTotal) const;
 };
+using PartOfTotalStringAdapter = ID3PartOfTotalStringAdapter;
 
 /// Reads two numbers of the same length (ID3v2.3.0 §4.2.1, "TDAT", "TIME"). The middle character of an odd
 /// count is ignored.
@@ -40,25 +35,19 @@ class ID3CoupleOfNumbersAdapter {
   std::pair<OptionalInteger, OptionalInteger> adapt(std::string_view coupleOfNumbers) const;
 };
 
-class PictureTypeAdapter {
- public:
-  virtual ~PictureTypeAdapter() = default;
-  /// `frame` must be a whole frame, header included. Returns nothing if it is too short for a picture type
-  /// byte.
-  virtual std::optional<ID3PictureType> adapt(platform::ByteView frame, ID3PictureFormat format,
-                                              ID3Version version) const = 0;
-};
-
 /// Reads the picture type byte from the place that it has in the frames that the engine writes (ID3v2.3.0
 /// §4.15), whatever MIME type this frame has. Returns `other` if the byte is not a picture type.
-class ID3PictureTypeAdapter : public PictureTypeAdapter {
+class ID3PictureTypeAdapter {
  public:
+  /// `frame` must be a whole frame, header included. Returns nothing if it is too short for a picture type
+  /// byte.
   std::optional<ID3PictureType> adapt(platform::ByteView frame, ID3PictureFormat format,
-                                      ID3Version version) const override;
+                                      ID3Version version) const;
 
  private:
   ID3FrameConfiguration id3FrameConfiguration_;
   ID3AttachedPictureFrameConfiguration id3AttachedPictureFrameConfiguration_;
 };
+using PictureTypeAdapter = ID3PictureTypeAdapter;
 
 }  // namespace ID3TagEditor

@@ -15,14 +15,6 @@ namespace Strings = platform::Strings;
 using platform::ByteView;
 using namespace std::string_view_literals;
 
-void ID3FrameStringContentParsingOperation::parse(const platform::SharedBytes& frame, ID3Version version,
-                                                  const FrameReceiver& completed) const {
-  std::optional<std::string> text = stringContentParser_.parse(frame, version);
-  if (!text) return;
-  auto [name, parsed] = createFrameOperation_(std::move(*text));
-  completed(name, std::move(parsed));
-}
-
 namespace {
 
 constexpr std::size_t languageSize = 3;
@@ -50,7 +42,58 @@ std::string decodeOrComplain(ByteView bytes, CharacterEncoding encoding) {
   return decode(bytes, encoding).value_or("Invalid content");
 }
 
+/// Returns the offset after the terminator of the text that begins at `start`. A terminator is `width` zero
+/// bytes at a multiple of `width` bytes from `start`. Returns nothing if there is no terminator.
+std::optional<std::size_t> behindText(std::string_view bytes, std::size_t start, std::size_t width) {
+  const std::string_view terminator = "\0\0"sv.substr(0, width);
+  for (std::size_t at = start; at + width <= bytes.size(); at += width) {
+    if (bytes.substr(at, width) == terminator) return at + width;
+  }
+  return std::nullopt;
+}
+
+/// Returns the time that the text stands for, in the rules of ID3RecordingTimeFrameContentParsingOperation.
+RecordingDateTime recordingDateTime(std::string_view text) {
+  constexpr double lastYear = 9999.0;
+  // The first second after the last day that the calendar can represent.
+  constexpr auto calendarEnd =
+      std::chrono::sys_days(std::chrono::year::max() / std::chrono::December / 31) + std::chrono::days(1);
+  constexpr auto endOfTime = static_cast<double>(
+      std::chrono::duration_cast<std::chrono::seconds>(calendarEnd.time_since_epoch()).count());
+
+  const std::optional<double> number = Strings::floatingPoint(text);
+  if (!number || !(*number > lastYear) || *number >= endOfTime) {
+    return {RecordingDate{.day = {}, .month = {}, .year = Strings::decimalInteger(text)}, RecordingTime{}};
+  }
+  const std::chrono::sys_seconds moment{std::chrono::seconds(static_cast<std::int64_t>(*number))};
+  const auto midnight = std::chrono::floor<std::chrono::days>(moment);
+  const std::chrono::year_month_day date(midnight);
+  const std::chrono::hh_mm_ss time(moment - midnight);
+  return {RecordingDate{.day = static_cast<unsigned>(date.day()),
+                        .month = static_cast<unsigned>(date.month()),
+                        .year = static_cast<int>(date.year())},
+          RecordingTime{.hour = time.hours().count(), .minute = time.minutes().count()}};
+}
+
+/// Returns a function that makes a frame object with the result of `makeFrame(text)`, under `name`.
+template <class MakeFrame>
+ID3FrameStringContentParsingOperation::CreateFrame named(FrameName name, MakeFrame makeFrame) {
+  return [name, makeFrame](std::string text) {
+    using Frame = decltype(makeFrame(text));
+    return std::pair<FrameName, std::unique_ptr<ID3Frame>>(
+        name, std::make_unique<Frame>(makeFrame(std::move(text))));
+  };
+}
+
 }  // namespace
+
+void ID3FrameStringContentParsingOperation::parse(const platform::SharedBytes& frame, ID3Version version,
+                                                  const FrameReceiver& completed) const {
+  std::optional<std::string> text = stringContentParser_.parse(frame, version);
+  if (!text) return;
+  auto [name, parsed] = createFrameOperation_(std::move(*text));
+  completed(name, std::move(parsed));
+}
 
 void ID3LocalizedFrameContentParsingOperation::parse(const platform::SharedBytes& frame, ID3Version version,
                                                      const FrameReceiver& completed) const {
@@ -67,20 +110,6 @@ void ID3LocalizedFrameContentParsingOperation::parse(const platform::SharedBytes
                 language, decodeOrComplain(description, encoding),
                 paddingRemover_.removeFrom(decodeOrComplain(content, encoding))));
 }
-
-namespace {
-
-/// Returns the offset after the terminator of the text that begins at `start`. A terminator is `width` zero
-/// bytes at a multiple of `width` bytes from `start`. Returns nothing if there is no terminator.
-std::optional<std::size_t> behindText(std::string_view bytes, std::size_t start, std::size_t width) {
-  const std::string_view terminator = "\0\0"sv.substr(0, width);
-  for (std::size_t at = start; at + width <= bytes.size(); at += width) {
-    if (bytes.substr(at, width) == terminator) return at + width;
-  }
-  return std::nullopt;
-}
-
-}  // namespace
 
 std::optional<std::size_t> ID3AttachedPictureFrameContentParsingOperation::startOfOtherJPEG(
     ByteView frame, ID3Version version) const {
@@ -130,35 +159,10 @@ void ID3AttachedPictureFrameContentParsingOperation::parse(const platform::Share
   }
 }
 
-RecordingDateTime ID3RecordingTimeFrameContentParsingOperation::recordingDateTime(std::string_view text) {
-  constexpr double lastYear = 9999.0;
-  // The first second after the last day that the calendar can represent.
-  constexpr auto calendarEnd =
-      std::chrono::sys_days(std::chrono::year::max() / std::chrono::December / 31) + std::chrono::days(1);
-  constexpr auto endOfTime = static_cast<double>(
-      std::chrono::duration_cast<std::chrono::seconds>(calendarEnd.time_since_epoch()).count());
-
-  const std::optional<double> number = Strings::floatingPoint(text);
-  if (!number || !(*number > lastYear) || *number >= endOfTime) {
-    return {RecordingDate{.day = {}, .month = {}, .year = Strings::decimalInteger(text)}, RecordingTime{}};
-  }
-  const std::chrono::sys_seconds moment{std::chrono::seconds(static_cast<std::int64_t>(*number))};
-  const auto midnight = std::chrono::floor<std::chrono::days>(moment);
-  const std::chrono::year_month_day date(midnight);
-  const std::chrono::hh_mm_ss time(moment - midnight);
-  return {RecordingDate{.day = static_cast<unsigned>(date.day()),
-                        .month = static_cast<unsigned>(date.month()),
-                        .year = static_cast<int>(date.year())},
-          RecordingTime{.hour = time.hours().count(), .minute = time.minutes().count()}};
-}
-
-void ID3RecordingTimeFrameContentParsingOperation::parse(const platform::SharedBytes& frame,
-                                                         ID3Version version,
-                                                         const FrameReceiver& completed) const {
-  const std::optional<std::string> text = stringContentParser_.parse(frame, version);
-  if (!text) return;
-  completed(FrameName::recordingDateTime,
-            std::make_unique<ID3FrameRecordingDateTime>(recordingDateTime(*text)));
+ID3RecordingTimeFrameContentParsingOperation::ID3RecordingTimeFrameContentParsingOperation()
+    : ID3FrameStringContentParsingOperation(named(FrameName::recordingDateTime, [](const std::string& text) {
+        return ID3FrameRecordingDateTime(recordingDateTime(text));
+      })) {
 }
 
 using OperationPointer = FrameContentParsingOperationPointer;
@@ -170,32 +174,16 @@ OperationPointer ID3FrameStringContentParsingOperationFactory::make(
 
 namespace {
 
-/// Returns an operation that stores the result of `makeFrame(text)` under `name`.
-template <class MakeFrame>
-OperationPointer textOperation(FrameName name, MakeFrame makeFrame) {
-  return ID3FrameStringContentParsingOperationFactory::make([name, makeFrame](std::string text) {
-    using Frame = decltype(makeFrame(text));
-    return std::pair<FrameName, std::unique_ptr<ID3Frame>>(
-        name, std::make_unique<Frame>(makeFrame(std::move(text))));
-  });
+template <auto makeFrame>
+OperationPointer textOperation(FrameName name) {
+  return ID3FrameStringContentParsingOperationFactory::make(named(name, makeFrame));
 }
 
-/// Returns an operation for a text that contains two numbers.
+/// Makes a frame of a text that contains two numbers.
 template <class Frame>
-OperationPointer coupleOperation(FrameName name) {
-  return textOperation(name, [](const std::string& text) {
-    const auto [first, second] = ID3CoupleOfNumbersAdapter().adapt(text);
-    return Frame(first, second);
-  });
-}
-
-OperationPointer partOfTotalOperation(FrameName name) {
-  return textOperation(name,
-                       [](const std::string& text) { return ID3PartOfTotalStringAdapter().adapt(text); });
-}
-
-OperationPointer genreOperation(FrameName name) {
-  return textOperation(name, [](const std::string& text) { return ID3GenreStringAdapter().adapt(text); });
+Frame coupleIn(const std::string& text) {
+  const auto [first, second] = ID3CoupleOfNumbersAdapter().adapt(text);
+  return Frame(first, second);
 }
 
 struct Reading {
@@ -204,12 +192,18 @@ struct Reading {
 };
 
 constexpr std::array readings = std::to_array<Reading>({
-    {FrameContent::string, ID3ParsingOperationForID3FrameWithStringFactory::make},
-    {FrameContent::integer, ID3ParsingOperationForID3FrameWithIntegerFactory::make},
-    {FrameContent::partOfTotal, partOfTotalOperation},
-    {FrameContent::genre, genreOperation},
-    {FrameContent::dayMonth, coupleOperation<ID3FrameRecordingDayMonth>},
-    {FrameContent::hourMinute, coupleOperation<ID3FrameRecordingHourMinute>},
+    {FrameContent::string,
+     textOperation<[](std::string text) { return ID3FrameWithStringContent(std::move(text)); }>},
+    {FrameContent::integer,
+     textOperation<[](const std::string& text) {
+       return ID3FrameWithIntegerContent(Strings::decimalInteger(text));
+     }>},
+    {FrameContent::partOfTotal,
+     textOperation<[](const std::string& text) { return PartOfTotalStringAdapter().adapt(text); }>},
+    {FrameContent::genre,
+     textOperation<[](const std::string& text) { return ID3GenreStringAdapter().adapt(text); }>},
+    {FrameContent::dayMonth, textOperation<coupleIn<ID3FrameRecordingDayMonth>>},
+    {FrameContent::hourMinute, textOperation<coupleIn<ID3FrameRecordingHourMinute>>},
     {FrameContent::dateTime,
      [](FrameName) -> OperationPointer {
        return std::make_unique<ID3RecordingTimeFrameContentParsingOperation>();
@@ -219,36 +213,21 @@ constexpr std::array readings = std::to_array<Reading>({
        return std::make_unique<ID3AttachedPictureFrameContentParsingOperation>();
      }},
     {FrameContent::localized,
-     [](FrameName name) { return ID3LocalizedFrameContentParsingOperationFactory::make(name.kind()); }},
+     [](FrameName name) -> OperationPointer {
+       return std::make_unique<ID3LocalizedFrameContentParsingOperation>(name.kind());
+     }},
 });
 static_assert(platform::hasARowForEachCase(readings, &Reading::content, lastFrameContent));
 
 }  // namespace
 
-OperationPointer ID3ParsingOperationForID3FrameWithStringFactory::make(FrameName frameName) {
-  return textOperation(frameName,
-                       [](std::string text) { return ID3FrameWithStringContent(std::move(text)); });
-}
-
-OperationPointer ID3ParsingOperationForID3FrameWithIntegerFactory::make(FrameName frameName) {
-  return textOperation(frameName, [](const std::string& text) {
-    return ID3FrameWithIntegerContent(platform::Strings::decimalInteger(text));
-  });
-}
-
-OperationPointer ID3LocalizedFrameContentParsingOperationFactory::make(FrameName::Kind kind) {
-  return std::make_unique<ID3LocalizedFrameContentParsingOperation>(kind);
-}
-
-OperationPointer FrameKindParsingOperationFactory::make(const FrameKind& kind) {
-  return readings[static_cast<std::size_t>(kind.content)].operationFor(kind.name);
+OperationPointer parsingOperation(FrameContent content, FrameName name) {
+  return readings[static_cast<std::size_t>(content)].operationFor(name);
 }
 
 FrameContentParsingOperations ID3FrameContentParsingOperationFactory::make() {
   FrameContentParsingOperations operations;
-  for (const FrameKind& kind : frameKinds) {
-    operations[kind.type] = FrameKindParsingOperationFactory::make(kind);
-  }
+  for (const FrameKind& kind : frameKinds) operations[kind.type] = parsingOperation(kind.content, kind.name);
   return operations;
 }
 

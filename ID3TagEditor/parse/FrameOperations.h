@@ -13,6 +13,7 @@
 #include "platform/base/Bytes.h"
 #include "platform/base/Formats.h"
 
+// The operations that make frame objects of the bytes of a frame, and their factories.
 namespace ID3TagEditor {
 
 /// Receives a parsed frame and the name under which to store it.
@@ -56,7 +57,7 @@ class ID3LocalizedFrameContentParsingOperation : public FrameContentParsingOpera
  private:
   ID3FrameConfiguration id3FrameConfiguration_;
   ID3FrameStringEncodingDetector stringEncodingDetector_;
-  PaddingRemoverUsingTrimming paddingRemover_;
+  PaddingRemover paddingRemover_;
   FrameName::Kind kind_;
 };
 
@@ -78,22 +79,15 @@ class ID3AttachedPictureFrameContentParsingOperation : public FrameContentParsin
   std::optional<std::size_t> startOfOtherJPEG(platform::ByteView frame, ID3Version version) const;
 
   ID3FrameConfiguration id3FrameConfiguration_;
-  ID3PictureTypeAdapter pictureTypeAdapter_;
+  PictureTypeAdapter pictureTypeAdapter_;
 };
 
 /// Reads the recording time of a v2.4 tag: a number above 9999 is a count of seconds since 1970 in UTC, any
 /// other number a year. The standard's own form "2023-05-17T10:30" is neither: it is read as an empty time.
-class ID3RecordingTimeFrameContentParsingOperation : public FrameContentParsingOperation {
+class ID3RecordingTimeFrameContentParsingOperation : public ID3FrameStringContentParsingOperation {
  public:
-  void parse(const platform::SharedBytes& frame, ID3Version version,
-             const FrameReceiver& completed) const override;
-  static RecordingDateTime recordingDateTime(std::string_view text);
-
- private:
-  ID3FrameStringContentParser stringContentParser_ = ID3FrameStringContentParserFactory::make();
+  ID3RecordingTimeFrameContentParsingOperation();
 };
-
-// Factories of the operations that parse frames.
 
 using FrameContentParsingOperationPointer = std::unique_ptr<FrameContentParsingOperation>;
 using FrameContentParsingOperations = std::map<FrameType, FrameContentParsingOperationPointer>;
@@ -104,28 +98,22 @@ struct ID3FrameStringContentParsingOperationFactory {
       ID3FrameStringContentParsingOperation::CreateFrame createFrameOperation);
 };
 
-struct ID3ParsingOperationForID3FrameWithStringFactory {
-  static FrameContentParsingOperationPointer make(FrameName frameName);
-};
+/// Returns an operation that reads the content and stores it under `name`. For pictures, lyrics and comments,
+/// only the kind of `name` counts.
+FrameContentParsingOperationPointer parsingOperation(FrameContent content, FrameName name);
 
-struct ID3ParsingOperationForID3FrameWithIntegerFactory {
-  static FrameContentParsingOperationPointer make(FrameName frameName);
+template <FrameContent content>
+struct ParsingOperationFactoryWith {
+  static FrameContentParsingOperationPointer make(FrameName name) { return parsingOperation(content, name); }
 };
-
-struct ID3LocalizedFrameContentParsingOperationFactory {
-  /// Makes an operation for lyrics or comments. `kind` must be `lyricsKind` or `commentKind`.
-  static FrameContentParsingOperationPointer make(FrameName::Kind kind);
-};
-
-/// Makes the operation that parses frames of the kind.
-struct FrameKindParsingOperationFactory {
-  static FrameContentParsingOperationPointer make(const FrameKind& kind);
-};
+using ID3ParsingOperationForID3FrameWithStringFactory = ParsingOperationFactoryWith<FrameContent::string>;
+using ID3ParsingOperationForID3FrameWithIntegerFactory = ParsingOperationFactoryWith<FrameContent::integer>;
+using ID3LocalizedFrameContentParsingOperationFactory = ParsingOperationFactoryWith<FrameContent::localized>;
 
 template <FrameType type>
 struct ParsingOperationFactoryFor {
   static FrameContentParsingOperationPointer make() {
-    return FrameKindParsingOperationFactory::make(kindOf(type));
+    return parsingOperation(kindOf(type).content, kindOf(type).name);
   }
 };
 using ID3DiscPositionFrameContentParsingOperationFactory =

@@ -15,7 +15,7 @@ std::uint32_t ID3FrameContentSizeParser::parse(platform::ByteView mp3, std::size
 
 std::uint64_t ID3FrameSizeParser::parse(platform::ByteView mp3, std::size_t framePosition,
                                         ID3Version version) const {
-  return std::uint64_t{frameContentSizeParser_->parse(mp3, framePosition, version)} +
+  return std::uint64_t{frameContentSizeParser_.parse(mp3, framePosition, version)} +
          id3FrameConfiguration_.headerSizeFor(version);
 }
 
@@ -45,7 +45,7 @@ void ID3FramesParser::parse(const platform::SharedBytes& mp3, ID3Tag& id3Tag) co
   std::uint64_t position = ID3TagConfiguration::headerSize();
   while (position < size) {
     const auto start = static_cast<std::size_t>(position);
-    const std::uint64_t total = frameSizeParser_->parse(mp3, start, id3Tag.properties.version);
+    const std::uint64_t total = frameSizeParser_.parse(mp3, start, id3Tag.properties.version);
     if (total >= size || position + total > mp3.size()) return;
     id3FrameParser_.parse(mp3, start, static_cast<std::size_t>(total), id3Tag);
     position += total;
@@ -53,25 +53,17 @@ void ID3FramesParser::parse(const platform::SharedBytes& mp3, ID3Tag& id3Tag) co
 }
 
 std::optional<ID3Tag> ID3TagParser::parse(const platform::SharedBytes& mp3) const {
-  const ID3Version version = tagVersionParser_->parse(mp3);
-  if (!tagPresence_->isTagPresentIn(mp3, version)) return std::nullopt;
+  const ID3Version version = tagVersionParser_.parse(mp3);
+  if (!tagPresence_.isTagPresentIn(mp3, version)) return std::nullopt;
   if (mp3.size() < ID3TagConfiguration::headerSize())
     throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
   ID3Tag tag(version);
-  tag.properties.size = tagSizeParser_->parse(mp3);
+  tag.properties.size = tagSizeParser_.parse(mp3);
   if (mp3.size() < std::uint64_t{tag.properties.size} + ID3TagConfiguration::headerSize()) {
     throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
   }
   framesParser_.parse(mp3, tag);
   return tag;
-}
-
-ID3TagParser ID3TagParserFactory::make() {
-  ID3FramesParser framesParser(
-      std::make_unique<ID3FrameSizeParser>(std::make_unique<ID3FrameContentSizeParser>()),
-      ID3FrameParser(ID3FrameContentParsingOperationFactory::make()));
-  return {std::make_unique<ID3TagSizeParser>(), std::make_unique<ID3TagVersionParser>(),
-          std::make_unique<ID3TagPresence>(), std::move(framesParser)};
 }
 
 }  // namespace ID3TagEditor

@@ -23,16 +23,11 @@ std::optional<std::uint64_t> Mp3FileReader::tagLength(FileHandle& file) const {
     throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
   }
   const platform::ByteView header = start.first(ID3TagConfiguration::headerSize());
-  if (!tagPresence_->isTagPresentIn(header, tagVersionParser_->parse(header))) return std::nullopt;
+  if (!tagPresence_.isTagPresentIn(header, tagVersionParser_.parse(header))) return std::nullopt;
   const std::uint64_t length =
-      std::uint64_t{tagSizeParser_->parse(header)} + ID3TagConfiguration::headerSize();
+      std::uint64_t{tagSizeParser_.parse(header)} + ID3TagConfiguration::headerSize();
   if (length > file.size()) throw ID3TagEditorError(ID3TagEditorError::corruptedFile);
   return length;
-}
-
-Mp3FileReader Mp3FileReaderFactory::make() {
-  return {std::make_unique<ID3TagSizeParser>(), std::make_unique<ID3TagVersionParser>(),
-          std::make_unique<ID3TagPresence>()};
 }
 
 }  // namespace ID3TagEditor

@@ -34,17 +34,12 @@ class ID3FrameStringEncodingDetector {
   ID3StringEncodingConverter id3StringEncodingConverter_;
 };
 
-class PaddingRemover {
- public:
-  virtual ~PaddingRemover() = default;
-  virtual std::string removeFrom(std::string string) const = 0;
-};
-
 /// Removes the U+0000 characters at both ends, and nothing else.
-class PaddingRemoverUsingTrimming : public PaddingRemover {
+class PaddingRemoverUsingTrimming {
  public:
-  std::string removeFrom(std::string string) const override;
+  std::string removeFrom(std::string string) const;
 };
+using PaddingRemover = PaddingRemoverUsingTrimming;
 
 /// Reads the text of a text frame.
 class ID3FrameStringContentParser {
@@ -55,7 +50,7 @@ class ID3FrameStringContentParser {
 
  private:
   ID3FrameStringEncodingDetector stringEncodingDetector_;
-  PaddingRemoverUsingTrimming paddingRemover_;
+  PaddingRemover paddingRemover_;
   ID3FrameConfiguration id3FrameConfiguration_;
 };
 

@@ -1,5 +1,4 @@
-#include "ID3TagEditor/parse/DebugText.h"
-
+// The text of a whole tag, for debugging.
 #include <algorithm>
 #include <array>
 #include <cstdio>
