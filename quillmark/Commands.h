@@ -56,24 +56,24 @@ QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
 
 // The commands. An exception that they throw means status 1.
 
-/// Prints the tags of files and returns the exit status, as do the next two.
+/// Prints the usage text and returns the exit status, as do the next four.
+int commandHelp(Console& console);
+int commandVersion(Console& console);
+/// Lists the names of the fields.
+int commandFields(Console& console);
+/// Prints the tags of files.
 int commandRead(const Arguments& arguments, Console& console);
 /// Puts one file's tags on the clipboard.
 int commandCopy(const Arguments& arguments, Console& console);
-/// Lists the names of the fields.
-int commandFields(Console& console);
 
 /// Returns the run that writes the tags on the clipboard.
 WriteRun preparePaste(const Arguments& arguments, Console& console);
 /// Returns the run that writes the tags of one file.
 WriteRun prepareApply(const Arguments& arguments, Console& console);
-/// Returns the run that writes the given values.
+/// Returns the run that writes the given values, or those in a document in the form of `read --json`.
 WriteRun prepareSet(const Arguments& arguments, Console& console);
 
-/// Returns the run that writes the tags in a document in the form of `read --json`. `word` names the
-/// document's file, "-" is standard input. Throws CLIError for a mistake in the document, for two of its
-/// members that name the same file, and for files or fields on the command line; and FileError if the
-/// document cannot be read.
-WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments);
+/// Returns a command's purpose, its options and one example, in lines that end in a line feed.
+std::string helpText(const CommandOptions& command);
 
 }  // namespace quillmark

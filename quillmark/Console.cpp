@@ -5,7 +5,6 @@
 
 #include "platform/FileError.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
@@ -29,6 +28,13 @@ std::string rejoined(std::string_view text, char separator, std::string_view joi
     pieces += joint;
     text.remove_prefix(end + 1);
   }
+}
+
+/// Returns the number with commas between thousands.
+std::string grouped(std::size_t number) {
+  std::string digits = std::to_string(number);
+  for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+  return digits;
 }
 
 }  // namespace
@@ -96,17 +102,6 @@ std::string joiningValues(std::string_view text) {
 std::string visibleLine(std::string_view text) {
   return rejoined(text, '\0', " / ", platform::Strings::visible);
 }
-
-namespace {
-
-/// Returns the number with commas between thousands.
-std::string grouped(std::size_t number) {
-  std::string digits = std::to_string(number);
-  for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
-  return digits;
-}
-
-}  // namespace
 
 void Progress::next(const std::filesystem::path& file) {
   constexpr std::chrono::milliseconds pause(100);

@@ -10,6 +10,9 @@
 
 namespace quillmark {
 
+/// The tool's name in everything that it prints, even if it was started under another name.
+inline constexpr std::string_view toolName = "quillmark";
+
 /// Prints results to standard output, and errors and notes to standard error. At a terminal, names and texts
 /// of files are printed in a form that cannot control it; elsewhere they are printed as they are.
 class Console {

@@ -5,14 +5,13 @@
 #include "platform/FileError.h"
 #include "platform/Paths.h"
 #include "platform/StandardStreams.h"
-#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
 FileList::FileList(const Arguments& arguments)
     : names_(arguments.positional), wordCount_(arguments.positional.size()) {
   if (const auto list = arguments.value(options::files0From)) addNamesIn(*list);
-  if (names_.empty()) throw CLIError::noFiles();
+  if (names_.empty()) throw CLIError("No files given.");
   if (arguments.has(options::recursive)) replaceFoldersByTheirFiles();
 }
 

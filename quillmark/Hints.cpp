@@ -10,7 +10,6 @@
 #include "platform/Paths.h"
 #include "platform/base/Formats.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
@@ -68,6 +67,16 @@ std::string withoutHyphens(std::string_view name) {
 
 bool startsWithIgnoringCase(std::string_view text, std::string_view beginning) {
   return platform::Strings::equalIgnoringASCIICase(text.substr(0, beginning.size()), beginning);
+}
+
+/// Returns whether the word starts with a hyphen, or with a dash that an editor has made of one.
+bool startsLikeAnOption(std::string_view word) {
+  constexpr char32_t firstDash = 0x2010;
+  constexpr char32_t lastDash = 0x2015;
+  constexpr char32_t minus = 0x2212;
+  if (word.empty() || !platform::Strings::isValidUTF8(word)) return false;
+  const char32_t first = platform::Strings::firstCharacter(word).value;
+  return first == '-' || (first >= firstDash && first <= lastDash) || first == minus;
 }
 
 }  // namespace
@@ -165,20 +174,6 @@ std::string numberHint(QuillmarkKit::TagField field, std::string_view value) {
   }
   return hint + ".";
 }
-
-namespace {
-
-/// Returns whether the word starts with a hyphen, or with a dash that an editor has made of one.
-bool startsLikeAnOption(std::string_view word) {
-  constexpr char32_t firstDash = 0x2010;
-  constexpr char32_t lastDash = 0x2015;
-  constexpr char32_t minus = 0x2212;
-  if (word.empty() || !platform::Strings::isValidUTF8(word)) return false;
-  const char32_t first = platform::Strings::firstCharacter(word).value;
-  return first == '-' || (first >= firstDash && first <= lastDash) || first == minus;
-}
-
-}  // namespace
 
 void requireKnownWords(const Arguments& arguments, const CommandOptions& command) {
   for (const std::string_view name : arguments.unknown) {

@@ -10,7 +10,6 @@
 #include "platform/FileError.h"
 #include "platform/base/Bytes.h"
 #include "quillmark/Arguments.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/FileList.h"
 
 // Guesses at the meaning of unknown words.

@@ -8,9 +8,9 @@
 #include <utility>
 #include <vector>
 
+#include "platform/FileError.h"
 #include "platform/base/JSON.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
@@ -119,7 +119,11 @@ Members readMembers(const FileList& files, const std::optional<std::vector<std::
     if (order && !members.contains(name)) document.write(std::exchange(members, {}));
     const auto [place, isNew] = members.try_emplace(name, member);
     if (isNew) continue;
-    if (place->second.nameInBytes != member.nameInBytes) throw CLIError::sameMember(file);
+    if (place->second.nameInBytes != member.nameInBytes) {
+      throw CLIError(platform::lastPathComponent(file) +
+                     " and another file have one and the same name in JSON, as bytes that are not UTF-8 have "
+                     "no place there. Read each in a run of its own, or rename one.");
+    }
     place->second = std::move(member);
   }
   return members;

@@ -11,46 +11,13 @@
 #include "platform/Process.h"
 #include "platform/StandardStreams.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/Console.h"
-#include "quillmark/Fields.h"
 #include "quillmark/FileList.h"
 #include "quillmark/Hints.h"
 #include "quillmark/Listings.h"
 
 namespace quillmark {
-
-/// Writes the artwork of the only file in `files`, byte for byte, to the file that the word `to` names, or to
-/// standard output for "-". A file that is there is replaced in one step. Throws CLIError if there are
-/// several files, if the MP3 has no artwork, or if `to` is a terminal or names an MP3; and what reading the
-/// MP3 or writing the picture throws. Nothing has been written then.
-void saveArtwork(const FileList& files, std::string_view to, const QuillmarkKit::TagStore& store,
-                 Console& console);
-
-void saveArtwork(const FileList& files, std::string_view to, const QuillmarkKit::TagStore& store,
-                 Console& console) {
-  if (files.size() != 1) throw CLIError("--save-artwork takes one MP3.");
-  const bool isStandardOutput = to == "-";
-  if (isStandardOutput && console.outputIsTerminal()) {
-    throw CLIError("--save-artwork does not write a picture to a terminal. Name a file instead of -.");
-  }
-  const std::filesystem::path target = platform::fileLocation(to);
-  // Otherwise, "--save-artwork *.mp3" would replace the first MP3.
-  if (platform::Strings::equalIgnoringASCIICase(target.extension().native(), ".mp3")) {
-    throw CLIError("--save-artwork does not replace an MP3 with a picture: " + std::string(to) + ".");
-  }
-  const std::filesystem::path source = files.location(0);
-  const auto artwork = store.read(source).artwork;
-  if (!artwork) throw CLIError(platform::lastPathComponent(source) + " has no artwork.");
-  if (isStandardOutput) {
-    console.write(platform::charactersOf(artwork->data));
-    return;
-  }
-  // A signal must not leave an unfinished file.
-  platform::Signals::noteInterruptions();
-  platform::replaceContents(target, artwork->data);
-}
 
 using QuillmarkKit::TagField;
 using QuillmarkKit::TagSet;
@@ -114,6 +81,34 @@ void readAsTable(const FileList& files, const Arguments& arguments, TagReader& r
     throw;
   }
   table.finish();
+}
+
+/// Writes the artwork of the only file in `files`, byte for byte, to the file that the word `to` names, or to
+/// standard output for "-". A file that is there is replaced in one step. Throws CLIError if there are
+/// several files, if the MP3 has no artwork, or if `to` is a terminal or names an MP3; and what reading the
+/// MP3 or writing the picture throws. Nothing has been written then.
+void saveArtwork(const FileList& files, std::string_view to, const QuillmarkKit::TagStore& store,
+                 Console& console) {
+  if (files.size() != 1) throw CLIError("--save-artwork takes one MP3.");
+  const bool isStandardOutput = to == "-";
+  if (isStandardOutput && console.outputIsTerminal()) {
+    throw CLIError("--save-artwork does not write a picture to a terminal. Name a file instead of -.");
+  }
+  const std::filesystem::path target = platform::fileLocation(to);
+  // Otherwise, "--save-artwork *.mp3" would replace the first MP3.
+  if (platform::Strings::equalIgnoringASCIICase(target.extension().native(), ".mp3")) {
+    throw CLIError("--save-artwork does not replace an MP3 with a picture: " + std::string(to) + ".");
+  }
+  const std::filesystem::path source = files.location(0);
+  const auto artwork = store.read(source).artwork;
+  if (!artwork) throw CLIError(platform::lastPathComponent(source) + " has no artwork.");
+  if (isStandardOutput) {
+    console.write(platform::charactersOf(artwork->data));
+    return;
+  }
+  // A signal must not leave an unfinished file.
+  platform::Signals::noteInterruptions();
+  platform::replaceContents(target, artwork->data);
 }
 
 /// Throws CLIError if several options choose the form of the output.

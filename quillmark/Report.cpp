@@ -15,6 +15,7 @@
 
 namespace quillmark {
 
+using QuillmarkKit::TagApplier;
 using QuillmarkKit::TagField;
 using QuillmarkKit::TagSet;
 namespace Strings = platform::Strings;
@@ -86,8 +87,9 @@ Sides pictureSides(const TagSet& before, const TagSet& after) {
   return sides;
 }
 
-}  // namespace
-
+/// Returns a change of tags for people: for each field that differs a line with its old value, a line with
+/// its new value, or both. An artwork that stays beside the new one is marked. Long texts are shortened, and
+/// control characters are made visible.
 std::string differences(const TagSet& before, const TagSet& after, bool keepsArtwork) {
   static const std::size_t width =
       displayName(std::ranges::max(QuillmarkKit::allTagFields, {}, [](TagField field) {
@@ -119,10 +121,6 @@ std::string differences(const TagSet& before, const TagSet& after, bool keepsArt
   }
   return lines;
 }
-
-using QuillmarkKit::TagApplier;
-
-namespace {
 
 /// Returns the change of a file that was, or would be, rewritten.
 const TagApplier::Change* changeIn(const TagApplier::Outcome& outcome) {

@@ -31,12 +31,6 @@ struct RunOptions {
   bool recursive;
 };
 
-/// Returns a change of tags for people: for each field that differs a line with its old value, a line with
-/// its new value, or both. An artwork that stays beside the new one is marked. Long texts are shortened, and
-/// control characters are made visible.
-std::string differences(const QuillmarkKit::TagSet& before, const QuillmarkKit::TagSet& after,
-                        bool keepsArtwork);
-
 /// Prints the result for each file as soon as it is known, with failures and notes on standard error, and a
 /// summary.
 class Report {

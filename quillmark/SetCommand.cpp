@@ -14,17 +14,56 @@
 #include "platform/base/Formats.h"
 #include "platform/base/JSON.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
-#include "quillmark/Fields.h"
 #include "quillmark/Hints.h"
 
 namespace quillmark {
 
-using QuillmarkKit::FileChange;
 namespace JSON = platform::JSON;
+using QuillmarkKit::Artwork;
+using QuillmarkKit::FileChange;
+using QuillmarkKit::TagField;
+using QuillmarkKit::TagFields;
+using QuillmarkKit::TagSet;
 
 namespace {
+
+std::string textFrom(std::string_view option, std::string_view value) {
+  if (!platform::Strings::isValidUTF8(value)) {
+    throw CLIError("--" + std::string(option) + " expects text in UTF-8.");
+  }
+  return std::string(value);
+}
+
+std::int64_t numberFrom(TagField field, std::string_view option, std::string_view value) {
+  const auto number = platform::Strings::decimalInteger(value);
+  if (!number) {
+    throw CLIError("--" + std::string(option) + " expects a number, got '" + std::string(value) + "'.",
+                   numberHint(field, value));
+  }
+  return *number;
+}
+
+Artwork artworkFrom(std::string_view path) {
+  const std::filesystem::path file = platform::fileLocation(path);
+  std::string hint;
+  try {
+    // No tag has room for more bytes than this.
+    const platform::SharedBytes bytes = platform::Input::contents(file, platform::synchsafeLimit);
+    if (auto artwork = Artwork::detecting(bytes)) return std::move(*artwork);
+    hint = platform::lastPathComponent(file) + " " + pictureHint(bytes);
+  } catch (const platform::FileError& error) {
+    hint = error.what();
+  }
+  throw CLIError("Could not read artwork at " + std::string(path) + " (expected a JPEG or PNG).", hint);
+}
+
+void setField(TagField field, std::string_view option, std::string_view value, TagSet& tags) {
+  dispatch(
+      field, [&](QuillmarkKit::TextMember text) { tags.*text = textFrom(option, value); },
+      [&](QuillmarkKit::NumberMember number) { tags.*number = numberFrom(field, option, value); },
+      [&] { tags.artwork = artworkFrom(value); });
+}
 
 /// Throws CLIError if the command line also names files or fields.
 void requireNothingBeside(const Arguments& arguments) {
@@ -95,8 +134,10 @@ FileList filesOf(const std::vector<FileChange>& changes) {
   return FileList(std::move(names));
 }
 
-}  // namespace
-
+/// Returns the run that writes the tags in a document in the form of `read --json`. `word` names the
+/// document's file, "-" is standard input. Throws CLIError for a mistake in the document, for two of its
+/// members that name the same file, and for files or fields on the command line; and FileError if the
+/// document cannot be read.
 WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments) {
   requireNothingBeside(arguments);
   auto store = storeFor(arguments);
@@ -110,50 +151,6 @@ WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments) 
           .selection = {},
           .options = RunOptions(arguments),
           .changes = std::move(changes)};
-}
-
-using QuillmarkKit::Artwork;
-using QuillmarkKit::TagField;
-using QuillmarkKit::TagFields;
-using QuillmarkKit::TagSet;
-
-namespace {
-
-std::string textFrom(std::string_view option, std::string_view value) {
-  if (!platform::Strings::isValidUTF8(value)) {
-    throw CLIError("--" + std::string(option) + " expects text in UTF-8.");
-  }
-  return std::string(value);
-}
-
-std::int64_t numberFrom(TagField field, std::string_view option, std::string_view value) {
-  const auto number = platform::Strings::decimalInteger(value);
-  if (!number) {
-    throw CLIError("--" + std::string(option) + " expects a number, got '" + std::string(value) + "'.",
-                   numberHint(field, value));
-  }
-  return *number;
-}
-
-Artwork artworkFrom(std::string_view path) {
-  const std::filesystem::path file = platform::fileLocation(path);
-  std::string hint;
-  try {
-    // No tag has room for more bytes than this.
-    const platform::SharedBytes bytes = platform::Input::contents(file, platform::synchsafeLimit);
-    if (auto artwork = Artwork::detecting(bytes)) return std::move(*artwork);
-    hint = platform::lastPathComponent(file) + " " + pictureHint(bytes);
-  } catch (const platform::FileError& error) {
-    hint = error.what();
-  }
-  throw CLIError::unreadableArtwork(path, hint);
-}
-
-void setField(TagField field, std::string_view option, std::string_view value, TagSet& tags) {
-  dispatch(
-      field, [&](QuillmarkKit::TextMember text) { tags.*text = textFrom(option, value); },
-      [&](QuillmarkKit::NumberMember number) { tags.*number = numberFrom(field, option, value); },
-      [&] { tags.artwork = artworkFrom(value); });
 }
 
 }  // namespace

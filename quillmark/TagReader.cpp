@@ -4,9 +4,7 @@
 #include <utility>
 
 #include "platform/FileError.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
-#include "quillmark/Fields.h"
 #include "quillmark/Hints.h"
 
 namespace quillmark {

@@ -5,9 +5,7 @@
 #include "platform/Pasteboard.h"
 #include "platform/Paths.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
-#include "quillmark/Fields.h"
 
 namespace quillmark {
 
@@ -50,12 +48,32 @@ std::string harmless(std::string_view text) {
   return shown;
 }
 
+/// Returns the fields that paste and apply write: those of `--fields`, else with `--all` every field, else
+/// the album identity. Throws CLIError for the first name that no field has.
+TagFields selectedFields(const Arguments& arguments) {
+  if (const auto list = arguments.value(options::fields)) return fieldsNamed(*list);
+  return arguments.has(options::all) ? TagFields::all : TagFields::albumIdentity;
+}
+
+WriteRun prepareWholeTag(const Arguments& arguments, const std::filesystem::path& source) {
+  if (arguments.has(options::all) || arguments.value(options::fields))
+    throw CLIError("--whole-tag takes the whole tag, without --all and --fields.");
+  FileList files(arguments);
+  auto store = wholeTagStore(arguments, source);
+  TagSet tags = store->read(source);
+  return {.files = std::move(files),
+          .store = std::move(store),
+          .tags = std::move(tags),
+          .selection = TagFields::all,
+          .options = RunOptions(arguments)};
+}
+
 }  // namespace
 
 int commandCopy(const Arguments& arguments, Console& console) {
   const std::filesystem::path file = FileList(arguments).location(0);
-  const auto source = readSource(*storeFor(arguments), file, QuillmarkKit::TagFields::all, console,
-                                 {.acceptsUnrepresentable = true});
+  const auto source =
+      readSource(*storeFor(arguments), file, TagFields::all, console, {.acceptsUnrepresentable = true});
   const TagSet& tags = source.tags;
   auto pasteboard = platform::Pasteboard::general();
   QuillmarkKit::TagClipboard::copy(tags, pasteboard, source.unrepresentable);
@@ -76,9 +94,11 @@ WriteRun preparePaste(const Arguments& arguments, Console&) {
                    " copy <file>' first.");
   }
   auto store = storeFor(arguments);
-  const QuillmarkKit::TagFields selection = fieldMask(arguments);
+  const TagFields selection = selectedFields(arguments);
   for (const auto& [field, value] : QuillmarkKit::TagClipboard::unrepresentableValues(pasteboard)) {
-    if (selection.contains(field)) throw CLIError::cannotCarry(field, value);
+    if (!selection.contains(field)) continue;
+    throw CLIError("The clipboard cannot carry the " + std::string(cliName(field)) + " " + value +
+                   " of the copied file. Leave it out with --fields.");
   }
   try {
     *tags = store->accepted(*tags, selection);
@@ -93,23 +113,6 @@ WriteRun preparePaste(const Arguments& arguments, Console&) {
           .source = "The clipboard"};
 }
 
-namespace {
-
-WriteRun prepareWholeTag(const Arguments& arguments, const std::filesystem::path& source) {
-  if (arguments.has(options::all) || arguments.value(options::fields))
-    throw CLIError("--whole-tag takes the whole tag, without --all and --fields.");
-  FileList files(arguments);
-  auto store = wholeTagStore(arguments, source);
-  TagSet tags = store->read(source);
-  return {.files = std::move(files),
-          .store = std::move(store),
-          .tags = std::move(tags),
-          .selection = TagFields::all,
-          .options = RunOptions(arguments)};
-}
-
-}  // namespace
-
 WriteRun prepareApply(const Arguments& arguments, Console& console) {
   const auto from = arguments.value(options::from);
   if (!from) throw CLIError("apply needs --from <file>.");
@@ -117,7 +120,7 @@ WriteRun prepareApply(const Arguments& arguments, Console& console) {
   if (arguments.has(options::wholeTag)) return prepareWholeTag(arguments, source);
   FileList files(arguments);
   auto store = storeFor(arguments);
-  const QuillmarkKit::TagFields selection = fieldMask(arguments);
+  const TagFields selection = selectedFields(arguments);
   auto read = readSource(*store, source, selection, console);
   const std::string name = platform::lastPathComponent(source);
   if (selection == TagFields::all && !read.beyondFields.empty()) {
