@@ -1,47 +1,47 @@
 #pragma once
 
+#include <cstddef>
 #include <filesystem>
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "QuillmarkKit/model/TagSet.h"
-#include "QuillmarkKit/model/TagSetJSON.h"
 #include "QuillmarkKit/store/MP3TagStore.h"
 #include "QuillmarkKit/store/TagStore.h"
+#include "QuillmarkKit/store/file/OpenTag.h"
 #include "quillmark/Arguments.h"
 #include "quillmark/Console.h"
 #include "quillmark/FileList.h"
-#include "quillmark/Report.h"
 
 namespace quillmark {
 
-/// A run of paste, apply or set: fields of one tag set to be written into files. The command line has been
+/// A run of paste, apply or set: files, and the change that each of them gets. The command line has been
 /// checked.
 struct WriteRun {
   FileList files;
   std::unique_ptr<const QuillmarkKit::TagStore> store;
-  QuillmarkKit::TagSet tags;
-  QuillmarkKit::TagFields selection;
-  RunOptions options;
+  /// The changes in the order of the files; a single one is for all files.
+  std::vector<QuillmarkKit::TagChange> changes;
   /// Names the origin of the values in a note about fields that are removed because it does not have them;
   /// empty if no note is needed.
   std::string source = {};
-  /// The change of each file, instead of `tags` and `selection`; empty if all files get the same values.
-  std::vector<QuillmarkKit::FileChange> changes = {};
+
+  /// Returns the change of the file at this position.
+  const QuillmarkKit::TagChange& changeOf(std::size_t index) const {
+    return changes.size() == 1 ? changes.front() : changes[index];
+  }
 };
 
-/// Applies the fields to one file after another, reports each, and returns the exit status. After an
+/// Makes the changes in one file after another, reports each, and returns the exit status. After an
 /// interruption, completes the current file and reports how many files were not reached.
-int writeInto(const WriteRun& run, Console& console);
+int writeInto(const WriteRun& run, const Arguments& arguments, Console& console);
 
-/// Returns the store that the options choose.
-std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(const Arguments& arguments);
-
-/// Returns a store that gives files the whole tag of `source`. Throws as the store does.
-std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments,
-                                                            const std::filesystem::path& source);
+/// Returns the store that the options choose, or one that gives files the whole tag of `wholeTagOf`. Throws
+/// as that store does.
+std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(
+    const Arguments& arguments, const std::optional<std::filesystem::path>& wholeTagOf = {});
 
 struct SourceOptions {
   /// Whether values that no field can hold are part of the result instead of an error.

@@ -106,32 +106,18 @@ void accept(std::vector<FileChange>& changes, const QuillmarkKit::TagStore& stor
   }
 }
 
-std::vector<FileChange> changesIn(const std::filesystem::path& file, bool isStandardInput,
-                                  const QuillmarkKit::TagStore& store) {
-  // An endless input is cut here.
-  constexpr std::uint64_t limit = std::uint64_t{1} << 30;
-  const platform::Bytes document = isStandardInput ? platform::Input::contentsOfStandardInput(limit)
-                                                   : platform::Input::contents(file, limit);
+std::vector<FileChange> changesIn(const NamedInput& document, const QuillmarkKit::TagStore& store) {
   try {
-    if (document.size() == limit) {
+    if (document.isTooLong()) {
       throw JSON::DecodingError("the document is longer than 1 GiB; read --no-artwork makes a shorter one");
     }
-    auto changes = QuillmarkKit::changesIn(platform::charactersOf(document));
+    auto changes = QuillmarkKit::changesIn(platform::charactersOf(document.bytes));
     requireDifferentFiles(changes);
     accept(changes, store);
     return changes;
   } catch (const JSON::DecodingError& error) {
-    throw CLIError(platform::lastPathComponent(file) + ": " + error.what() + ".");
+    throw CLIError(platform::lastPathComponent(document.file) + ": " + error.what() + ".");
   }
-}
-
-FileList filesOf(const std::vector<FileChange>& changes) {
-  platform::Bytes names;
-  for (const FileChange& change : changes) {
-    platform::append(names, platform::bytesOf(change.file));
-    names.push_back(0);
-  }
-  return FileList(std::move(names));
 }
 
 /// Returns the run that writes the tags in a document in the form of `read --json`. `word` names the
@@ -141,16 +127,13 @@ FileList filesOf(const std::vector<FileChange>& changes) {
 WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments) {
   requireNothingBeside(arguments);
   auto store = storeFor(arguments);
-  const bool isStandardInput = word == "-";
-  const std::filesystem::path file = isStandardInput ? "standard input" : platform::fileLocation(word);
-  auto changes = changesIn(file, isStandardInput, *store);
-  FileList files = filesOf(changes);
-  return {.files = std::move(files),
-          .store = std::move(store),
-          .tags = {},
-          .selection = {},
-          .options = RunOptions(arguments),
-          .changes = std::move(changes)};
+  std::vector<std::string> names;
+  std::vector<QuillmarkKit::TagChange> changes;
+  for (FileChange& change : changesIn(NamedInput(word), *store)) {
+    names.push_back(std::move(change.file));
+    changes.push_back({std::move(change.tags), change.selected});
+  }
+  return {.files = FileList(std::move(names)), .store = std::move(store), .changes = std::move(changes)};
 }
 
 }  // namespace
@@ -161,22 +144,18 @@ WriteRun prepareSet(const Arguments& arguments, Console&) {
   }
   FileList files(arguments);
   TagSet tags;
-  TagFields selection;
+  TagFields selected;
   for (const auto& [name, value] : arguments.options) {
     const auto field = QuillmarkKit::fieldFromCliName(name);
     if (!field) continue;
     setField(*field, name, value, tags);
-    selection.insert(*field);
+    selected.insert(*field);
   }
-  if (const auto list = arguments.value(options::clear)) selection.insert(fieldsNamed(*list));
-  if (selection.isEmpty()) throw CLIError("set needs at least one field, e.g. --artist \"Väskelund\".");
+  if (const auto list = arguments.value(options::clear)) selected.insert(fieldsNamed(*list));
+  if (selected.isEmpty()) throw CLIError("set needs at least one field, e.g. --artist \"Väskelund\".");
   auto store = storeFor(arguments);
-  tags = store->accepted(tags, selection);
-  return {.files = std::move(files),
-          .store = std::move(store),
-          .tags = std::move(tags),
-          .selection = selection,
-          .options = RunOptions(arguments)};
+  tags = store->accepted(tags, selected);
+  return {.files = std::move(files), .store = std::move(store), .changes = {{std::move(tags), selected}}};
 }
 
 }  // namespace quillmark

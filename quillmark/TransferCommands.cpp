@@ -55,19 +55,6 @@ TagFields selectedFields(const Arguments& arguments) {
   return arguments.has(options::all) ? TagFields::all : TagFields::albumIdentity;
 }
 
-WriteRun prepareWholeTag(const Arguments& arguments, const std::filesystem::path& source) {
-  if (arguments.has(options::all) || arguments.value(options::fields))
-    throw CLIError("--whole-tag takes the whole tag, without --all and --fields.");
-  FileList files(arguments);
-  auto store = wholeTagStore(arguments, source);
-  TagSet tags = store->read(source);
-  return {.files = std::move(files),
-          .store = std::move(store),
-          .tags = std::move(tags),
-          .selection = TagFields::all,
-          .options = RunOptions(arguments)};
-}
-
 }  // namespace
 
 int commandCopy(const Arguments& arguments, Console& console) {
@@ -94,22 +81,20 @@ WriteRun preparePaste(const Arguments& arguments, Console&) {
                    " copy <file>' first.");
   }
   auto store = storeFor(arguments);
-  const TagFields selection = selectedFields(arguments);
+  const TagFields selected = selectedFields(arguments);
   for (const auto& [field, value] : QuillmarkKit::TagClipboard::unrepresentableValues(pasteboard)) {
-    if (!selection.contains(field)) continue;
+    if (!selected.contains(field)) continue;
     throw CLIError("The clipboard cannot carry the " + std::string(cliName(field)) + " " + value +
                    " of the copied file. Leave it out with --fields.");
   }
   try {
-    *tags = store->accepted(*tags, selection);
+    *tags = store->accepted(*tags, selected);
   } catch (const std::exception& error) {
     throw CLIError(std::string(error.what()) + " Leave it out with --fields.");
   }
   return {.files = std::move(files),
           .store = std::move(store),
-          .tags = std::move(*tags),
-          .selection = selection,
-          .options = RunOptions(arguments),
+          .changes = {{std::move(*tags), selected}},
           .source = "The clipboard"};
 }
 
@@ -117,21 +102,27 @@ WriteRun prepareApply(const Arguments& arguments, Console& console) {
   const auto from = arguments.value(options::from);
   if (!from) throw CLIError("apply needs --from <file>.");
   const std::filesystem::path source = platform::fileLocation(*from);
-  if (arguments.has(options::wholeTag)) return prepareWholeTag(arguments, source);
+  const bool takesWholeTag = arguments.has(options::wholeTag);
+  if (takesWholeTag && (arguments.has(options::all) || arguments.value(options::fields)))
+    throw CLIError("--whole-tag takes the whole tag, without --all and --fields.");
   FileList files(arguments);
+  if (takesWholeTag) {
+    auto store = storeFor(arguments, source);
+    TagSet tags = store->read(source);
+    return {
+        .files = std::move(files), .store = std::move(store), .changes = {{std::move(tags), TagFields::all}}};
+  }
   auto store = storeFor(arguments);
-  const TagFields selection = selectedFields(arguments);
-  auto read = readSource(*store, source, selection, console);
+  const TagFields selected = selectedFields(arguments);
+  auto read = readSource(*store, source, selected, console);
   const std::string name = platform::lastPathComponent(source);
-  if (selection == TagFields::all && !read.beyondFields.empty()) {
+  if (selected == TagFields::all && !read.beyondFields.empty()) {
     console.printNote(name + ": not carried, as no field holds them: " + read.beyondFields +
                       ". --whole-tag takes them.");
   }
   return {.files = std::move(files),
           .store = std::move(store),
-          .tags = std::move(read.tags),
-          .selection = selection,
-          .options = RunOptions(arguments),
+          .changes = {{std::move(read.tags), selected}},
           .source = name};
 }
 

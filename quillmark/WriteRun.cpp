@@ -8,27 +8,18 @@
 
 namespace quillmark {
 
-namespace {
-
-constexpr bool preservesDate = true;
-
-}  // namespace
-
-std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(const Arguments& arguments) {
+std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(
+    const Arguments& arguments, const std::optional<std::filesystem::path>& wholeTagOf) {
+  constexpr bool preservesDate = true;
+  const bool isLossless = arguments.has(options::lossless);
   std::unique_ptr<QuillmarkKit::MP3TagStore> store;
-  if (arguments.has(options::lossless)) {
+  if (wholeTagOf) {
+    store = std::make_unique<QuillmarkKit::WholeTagStore>(*wholeTagOf, isLossless, preservesDate);
+  } else if (isLossless) {
     store = std::make_unique<QuillmarkKit::LosslessTagStore>(preservesDate);
   } else {
     store = std::make_unique<QuillmarkKit::ID3TagEditorStore>(preservesDate);
   }
-  store->keepsBackup = arguments.has(options::backup);
-  return store;
-}
-
-std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments,
-                                                            const std::filesystem::path& source) {
-  auto store =
-      std::make_unique<QuillmarkKit::WholeTagStore>(source, arguments.has(options::lossless), preservesDate);
   store->keepsBackup = arguments.has(options::backup);
   return store;
 }
@@ -41,12 +32,13 @@ QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
   return source;
 }
 
-int writeInto(const WriteRun& run, Console& console) {
+int writeInto(const WriteRun& run, const Arguments& arguments, Console& console) {
   const bool notesRemovals = console.wantsNotes() && !run.source.empty();
   const QuillmarkKit::TagApplier applier(
-      *run.store, {.before = run.options.diff || notesRemovals, .losses = console.wantsNotes()});
+      *run.store, {.before = arguments.has(options::diff) || notesRemovals, .losses = console.wantsNotes()});
+  const bool isDryRun = arguments.has(options::dryRun);
   platform::ReplacementRun replacements;
-  Report report(run.options, notesRemovals ? run.source : "", console);
+  Report report(arguments, notesRemovals ? run.source : "", console);
   Progress progress(run.files.size(), console);
   platform::ReadAhead readAhead = run.files.readAhead();
   std::size_t reached = 0;
@@ -54,14 +46,11 @@ int writeInto(const WriteRun& run, Console& console) {
     readAhead.advanceTo(reached);
     const std::filesystem::path file = run.files.location(reached);
     progress.next(file);
-    const bool hasOwn = !run.changes.empty();
-    const QuillmarkKit::TagSet& tags = hasOwn ? run.changes[reached].tags : run.tags;
-    const QuillmarkKit::TagFields selection = hasOwn ? run.changes[reached].selected : run.selection;
-    report.add(applier.applyToOne(tags, file, selection, run.options.dryRun, replacements),
+    const QuillmarkKit::TagChange& change = run.changeOf(reached);
+    report.add(applier.applyToOne(change.tags, file, change.selected, isDryRun, replacements),
                run.files.name(reached));
   }
-  report.synchronise(replacements);
-  return report.finish(run.files.size() - reached);
+  return report.finish(replacements, run.files.size() - reached);
 }
 
 }  // namespace quillmark

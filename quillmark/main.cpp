@@ -70,7 +70,7 @@ int runCommand(const Command& command, const CommandOptions& row, Words words, C
   if (arguments.has(options::strict)) requireMP3Files(run.files);
   // Until here a signal may end the program at once: nothing has been written, and some inputs block.
   platform::Signals::noteInterruptions();
-  return writeInto(run, console);
+  return writeInto(run, arguments, console);
 }
 
 int dispatch(Words words, Console& console) {
