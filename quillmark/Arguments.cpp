@@ -37,6 +37,11 @@ std::string_view checkedName(std::string_view word) {
 
 }  // namespace
 
+std::string hintOf(const std::exception& error) {
+  const auto* const mistake = dynamic_cast<const CLIError*>(&error);
+  return mistake != nullptr ? mistake->hint() : "";
+}
+
 std::optional<OptionValue> optionValue(const CommandOptions& command, std::string_view name) {
   const auto row = std::ranges::find(command.options, name, &Option::name);
   if (row != command.options.end()) return row->value;

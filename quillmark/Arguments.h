@@ -136,6 +136,9 @@ class CLIError : public std::exception {
   std::string hint_;
 };
 
+/// Returns the hint of a CLIError, or an empty text for another error.
+std::string hintOf(const std::exception& error);
+
 /// Words of the command line, in the memory that the system passed.
 using Words = std::span<char* const>;
 

@@ -43,17 +43,6 @@ int writeInto(const WriteRun& run, const Arguments& arguments, Console& console)
 std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(
     const Arguments& arguments, const std::optional<std::filesystem::path>& wholeTagOf = {});
 
-struct SourceOptions {
-  /// Whether values that no field can hold are part of the result instead of an error.
-  bool acceptsUnrepresentable = false;
-};
-
-/// Reads the tags of `from` to write `fields` of them into other files, and prints a note about values that
-/// are read otherwise than they were meant. Throws as the store does.
-QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
-                                          const std::filesystem::path& from, QuillmarkKit::TagFields fields,
-                                          Console& console, SourceOptions options = {});
-
 // The commands. An exception that they throw means status 1.
 
 /// Prints the usage text and returns the exit status, as do the next four.

@@ -67,7 +67,7 @@ std::string Console::shown(std::string_view text, std::size_t indentation) const
 }
 
 void Console::printError(std::string_view message, std::string_view ending) {
-  eraseStatus();
+  flush();
   std::string line(toolName);
   line += ": ";
   line += errorIsTerminal() ? platform::Strings::visible(message) : std::string(message);
@@ -77,6 +77,10 @@ void Console::printError(std::string_view message, std::string_view ending) {
 
 void Console::printNote(std::string_view message) {
   if (wantsNotes()) printError("note: " + std::string(message));
+}
+
+void Console::printNote(const std::filesystem::path& file, const std::string& note) {
+  if (!note.empty()) printNote(platform::lastPathComponent(file) + ": " + note);
 }
 
 void Console::showStatus(std::string_view line) {

@@ -29,11 +29,13 @@ class Console {
   /// so many blanks, and " / " separates several values.
   std::string shown(std::string_view text, std::size_t indentation) const;
 
-  /// Prints the tool's name, ": ", the message and `ending` to standard error.
+  /// Prints the tool's name, ": ", the message and `ending` to standard error, after all earlier output.
   void printError(std::string_view message, std::string_view ending = "\n");
 
   /// Prints a note in the same form if notes are wanted.
   void printNote(std::string_view message);
+  /// Likewise, with the file's name before the note, unless the note is empty.
+  void printNote(const std::filesystem::path& file, const std::string& note);
   /// Returns whether standard error is a terminal or notes were asked for.
   bool wantsNotes() const { return notesAreAskedFor_ || errorIsTerminal(); }
   void askForNotes() { notesAreAskedFor_ = true; }

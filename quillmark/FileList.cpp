@@ -75,6 +75,12 @@ void FileList::replaceFoldersByTheirFiles() {
   files_ = std::move(files);
 }
 
+void FileList::reorder(const std::vector<std::size_t>& positions) {
+  std::vector<File> files;
+  for (const std::size_t position : positions) files.push_back(files_[position]);
+  files_ = std::move(files);
+}
+
 std::filesystem::path FileList::location(std::size_t index) const {
   const auto& [name, isWord] = files_[index];
   return isWord ? platform::fileLocation(name) : platform::absoluteLocation(name);

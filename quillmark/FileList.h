@@ -44,6 +44,8 @@ class FileList {
   std::string_view name(std::size_t index) const { return files_[index].name; }
   /// Returns the file's absolute path.
   std::filesystem::path location(std::size_t index) const;
+  /// Changes the order of the files to that of these positions, each of which must be there once.
+  void reorder(const std::vector<std::size_t>& positions);
   /// Returns an object that reads ahead in a run over the files in their order. This list must outlive it.
   platform::ReadAhead readAhead() const {
     return {size(), [this](std::size_t index) { return location(index); }};

@@ -60,7 +60,6 @@ std::string fieldNames() {
 
 int commandHelp(Console& console) {
   console.write(usage);
-  console.flush();
   if (!console.errorIsTerminal()) return 0;
   const std::string name(toolName);
   console.printNote("'" + name + " COMMAND --help' lists all options; see also 'man " + name + "'.");

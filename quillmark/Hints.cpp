@@ -117,22 +117,21 @@ std::string fieldHint(std::string_view typed) {
   return name ? "did you mean " + std::string(*name) + "?" : "";
 }
 
-std::string unknownOption(const CommandOptions& command, std::string_view name) {
-  return "--" + std::string(name) + " is no option of " + std::string(command.word);
-}
-
-std::string optionHint(const CommandOptions& command, std::string_view name) {
+std::string unknownOption(const CommandOptions& command, std::string_view name,
+                          std::string_view consequence) {
+  std::string sentence = "--" + std::string(name) + " is no option of ";
+  sentence.append(command.word).append(consequence);
   const std::size_t equals = std::min(name.find('='), name.size());
   const std::string_view typed = name.substr(0, equals);
   if (const auto value = optionValue(command, typed)) {
-    std::string hint = "; write --" + std::string(typed);
-    if (*value == OptionValue::none) return hint + ".";
+    sentence.append("; write --").append(typed);
+    if (*value == OptionValue::none) return sentence + ".";
     const std::string given(name.substr(std::min(equals + 1, name.size())));
     const bool isOneWord = !given.empty() && given.find(' ') == std::string::npos;
-    return hint + " " + (isOneWord ? given : "\"" + given + "\"") + ".";
+    return sentence + " " + (isOneWord ? given : "\"" + given + "\"") + ".";
   }
   const auto nearest = nearestName(typed, optionNames(command));
-  return nearest ? "; did you mean --" + std::string(*nearest) + "?" : ".";
+  return sentence + (nearest ? "; did you mean --" + std::string(*nearest) + "?" : ".");
 }
 
 std::string folderHint(const std::filesystem::path& file) {
@@ -177,7 +176,7 @@ std::string numberHint(QuillmarkKit::TagField field, std::string_view value) {
 
 void requireKnownWords(const Arguments& arguments, const CommandOptions& command) {
   for (const std::string_view name : arguments.unknown) {
-    throw CLIError(unknownOption(command, name) + optionHint(command, name));
+    throw CLIError(unknownOption(command, name));
   }
   for (const std::string_view word : arguments.positional) {
     if (!startsLikeAnOption(word) || platform::FileManager::exists(platform::fileLocation(word))) continue;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <array>
 #include <filesystem>
 #include <string>
 #include <string_view>
@@ -40,47 +41,44 @@ void list(const TagSet& tags, std::string_view ifEmpty, Console& console) {
   }
 }
 
-void readAsText(const FileList& files, TagReader& reader, Console& console) {
+int readAsText(const FileList& files, const Arguments& arguments, Console& console) {
+  TagReader reader(arguments, files, console);
   const std::string_view ifEmpty = reader.isLimited() ? "  (none of these fields)\n" : "  (no tags)\n";
   bool isFirst = true;
-  platform::ReadAhead readAhead = files.readAhead();
-  for (std::size_t i = 0; i < files.size(); ++i) {
-    // The output is lost, so the rest need not be read.
-    if (console.failure() != 0) return;
-    readAhead.advanceTo(i);
-    const std::filesystem::path file = files.location(i);
+  while (reader.next()) {
     const auto writeHeader = [&] {
       if (!std::exchange(isFirst, false)) console.write("\n");
-      if (files.size() > 1) console.write(console.shown(platform::lastPathComponent(file)) + ":\n");
+      if (files.size() > 1) console.write(console.shown(platform::lastPathComponent(reader.file())) + ":\n");
     };
     // An error that ends the run is printed below the name of its file.
     if (!reader.keepsGoing()) writeHeader();
-    const auto tags = reader.tagsOf(file);
+    const auto tags = reader.tags();
     if (!tags) continue;
     if (reader.keepsGoing()) writeHeader();
     list(*tags, ifEmpty, console);
   }
+  return reader.status();
 }
 
-void readAsTable(const FileList& files, const Arguments& arguments, TagReader& reader, Console& console) {
+int readAsTable(const FileList& files, const Arguments& arguments, Console& console) {
+  TagReader reader(arguments, files, console);
   const auto list = arguments.value(options::printedFields);
   TagTable::Fields fields(TagTable::usualFields.begin(), TagTable::usualFields.end());
   if (list) fields = fieldsInOrder(*list);
   const bool givesPaths = arguments.has(options::pathsInTable);
   TagTable table(std::move(fields), console);
-  platform::ReadAhead readAhead = files.readAhead();
   try {
-    for (std::size_t i = 0; i < files.size() && console.failure() == 0; ++i) {
-      readAhead.advanceTo(i);
-      const std::filesystem::path file = files.location(i);
-      const auto tags = reader.tagsOf(file);
-      if (tags) table.add(givesPaths ? std::string(files.name(i)) : platform::lastPathComponent(file), *tags);
+    while (reader.next()) {
+      const auto tags = reader.tags();
+      if (!tags) continue;
+      table.add(givesPaths ? std::string(reader.name()) : platform::lastPathComponent(reader.file()), *tags);
     }
   } catch (...) {
     table.finish();
     throw;
   }
   table.finish();
+  return reader.status();
 }
 
 /// Writes the artwork of the only file in `files`, byte for byte, to the file that the word `to` names, or to
@@ -111,35 +109,23 @@ void saveArtwork(const FileList& files, std::string_view to, const QuillmarkKit:
   platform::replaceContents(target, artwork->data);
 }
 
-/// Throws CLIError if several options choose the form of the output.
-void requireOneOutput(const Arguments& arguments) {
-  const int count = static_cast<int>(arguments.has(options::json)) +
-                    static_cast<int>(arguments.has(options::table)) +
-                    static_cast<int>(arguments.value(options::saveArtwork).has_value());
-  if (count > 1) throw CLIError("read takes only one of --json, --table and --save-artwork.");
-}
-
 }  // namespace
 
 int commandRead(const Arguments& arguments, Console& console) {
-  requireOneOutput(arguments);
-  const FileList files(arguments);
+  const std::array outputs{arguments.has(options::json), arguments.has(options::table),
+                           arguments.value(options::saveArtwork).has_value()};
+  if (std::ranges::count(outputs, true) > 1)
+    throw CLIError("read takes only one of --json, --table and --save-artwork.");
+  FileList files(arguments);
   // With --keep-going, files that cannot be read are reported one by one.
   if (arguments.has(options::strict) && !arguments.has(options::keepGoing)) requireMP3Files(files);
   if (const auto file = arguments.value(options::saveArtwork)) {
     saveArtwork(files, *file, *storeFor(arguments), console);
     return 0;
   }
-  TagReader reader(arguments, files.size(), console);
-  if (arguments.has(options::table)) {
-    readAsTable(files, arguments, reader, console);
-  } else if (arguments.has(options::json)) {
-    using Form = QuillmarkKit::ArtworkForm;
-    readAsJSON(files, arguments.has(options::noArtwork) ? Form::size : Form::data, reader, console);
-  } else {
-    readAsText(files, reader, console);
-  }
-  return reader.status();
+  if (arguments.has(options::table)) return readAsTable(files, arguments, console);
+  if (arguments.has(options::json)) return readAsJSON(files, arguments, console);
+  return readAsText(files, arguments, console);
 }
 
 }  // namespace quillmark

@@ -146,9 +146,8 @@ void Report::add(const TagApplier::Result& result, std::string_view given) {
   const bool isUnchanged = std::holds_alternative<TagApplier::Unchanged>(result.outcome);
   const TagApplier::Change* change = changeIn(result.outcome);
   if (change != nullptr) {
-    for (const std::string& note : {change->losses, change->note}) {
-      if (!note.empty()) console_.printNote(platform::lastPathComponent(result.url) + ": " + note);
-    }
+    console_.printNote(result.url, change->losses);
+    console_.printNote(result.url, change->note);
     if (change->before && !source_.empty())
       removed_.insert(change->before->populatedFields().without(change->tags.populatedFields()));
   }
@@ -187,13 +186,11 @@ int Report::finish(platform::ReplacementRun& run, std::size_t notReached) {
     isSynchronised = false;
     console_.printError(error.what());
   }
-  console_.flush();
   noteRemovedFields();
   console_.write((arguments_.has(options::dryRun) ? "\nwould change " : "\nchanged ") +
                  std::to_string(changed_) + ", unchanged " + std::to_string(unchanged_) + ", failed " +
                  std::to_string(failed_) + "\n");
   if (notReached > 0) {
-    console_.flush();
     console_.printError(std::to_string(notReached) +
                         (notReached == 1 ? " file was not reached." : " files were not reached."));
   }

@@ -93,30 +93,14 @@ void requireDifferentFiles(const std::vector<FileChange>& changes) {
   }
 }
 
-/// Replaces the tags by the form in which the store returns them after they are written.
-void accept(std::vector<FileChange>& changes, const QuillmarkKit::TagStore& store) {
-  for (FileChange& change : changes) {
-    try {
-      change.tags = store.accepted(change.tags, change.selected);
-    } catch (const std::exception& error) {
-      const std::string_view reason = error.what();
-      throw JSON::DecodingError(placeOf(change) + ": " +
-                                std::string(reason.substr(0, reason.find_last_not_of('.') + 1)));
-    }
-  }
-}
-
-std::vector<FileChange> changesIn(const NamedInput& document, const QuillmarkKit::TagStore& store) {
+/// Returns the change with the tags as the store returns them after they are written.
+QuillmarkKit::TagChange accepted(const FileChange& change, const QuillmarkKit::TagStore& store) {
   try {
-    if (document.isTooLong()) {
-      throw JSON::DecodingError("the document is longer than 1 GiB; read --no-artwork makes a shorter one");
-    }
-    auto changes = QuillmarkKit::changesIn(platform::charactersOf(document.bytes));
-    requireDifferentFiles(changes);
-    accept(changes, store);
-    return changes;
-  } catch (const JSON::DecodingError& error) {
-    throw CLIError(platform::lastPathComponent(document.file) + ": " + error.what() + ".");
+    return {store.accepted(change.tags, change.selected), change.selected};
+  } catch (const std::exception& error) {
+    const std::string_view reason = error.what();
+    throw JSON::DecodingError(placeOf(change) + ": " +
+                              std::string(reason.substr(0, reason.find_last_not_of('.') + 1)));
   }
 }
 
@@ -127,11 +111,21 @@ std::vector<FileChange> changesIn(const NamedInput& document, const QuillmarkKit
 WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments) {
   requireNothingBeside(arguments);
   auto store = storeFor(arguments);
+  const NamedInput document(word);
   std::vector<std::string> names;
   std::vector<QuillmarkKit::TagChange> changes;
-  for (FileChange& change : changesIn(NamedInput(word), *store)) {
-    names.push_back(std::move(change.file));
-    changes.push_back({std::move(change.tags), change.selected});
+  try {
+    if (document.isTooLong()) {
+      throw JSON::DecodingError("the document is longer than 1 GiB; read --no-artwork makes a shorter one");
+    }
+    auto decoded = QuillmarkKit::changesIn(platform::charactersOf(document.bytes));
+    requireDifferentFiles(decoded);
+    for (FileChange& change : decoded) {
+      changes.push_back(accepted(change, *store));
+      names.push_back(std::move(change.file));
+    }
+  } catch (const JSON::DecodingError& error) {
+    throw CLIError(platform::lastPathComponent(document.file) + ": " + error.what() + ".");
   }
   return {.files = FileList(std::move(names)), .store = std::move(store), .changes = std::move(changes)};
 }

@@ -14,25 +14,21 @@ using QuillmarkKit::TagSet;
 
 namespace {
 
-/// Returns the tag set's summary with indented lines.
-std::string indentedSummary(const TagSet& tags) {
-  const std::string summary = tags.summary();
+/// Returns the tag set's summary with indented lines. At a terminal, no text of a file can look like a label
+/// of the summary.
+std::string indentedSummary(const TagSet& tags, const Console& console) {
+  std::string summary;
+  for (const QuillmarkKit::TagField field : TagSet::summaryFields) {
+    const auto value = tags.value(field);
+    if (!value) continue;
+    const std::string label = std::string(displayName(field)) + ": ";
+    summary.append(label).append(console.shown(*value, label.size())).append("\n");
+  }
+  if (summary.empty()) summary = tags.summary();
   std::string text;
   for (const std::string_view line : platform::Strings::split(summary, '\n'))
     text.append("  ").append(line).append("\n");
   return text;
-}
-
-/// Returns the same for a terminal: no text of a file can look like a label of the summary.
-std::string visibleSummary(const TagSet& tags, const Console& console) {
-  std::string text;
-  for (const QuillmarkKit::TagField field : TagSet::summaryFields) {
-    const auto value = tags.value(field);
-    if (!value) continue;
-    const std::string label = "  " + std::string(displayName(field)) + ": ";
-    text.append(label).append(console.shown(*value, label.size())).append("\n");
-  }
-  return text.empty() ? indentedSummary(tags) : text;
 }
 
 /// Returns the text with everything but its line feeds and tabs made visible, because a terminal may be where
@@ -59,13 +55,15 @@ TagFields selectedFields(const Arguments& arguments) {
 
 int commandCopy(const Arguments& arguments, Console& console) {
   const std::filesystem::path file = FileList(arguments).location(0);
+  constexpr bool acceptsUnrepresentable = true;
   const auto source =
-      readSource(*storeFor(arguments), file, TagFields::all, console, {.acceptsUnrepresentable = true});
+      storeFor(arguments)->source(file, TagFields::all, console.wantsNotes(), acceptsUnrepresentable);
+  console.printNote(file, source.losses);
   const TagSet& tags = source.tags;
   auto pasteboard = platform::Pasteboard::general();
   QuillmarkKit::TagClipboard::copy(tags, pasteboard, source.unrepresentable);
   console.write("Copied tags from " + console.shown(platform::lastPathComponent(file)) + ".\n");
-  console.write(console.outputIsTerminal() ? visibleSummary(tags, console) : indentedSummary(tags));
+  console.write(indentedSummary(tags, console));
   console.flush();
   // Last, because a desktop may be slow to answer and the tags are stored already.
   if (!arguments.has(options::noDesktop)) platform::putOnDesktopClipboard(harmless(tags.summary()));
@@ -112,18 +110,18 @@ WriteRun prepareApply(const Arguments& arguments, Console& console) {
     return {
         .files = std::move(files), .store = std::move(store), .changes = {{std::move(tags), TagFields::all}}};
   }
-  auto store = storeFor(arguments);
+  std::unique_ptr<const QuillmarkKit::TagStore> store = storeFor(arguments);
   const TagFields selected = selectedFields(arguments);
-  auto read = readSource(*store, source, selected, console);
-  const std::string name = platform::lastPathComponent(source);
+  auto read = store->source(source, selected, console.wantsNotes());
+  console.printNote(source, read.losses);
   if (selected == TagFields::all && !read.beyondFields.empty()) {
-    console.printNote(name + ": not carried, as no field holds them: " + read.beyondFields +
-                      ". --whole-tag takes them.");
+    console.printNote(
+        source, "not carried, as no field holds them: " + read.beyondFields + ". --whole-tag takes them.");
   }
   return {.files = std::move(files),
           .store = std::move(store),
           .changes = {{std::move(read.tags), selected}},
-          .source = name};
+          .source = platform::lastPathComponent(source)};
 }
 
 }  // namespace quillmark

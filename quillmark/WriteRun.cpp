@@ -1,6 +1,5 @@
 #include "QuillmarkKit/store/MP3TagStore.h"
 #include "QuillmarkKit/transfer/TagApplier.h"
-#include "platform/FileError.h"
 #include "platform/Process.h"
 #include "quillmark/Commands.h"
 #include "quillmark/Console.h"
@@ -22,14 +21,6 @@ std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(
   }
   store->keepsBackup = arguments.has(options::backup);
   return store;
-}
-
-QuillmarkKit::TagStore::Source readSource(const QuillmarkKit::TagStore& store,
-                                          const std::filesystem::path& from, QuillmarkKit::TagFields fields,
-                                          Console& console, SourceOptions options) {
-  auto source = store.source(from, fields, console.wantsNotes(), options.acceptsUnrepresentable);
-  if (!source.losses.empty()) console.printNote(platform::lastPathComponent(from) + ": " + source.losses);
-  return source;
 }
 
 int writeInto(const WriteRun& run, const Arguments& arguments, Console& console) {

@@ -60,10 +60,8 @@ int runCommand(const Command& command, const CommandOptions& row, Words words, C
   }
   if (arguments.has(options::notes)) console.askForNotes();
   if (arguments.has(options::strict)) requireKnownWords(arguments, row);
-  if (!arguments.unknown.empty() && console.wantsNotes()) {
-    for (const std::string_view name : arguments.unknown) {
-      console.printNote(unknownOption(row, name) + " and is ignored" + optionHint(row, name));
-    }
+  for (const std::string_view name : arguments.unknown) {
+    if (console.wantsNotes()) console.printNote(unknownOption(row, name, " and is ignored"));
   }
   if (command.run != nullptr) return command.run(arguments, console);
   const WriteRun run = command.prepare(arguments, console);
@@ -91,13 +89,10 @@ int dispatch(Words words, Console& console) {
 int run(Words words, Console& console) {
   try {
     return dispatch(words, console);
-  } catch (const CLIError& error) {
-    console.flush();
-    console.printError(error.what());
-    if (!error.hint().empty()) console.printNote(error.hint());
   } catch (const std::exception& error) {
-    console.flush();
     console.printError(error.what());
+    const std::string hint = hintOf(error);
+    if (!hint.empty()) console.printNote(hint);
   }
   return 1;
 }
