@@ -10,7 +10,6 @@
 
 #include "QuillmarkKit/store/MP3TagStore.h"
 #include "QuillmarkKit/store/TagStore.h"
-#include "QuillmarkKit/store/file/OpenTag.h"
 #include "quillmark/Arguments.h"
 #include "quillmark/Console.h"
 #include "quillmark/FileList.h"

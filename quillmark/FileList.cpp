@@ -77,6 +77,7 @@ void FileList::replaceFoldersByTheirFiles() {
 
 void FileList::reorder(const std::vector<std::size_t>& positions) {
   std::vector<File> files;
+  files.reserve(positions.size());
   for (const std::size_t position : positions) files.push_back(files_[position]);
   files_ = std::move(files);
 }
