@@ -5,10 +5,42 @@
 
 #include "platform/Process.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
+#include "quillmark/Console.h"
 #include "quillmark/Hints.h"
 
 namespace quillmark {
+
+namespace {
+
+constexpr const char* variable = "QUILLMARK_OPTIONS";
+
+CLIError refused(std::string_view word, std::string_view reason) {
+  return CLIError(std::string(variable) + ": " + std::string(word) + std::string(reason));
+}
+
+/// Returns the name of the option, a word of the environment variable. Throws CLIError.
+std::string_view checkedName(std::string_view word) {
+  const std::string_view name = word.substr(std::min(word.find_first_not_of('-'), word.size()));
+  std::vector<std::string_view> names;
+  for (const CommandOptions& command : commandTable) {
+    const auto value = word.starts_with("--") ? optionValue(command, word.substr(2)) : std::nullopt;
+    if (value == OptionValue::none) return name;
+    if (value) throw refused(word, " takes a value and cannot be a default.");
+    for (const Option& option : command.options) {
+      if (option.value == OptionValue::none) names.push_back(option.name);
+    }
+  }
+  const auto nearest = nearestName(name, names);
+  throw refused(word, " is no option of any command" +
+                          (nearest ? "; did you mean --" + std::string(*nearest) + "?" : std::string(".")));
+}
+
+}  // namespace
+
+std::string hintOf(const std::exception& error) {
+  const auto* const mistake = dynamic_cast<const CLIError*>(&error);
+  return mistake != nullptr ? mistake->hint() : "";
+}
 
 std::optional<OptionValue> optionValue(const CommandOptions& command, std::string_view name) {
   const auto row = std::ranges::find(command.options, name, &Option::name);
@@ -37,7 +69,7 @@ Arguments::Arguments(Words words, const CommandOptions& command, std::span<const
       if (!expected && isNew) unknown.push_back(name);
       continue;
     }
-    if (++i == words.size()) throw ArgumentError::missingValue(name);
+    if (++i == words.size()) throw CLIError("--" + std::string(name) + " needs a value.");
     std::erase_if(options, [&](const auto& option) { return option.first == name; });
     options.emplace_back(name, words[i]);
   }
@@ -50,33 +82,6 @@ std::optional<std::string_view> Arguments::value(const Option& option) const {
   return std::nullopt;
 }
 
-namespace {
-
-constexpr const char* variable = "QUILLMARK_OPTIONS";
-
-CLIError refused(std::string_view word, std::string_view reason) {
-  return CLIError(std::string(variable) + ": " + std::string(word) + std::string(reason));
-}
-
-/// Returns the name of the option. Throws CLIError.
-std::string_view checkedName(std::string_view word) {
-  const std::string_view name = word.substr(std::min(word.find_first_not_of('-'), word.size()));
-  std::vector<std::string_view> names;
-  for (const CommandOptions& command : commandTable) {
-    const auto value = word.starts_with("--") ? optionValue(command, word.substr(2)) : std::nullopt;
-    if (value == OptionValue::none) return name;
-    if (value) throw refused(word, " takes a value and cannot be a default.");
-    for (const Option& option : command.options) {
-      if (option.value == OptionValue::none) names.push_back(option.name);
-    }
-  }
-  const auto nearest = nearestName(name, names);
-  throw refused(word, " is no option of any command" +
-                          (nearest ? "; did you mean --" + std::string(*nearest) + "?" : std::string(".")));
-}
-
-}  // namespace
-
 std::vector<std::string_view> defaultOptions() {
   std::vector<std::string_view> names;
   const std::string_view words = platform::Process::environment(variable).value_or("");
@@ -87,6 +92,27 @@ std::vector<std::string_view> defaultOptions() {
     }
   }
   return names;
+}
+
+std::vector<QuillmarkKit::TagField> fieldsInOrder(std::string_view list) {
+  std::vector<QuillmarkKit::TagField> fields;
+  for (const std::string_view piece : platform::Strings::split(list, ',')) {
+    const std::string_view name = platform::Strings::trimmingBlanks(piece);
+    const auto field = QuillmarkKit::fieldFromCliName(name);
+    if (!field) {
+      throw CLIError("Unknown field '" + std::string(name) + "'. Run '" + std::string(toolName) +
+                         " fields' for the list.",
+                     fieldHint(name));
+    }
+    if (std::ranges::count(fields, *field) == 0) fields.push_back(*field);
+  }
+  return fields;
+}
+
+QuillmarkKit::TagFields fieldsNamed(std::string_view list) {
+  QuillmarkKit::TagFields fields;
+  for (const QuillmarkKit::TagField field : fieldsInOrder(list)) fields.insert(field);
+  return fields;
 }
 
 }  // namespace quillmark

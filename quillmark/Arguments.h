@@ -107,11 +107,6 @@ inline constexpr auto commandTable = std::to_array<CommandOptions>({
      R"(--artist "Väskelund" --year 1977 --clear comment *.mp3)"},
 });
 
-/// Returns whether the word names a command with options.
-constexpr bool hasOptions(std::string_view word) {
-  return std::ranges::count(commandTable, word, &CommandOptions::word) == 1;
-}
-
 /// Returns the command's row, or nullptr for another word.
 constexpr const CommandOptions* commandOptions(std::string_view word) {
   const auto* const row = std::ranges::find(commandTable, word, &CommandOptions::word);
@@ -126,23 +121,26 @@ inline OptionValue optionValue(QuillmarkKit::TagField field) {
 /// Returns the kind of value of the option with this name, or nothing if the command does not have it.
 std::optional<OptionValue> optionValue(const CommandOptions& command, std::string_view name);
 
-/// Words of the command line, in the memory that the system passed.
-using Words = std::span<char* const>;
-
-/// An option that takes a value but is the last word.
-class ArgumentError : public std::exception {
+/// A mistake in a command line.
+class CLIError : public std::exception {
  public:
-  /// `name` is the option's name without its hyphens.
-  static ArgumentError missingValue(std::string_view name) {
-    return ArgumentError("--" + std::string(name) + " needs a value.");
-  }
+  /// `hint` is a sentence for a note that may help, or empty.
+  explicit CLIError(std::string description, std::string hint = {})
+      : description_(std::move(description)), hint_(std::move(hint)) {}
+
   const char* what() const noexcept override { return description_.c_str(); }
+  const std::string& hint() const { return hint_; }
 
  private:
-  explicit ArgumentError(std::string description) : description_(std::move(description)) {}
-
   std::string description_;
+  std::string hint_;
 };
+
+/// Returns the hint of a CLIError, or an empty text for another error.
+std::string hintOf(const std::exception& error);
+
+/// Words of the command line, in the memory that the system passed.
+using Words = std::span<char* const>;
 
 /// The words after a command, by their kinds. A word that starts with two hyphens is an option if the command
 /// takes a value for it, else a flag; all others are positional. Unknown options are accepted, and no word
@@ -150,7 +148,7 @@ class ArgumentError : public std::exception {
 struct Arguments {
   /// The word after an option with a value is its value, even if it looks like an option. Flags in
   /// `defaults`, without their hyphens, count as given if the command has them. The words must outlive the
-  /// arguments. Throws ArgumentError.
+  /// arguments. Throws CLIError if an option that takes a value is the last word.
   Arguments(Words words, const CommandOptions& command, std::span<const std::string_view> defaults = {});
 
   /// Returns the option's value, the last one if there are several.
@@ -171,5 +169,11 @@ struct Arguments {
 /// Returns the names of the options in the environment variable QUILLMARK_OPTIONS, without their hyphens.
 /// Throws CLIError for a word that is not an option of any command, and for an option that takes a value.
 std::vector<std::string_view> defaultOptions();
+
+/// Returns the fields that a comma-separated list names by either of their names, each once, in the list's
+/// order. Throws CLIError for the first name that no field has.
+std::vector<QuillmarkKit::TagField> fieldsInOrder(std::string_view list);
+/// Returns the same fields as a selection.
+QuillmarkKit::TagFields fieldsNamed(std::string_view list);
 
 }  // namespace quillmark

@@ -1,76 +1,63 @@
 #pragma once
 
-#include <filesystem>
+#include <cstddef>
 #include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "QuillmarkKit/model/TagSet.h"
-#include "QuillmarkKit/model/TagSetJSON.h"
 #include "QuillmarkKit/store/MP3TagStore.h"
 #include "QuillmarkKit/store/TagStore.h"
 #include "quillmark/Arguments.h"
 #include "quillmark/Console.h"
 #include "quillmark/FileList.h"
-#include "quillmark/Report.h"
 
 namespace quillmark {
 
-/// A run of paste, apply or set: fields of one tag set to be written into files. The command line has been
+/// A run of paste, apply or set: files, and the change that each of them gets. The command line has been
 /// checked.
 struct WriteRun {
   FileList files;
   std::unique_ptr<const QuillmarkKit::TagStore> store;
-  QuillmarkKit::TagChange change;
-  RunOptions options;
+  /// The changes in the order of the files; a single one is for all files.
+  std::vector<QuillmarkKit::TagChange> changes;
   /// Names the origin of the values in a note about fields that are removed because it does not have them;
   /// empty if no note is needed.
   std::string source = {};
-  /// The change of each file, instead of `change`; empty if all files get the same values.
-  std::vector<QuillmarkKit::FileChange> changes = {};
+
+  /// Returns the change of the file at this position.
+  const QuillmarkKit::TagChange& changeOf(std::size_t index) const {
+    return changes.size() == 1 ? changes.front() : changes[index];
+  }
 };
 
-/// Applies the fields to one file after another, reports each, and returns the exit status. After an
+/// Makes the changes in one file after another, reports each, and returns the exit status. After an
 /// interruption, completes the current file and reports how many files were not reached.
-int writeInto(const WriteRun& run, Console& console);
+int writeInto(const WriteRun& run, const Arguments& arguments, Console& console);
 
 /// Returns the store that the options choose.
 std::unique_ptr<const QuillmarkKit::MP3TagStore> storeFor(const Arguments& arguments);
 
-/// Returns the store that replaces whole tags.
-std::unique_ptr<const QuillmarkKit::TagStore> wholeTagStore(const Arguments& arguments);
-
-struct SourceOptions {
-  /// Whether values that no field can hold are part of the result instead of an error.
-  bool acceptsUnrepresentable = false;
-};
-
-/// Reads the tags of `from` to write `fields` of them into other files, and prints a note about values that
-/// are read otherwise than they were meant. Throws as the store does.
-QuillmarkKit::TagSource readSource(const QuillmarkKit::MP3TagStore& store, const std::filesystem::path& from,
-                                QuillmarkKit::TagFields fields, Console& console, SourceOptions options = {});
-
 // The commands. An exception that they throw means status 1.
 
-/// Prints the tags of files and returns the exit status, as do the next two.
+/// Prints the usage text and returns the exit status, as do the next four.
+int commandHelp(Console& console);
+int commandVersion(Console& console);
+/// Lists the names of the fields.
+int commandFields(Console& console);
+/// Prints the tags of files.
 int commandRead(const Arguments& arguments, Console& console);
 /// Puts one file's tags on the clipboard.
 int commandCopy(const Arguments& arguments, Console& console);
-/// Lists the names of the fields.
-int commandFields(Console& console);
 
 /// Returns the run that writes the tags on the clipboard.
 WriteRun preparePaste(const Arguments& arguments, Console& console);
 /// Returns the run that writes the tags of one file.
 WriteRun prepareApply(const Arguments& arguments, Console& console);
-/// Returns the run that writes the given values.
+/// Returns the run that writes the given values, or those in a document in the form of `read --json`.
 WriteRun prepareSet(const Arguments& arguments, Console& console);
 
-/// Returns the run that writes the tags in a document in the form of `read --json`. `word` names the
-/// document's file, "-" is standard input. Throws CLIError for a mistake in the document, for two of its
-/// members that name the same file, and for files or fields on the command line; and FileError if the
-/// document cannot be read.
-WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments);
+/// Returns a command's purpose, its options and one example, in lines that end in a line feed.
+std::string helpText(const CommandOptions& command);
 
 }  // namespace quillmark

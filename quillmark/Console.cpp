@@ -5,7 +5,6 @@
 
 #include "platform/FileError.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
@@ -29,6 +28,13 @@ std::string rejoined(std::string_view text, char separator, std::string_view joi
     pieces += joint;
     text.remove_prefix(end + 1);
   }
+}
+
+/// Returns the number with commas between thousands.
+std::string grouped(std::size_t number) {
+  std::string digits = std::to_string(number);
+  for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
+  return digits;
 }
 
 }  // namespace
@@ -61,7 +67,7 @@ std::string Console::shown(std::string_view text, std::size_t indentation) const
 }
 
 void Console::printError(std::string_view message, std::string_view ending) {
-  eraseStatus();
+  flush();
   std::string line(toolName);
   line += ": ";
   line += errorIsTerminal() ? platform::Strings::visible(message) : std::string(message);
@@ -71,6 +77,10 @@ void Console::printError(std::string_view message, std::string_view ending) {
 
 void Console::printNote(std::string_view message) {
   if (wantsNotes()) printError("note: " + std::string(message));
+}
+
+void Console::printNote(const std::filesystem::path& file, const std::string& note) {
+  if (!note.empty()) printNote(platform::lastPathComponent(file) + ": " + note);
 }
 
 void Console::showStatus(std::string_view line) {
@@ -96,17 +106,6 @@ std::string joiningValues(std::string_view text) {
 std::string visibleLine(std::string_view text) {
   return rejoined(text, '\0', " / ", platform::Strings::visible);
 }
-
-namespace {
-
-/// Returns the number with commas between thousands.
-std::string grouped(std::size_t number) {
-  std::string digits = std::to_string(number);
-  for (std::size_t at = digits.size(); at > 3;) digits.insert(at -= 3, ",");
-  return digits;
-}
-
-}  // namespace
 
 void Progress::next(const std::filesystem::path& file) {
   constexpr std::chrono::milliseconds pause(100);

@@ -10,6 +10,9 @@
 
 namespace quillmark {
 
+/// The tool's name in everything that it prints, even if it was started under another name.
+inline constexpr std::string_view toolName = "quillmark";
+
 /// Prints results to standard output, and errors and notes to standard error. At a terminal, names and texts
 /// of files are printed in a form that cannot control it; elsewhere they are printed as they are.
 class Console {
@@ -26,11 +29,13 @@ class Console {
   /// so many blanks, and " / " separates several values.
   std::string shown(std::string_view text, std::size_t indentation) const;
 
-  /// Prints the tool's name, ": ", the message and `ending` to standard error.
+  /// Prints the tool's name, ": ", the message and `ending` to standard error, after all earlier output.
   void printError(std::string_view message, std::string_view ending = "\n");
 
   /// Prints a note in the same form if notes are wanted.
   void printNote(std::string_view message);
+  /// Likewise, with the file's name before the note, unless the note is empty.
+  void printNote(const std::filesystem::path& file, const std::string& note);
   /// Returns whether standard error is a terminal or notes were asked for.
   bool wantsNotes() const { return notesAreAskedFor_ || errorIsTerminal(); }
   void askForNotes() { notesAreAskedFor_ = true; }

@@ -10,7 +10,6 @@
 #include "platform/Paths.h"
 #include "platform/base/Formats.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
@@ -70,6 +69,16 @@ bool startsWithIgnoringCase(std::string_view text, std::string_view beginning) {
   return platform::Strings::equalIgnoringASCIICase(text.substr(0, beginning.size()), beginning);
 }
 
+/// Returns whether the word starts with a hyphen, or with a dash that an editor has made of one.
+bool startsLikeAnOption(std::string_view word) {
+  constexpr char32_t firstDash = 0x2010;
+  constexpr char32_t lastDash = 0x2015;
+  constexpr char32_t minus = 0x2212;
+  if (word.empty() || !platform::Strings::isValidUTF8(word)) return false;
+  const char32_t first = platform::Strings::firstCharacter(word).value;
+  return first == '-' || (first >= firstDash && first <= lastDash) || first == minus;
+}
+
 }  // namespace
 
 std::optional<std::string_view> nearestName(std::string_view typed, std::span<const std::string_view> names) {
@@ -108,22 +117,21 @@ std::string fieldHint(std::string_view typed) {
   return name ? "did you mean " + std::string(*name) + "?" : "";
 }
 
-std::string unknownOption(const CommandOptions& command, std::string_view name) {
-  return "--" + std::string(name) + " is no option of " + std::string(command.word);
-}
-
-std::string optionHint(const CommandOptions& command, std::string_view name) {
+std::string unknownOption(const CommandOptions& command, std::string_view name,
+                          std::string_view consequence) {
+  std::string sentence = "--" + std::string(name) + " is no option of ";
+  sentence.append(command.word).append(consequence);
   const std::size_t equals = std::min(name.find('='), name.size());
   const std::string_view typed = name.substr(0, equals);
   if (const auto value = optionValue(command, typed)) {
-    std::string hint = "; write --" + std::string(typed);
-    if (*value == OptionValue::none) return hint + ".";
+    sentence.append("; write --").append(typed);
+    if (*value == OptionValue::none) return sentence + ".";
     const std::string given(name.substr(std::min(equals + 1, name.size())));
     const bool isOneWord = !given.empty() && given.find(' ') == std::string::npos;
-    return hint + " " + (isOneWord ? given : "\"" + given + "\"") + ".";
+    return sentence + " " + (isOneWord ? given : "\"" + given + "\"") + ".";
   }
   const auto nearest = nearestName(typed, optionNames(command));
-  return nearest ? "; did you mean --" + std::string(*nearest) + "?" : ".";
+  return sentence + (nearest ? "; did you mean --" + std::string(*nearest) + "?" : ".");
 }
 
 std::string folderHint(const std::filesystem::path& file) {
@@ -166,23 +174,9 @@ std::string numberHint(QuillmarkKit::TagField field, std::string_view value) {
   return hint + ".";
 }
 
-namespace {
-
-/// Returns whether the word starts with a hyphen, or with a dash that an editor has made of one.
-bool startsLikeAnOption(std::string_view word) {
-  constexpr char32_t firstDash = 0x2010;
-  constexpr char32_t lastDash = 0x2015;
-  constexpr char32_t minus = 0x2212;
-  if (word.empty() || !platform::Strings::isValidUTF8(word)) return false;
-  const char32_t first = platform::Strings::firstCharacter(word).value;
-  return first == '-' || (first >= firstDash && first <= lastDash) || first == minus;
-}
-
-}  // namespace
-
 void requireKnownWords(const Arguments& arguments, const CommandOptions& command) {
   for (const std::string_view name : arguments.unknown) {
-    throw CLIError(unknownOption(command, name) + optionHint(command, name));
+    throw CLIError(unknownOption(command, name));
   }
   for (const std::string_view word : arguments.positional) {
     if (!startsLikeAnOption(word) || platform::FileManager::exists(platform::fileLocation(word))) continue;

@@ -10,7 +10,6 @@
 #include "platform/FileError.h"
 #include "platform/base/Bytes.h"
 #include "quillmark/Arguments.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/FileList.h"
 
 // Guesses at the meaning of unknown words.
@@ -24,11 +23,11 @@ std::optional<std::string_view> nearestName(std::string_view typed, std::span<co
 /// Returns a sentence such as "did you mean artwork?" if the word resembles a field's name, else nothing.
 std::string fieldHint(std::string_view typed);
 
-/// Returns a clause about a word that starts with two hyphens and is not an option of the command, without a
-/// full stop. `name` is the word without its hyphens.
-std::string unknownOption(const CommandOptions& command, std::string_view name);
-/// Returns the end of a sentence about such a word: what was probably meant, or a full stop.
-std::string optionHint(const CommandOptions& command, std::string_view name);
+/// Returns a sentence about a word that starts with two hyphens and is not an option of the command, with the
+/// option that was probably meant. `name` is the word without its hyphens; `consequence` follows the
+/// statement.
+std::string unknownOption(const CommandOptions& command, std::string_view name,
+                          std::string_view consequence = "");
 
 /// Returns a sentence about a location that is a folder, where a file is expected; nothing for another one.
 std::string folderHint(const std::filesystem::path& file);

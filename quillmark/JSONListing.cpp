@@ -2,15 +2,15 @@
 
 #include <algorithm>
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <utility>
 #include <vector>
 
+#include "QuillmarkKit/model/TagSetJSON.h"
+#include "platform/FileError.h"
 #include "platform/base/JSON.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 
 namespace quillmark {
 
@@ -46,8 +46,6 @@ class Document {
     }
   }
 
-  /// Returns whether the output failed, so that the rest need not be read.
-  bool isLost() const { return console_.failure() != 0; }
   void finish() { console_.write(isEmpty_ ? "{\n\n}\n" : "\n}\n"); }
 
  private:
@@ -61,9 +59,9 @@ std::string memberName(const std::filesystem::path& file) {
   return platform::Strings::fromUTF8Lossily(file.native());
 }
 
-/// Returns the indices of the files in the order of their members, or nothing if two files would have the
-/// same member.
-std::optional<std::vector<std::size_t>> orderOfMembers(const FileList& files) {
+/// Sorts the files by the names of their members. Returns false, and does not sort, if two files would have
+/// the same member.
+bool sortByMember(FileList& files) {
   std::vector<std::pair<std::string, std::size_t>> members;
   members.reserve(files.size());
   for (std::size_t i = 0; i < files.size(); ++i) members.emplace_back(memberName(files.location(i)), i);
@@ -71,68 +69,63 @@ std::optional<std::vector<std::size_t>> orderOfMembers(const FileList& files) {
   const auto clash = [&](const auto& a, const auto& b) {
     return a.first == b.first && files.location(a.second) != files.location(b.second);
   };
-  if (std::ranges::adjacent_find(members, clash) != members.end()) return std::nullopt;
+  if (std::ranges::adjacent_find(members, clash) != members.end()) return false;
   std::vector<std::size_t> order(files.size());
   std::ranges::transform(members, order.begin(), [](const auto& member) { return member.second; });
-  return order;
+  files.reorder(order);
+  return true;
 }
 
-/// Keeps pictures, and equal ones only once.
-class Pictures {
- public:
-  using Bytes = platform::SharedBytes;
-
-  /// Returns kept bytes that are equal to these.
-  Bytes keep(const Bytes& picture) {
-    const auto known = kept_.find(picture);
-    return known != kept_.end() ? *known : *kept_.insert(picture.compacted()).first;
+/// An order in which equal pictures are next to each other.
+struct PictureOrder {
+  bool operator()(const platform::SharedBytes& a, const platform::SharedBytes& b) const {
+    if (a.size() != b.size()) return a.size() < b.size();
+    return platform::charactersOf(a) < platform::charactersOf(b);
   }
-
- private:
-  struct Before {
-    bool operator()(const Bytes& a, const Bytes& b) const {
-      if (a.size() != b.size()) return a.size() < b.size();
-      return platform::charactersOf(a) < platform::charactersOf(b);
-    }
-  };
-  std::set<Bytes, Before> kept_;
 };
 
-/// Returns the members of all files that could be read, except those that have been written. With `order`,
-/// reads the files in this order and writes each member as soon as the next one has another name.
-Members readMembers(const FileList& files, const std::optional<std::vector<std::size_t>>& order,
-                    QuillmarkKit::ArtworkForm form, TagReader& reader, Document& document) {
-  const auto location = [&](std::size_t i) { return files.location(order ? (*order)[i] : i); };
-  platform::ReadAhead readAhead(files.size(), location);
-  Pictures pictures;
-  Members members;
-  for (std::size_t i = 0; i < files.size() && !document.isLost(); ++i) {
-    readAhead.advanceTo(i);
-    const std::filesystem::path file = location(i);
-    auto tags = reader.tagsOf(file);
-    if (!tags) continue;
-    const bool keepsPicture = tags->artwork && !order && form == QuillmarkKit::ArtworkForm::data;
-    if (keepsPicture) tags->artwork->data = pictures.keep(tags->artwork->data);
-    const std::string name = memberName(file);
-    Member member{document.print(QuillmarkKit::encodeTagSet(*tags, form)),
-                  name == file.native() ? "" : file.native()};
-    if (order && !members.contains(name)) document.write(std::exchange(members, {}));
-    const auto [place, isNew] = members.try_emplace(name, member);
-    if (isNew) continue;
-    if (place->second.nameInBytes != member.nameInBytes) throw CLIError::sameMember(file);
-    place->second = std::move(member);
-  }
-  return members;
+/// Pictures that are kept, equal ones only once.
+using Pictures = std::set<platform::SharedBytes, PictureOrder>;
+
+/// Returns kept bytes that are equal to these.
+platform::SharedBytes kept(const platform::SharedBytes& picture, Pictures& pictures) {
+  const auto known = pictures.find(picture);
+  return known != pictures.end() ? *known : *pictures.insert(picture.compacted()).first;
 }
 
 }  // namespace
 
-void readAsJSON(const FileList& files, QuillmarkKit::ArtworkForm form, TagReader& reader, Console& console) {
+int readAsJSON(FileList& files, const Arguments& arguments, Console& console) {
+  using Form = QuillmarkKit::ArtworkForm;
+  const Form form = arguments.has(options::noArtwork) ? Form::size : Form::data;
   // A failure must leave nothing printed, unless the run continues after it.
-  const auto order = reader.keepsGoing() ? orderOfMembers(files) : std::nullopt;
+  const bool isSorted = arguments.has(options::keepGoing) && sortByMember(files);
+  TagReader reader(arguments, files, console);
   Document document(console);
-  document.write(readMembers(files, order, form, reader, document));
+  Pictures pictures;
+  Members members;
+  while (reader.next()) {
+    auto tags = reader.tags();
+    if (!tags) continue;
+    const bool keepsPicture = tags->artwork && !isSorted && form == Form::data;
+    if (keepsPicture) tags->artwork->data = kept(tags->artwork->data, pictures);
+    const std::string& file = reader.file().native();
+    const std::string name = memberName(reader.file());
+    Member member{document.print(QuillmarkKit::encodeTagSet(*tags, form)), name == file ? "" : file};
+    // The members of one file, which can be named twice, follow each other.
+    if (isSorted && !members.contains(name)) document.write(std::exchange(members, {}));
+    const auto [place, isNew] = members.try_emplace(name, member);
+    if (isNew) continue;
+    if (place->second.nameInBytes != member.nameInBytes) {
+      throw CLIError(platform::lastPathComponent(reader.file()) +
+                     " and another file have one and the same name in JSON, as bytes that are not UTF-8 have "
+                     "no place there. Read each in a run of its own, or rename one.");
+    }
+    place->second = std::move(member);
+  }
+  document.write(members);
   document.finish();
+  return reader.status();
 }
 
 }  // namespace quillmark

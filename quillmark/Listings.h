@@ -11,19 +11,20 @@
 #include <vector>
 
 #include "QuillmarkKit/model/TagSet.h"
-#include "QuillmarkKit/model/TagSetJSON.h"
 #include "QuillmarkKit/store/MP3TagStore.h"
+#include "platform/ReadAhead.h"
 #include "quillmark/Arguments.h"
 #include "quillmark/Console.h"
 #include "quillmark/FileList.h"
 
 namespace quillmark {
 
-/// Reads the tags of one file after another, as the options of `read` ask for them, and prints notes about
+/// Reads the tags of files in their order, as the options of `read` ask for them, and prints notes about
 /// them.
 class TagReader {
  public:
-  TagReader(const Arguments& arguments, std::size_t fileCount, Console& console);
+  /// The files must outlive the reader.
+  TagReader(const Arguments& arguments, const FileList& files, Console& console);
 
   bool keepsGoing() const { return keepsGoing_; }
   /// Returns whether only some fields are read.
@@ -31,14 +32,21 @@ class TagReader {
   /// Returns the exit status for the files read so far.
   int status() const { return status_; }
 
+  /// Moves to the next file. Returns false if there is none, or if the output failed, so that the rest need
+  /// not be read.
+  bool next();
+  /// Returns the file's absolute path.
+  const std::filesystem::path& file() const { return file_; }
+  /// Returns the file's name as it was given.
+  std::string_view name() const { return files_.name(reached_ - 1); }
   /// Returns the selected fields of the file's tags. If the file cannot be read, throws, or with --keep-going
   /// prints the error and returns nothing.
-  std::optional<QuillmarkKit::TagSet> tagsOf(const std::filesystem::path& file);
+  std::optional<QuillmarkKit::TagSet> tags();
 
  private:
-  QuillmarkKit::TagSet read(const std::filesystem::path& file);
-  QuillmarkKit::TagSet readWithNotes(const std::filesystem::path& file);
+  QuillmarkKit::TagSet read();
 
+  const FileList& files_;
   bool keepsGoing_;
   bool joinsValues_;
   bool printsNotes_;
@@ -46,6 +54,10 @@ class TagReader {
   std::unique_ptr<const QuillmarkKit::MP3TagStore> store_;
   Console& console_;
   Progress progress_;
+  platform::ReadAhead readAhead_;
+  /// The number of files up to the current one.
+  std::size_t reached_ = 0;
+  std::filesystem::path file_;
   int status_ = 0;
   /// Whether the hint for folders was printed, which is printed once.
   bool hasNotedFolder_ = false;
@@ -84,9 +96,9 @@ class TagTable {
   std::vector<Row> rows_;
 };
 
-/// Prints one JSON object with a member for each file, in ascending order of their names. Unless the reader
-/// keeps going, prints nothing before all files have been read. Throws what the reader throws, and CLIError
-/// if two files would have the same member.
-void readAsJSON(const FileList& files, QuillmarkKit::ArtworkForm form, TagReader& reader, Console& console);
+/// Prints one JSON object with a member for each file, in ascending order of their names, and returns the
+/// exit status. With --keep-going, sorts the files; otherwise, prints nothing before all of them have been
+/// read. Throws what the reader throws, and CLIError if two files would have the same member.
+int readAsJSON(FileList& files, const Arguments& arguments, Console& console);
 
 }  // namespace quillmark

@@ -15,6 +15,7 @@
 
 namespace quillmark {
 
+using QuillmarkKit::TagApplier;
 using QuillmarkKit::TagField;
 using QuillmarkKit::TagSet;
 namespace Strings = platform::Strings;
@@ -86,8 +87,9 @@ Sides pictureSides(const TagSet& before, const TagSet& after) {
   return sides;
 }
 
-}  // namespace
-
+/// Returns a change of tags for people: for each field that differs a line with its old value, a line with
+/// its new value, or both. An artwork that stays beside the new one is marked. Long texts are shortened, and
+/// control characters are made visible.
 std::string differences(const TagSet& before, const TagSet& after, bool keepsArtwork) {
   static const std::size_t width =
       displayName(std::ranges::max(QuillmarkKit::allTagFields, {}, [](TagField field) {
@@ -120,10 +122,6 @@ std::string differences(const TagSet& before, const TagSet& after, bool keepsArt
   return lines;
 }
 
-using QuillmarkKit::TagApplier;
-
-namespace {
-
 /// Returns the change of a file that was, or would be, rewritten.
 const TagApplier::Change* changeIn(const TagApplier::Outcome& outcome) {
   if (const auto* updated = std::get_if<TagApplier::Updated>(&outcome)) return updated;
@@ -133,11 +131,12 @@ const TagApplier::Change* changeIn(const TagApplier::Outcome& outcome) {
 }  // namespace
 
 void Report::add(const TagApplier::Result& result, std::string_view given) {
-  const std::string name = options_.paths ? std::string(given) : platform::lastPathComponent(result.url);
+  const std::string name =
+      arguments_.has(options::paths) ? std::string(given) : platform::lastPathComponent(result.url);
   if (const auto* failure = std::get_if<TagApplier::Failed>(&result.outcome)) {
     ++failed_;
     console_.printError("failed    " + name + ": " + failure->message);
-    if (!hasNotedFolder_ && !options_.recursive && console_.wantsNotes()) {
+    if (!hasNotedFolder_ && !arguments_.has(options::recursive) && console_.wantsNotes()) {
       const std::string hint = folderHint(result.url);
       hasNotedFolder_ = !hint.empty();
       if (hasNotedFolder_) console_.printNote(hint);
@@ -147,30 +146,20 @@ void Report::add(const TagApplier::Result& result, std::string_view given) {
   const bool isUnchanged = std::holds_alternative<TagApplier::Unchanged>(result.outcome);
   const TagApplier::Change* change = changeIn(result.outcome);
   if (change != nullptr) {
-    for (const std::string& note : {change->losses, change->note}) {
-      if (!note.empty()) console_.printNote(platform::lastPathComponent(result.url) + ": " + note);
-    }
+    console_.printNote(result.url, change->losses);
+    console_.printNote(result.url, change->note);
     if (change->before && !source_.empty())
       removed_.insert(change->before->populatedFields().without(change->tags.populatedFields()));
   }
   ++(isUnchanged ? unchanged_ : changed_);
-  if (isUnchanged && options_.quiet) return;
-  console_.write((isUnchanged       ? "unchanged "
-                  : options_.dryRun ? "would     "
-                                    : "updated   ") +
+  if (isUnchanged && arguments_.has(options::quiet)) return;
+  console_.write((isUnchanged                       ? "unchanged "
+                  : arguments_.has(options::dryRun) ? "would     "
+                                                    : "updated   ") +
                  console_.shown(name) + "\n");
-  if (change != nullptr && options_.diff)
+  if (change != nullptr && arguments_.has(options::diff))
     console_.write(differences(*change->before, change->tags, change->keepsArtwork));
   console_.flush();
-}
-
-void Report::synchronise(platform::ReplacementRun& run) {
-  try {
-    run.synchronise();
-  } catch (const std::exception& error) {
-    isSynchronised_ = false;
-    console_.printError(error.what());
-  }
 }
 
 /// Prints a note about the fields that were removed because the source does not have them.
@@ -183,23 +172,29 @@ void Report::noteRemovedFields() {
   if (count == 0) return;
   std::string names = " has " + fields.front();
   for (std::size_t i = 1; i < count; ++i) names += (i + 1 < count ? ", " : " and ") + fields[i];
-  const std::string_view verb = options_.dryRun ? "would be" : count > 1 ? "are" : "is";
+  const std::string_view verb = arguments_.has(options::dryRun) ? "would be" : count > 1 ? "are" : "is";
   console_.printNote(source_ + names + ": " + (count > 1 ? "they " : "it ") + std::string(verb) +
                      " removed from the other files. --fields leaves " + (count > 1 ? "them" : "it") +
                      " alone.");
 }
 
-int Report::finish(std::size_t notReached) {
-  console_.flush();
+int Report::finish(platform::ReplacementRun& run, std::size_t notReached) {
+  bool isSynchronised = true;
+  try {
+    run.synchronise();
+  } catch (const std::exception& error) {
+    isSynchronised = false;
+    console_.printError(error.what());
+  }
   noteRemovedFields();
-  console_.write((options_.dryRun ? "\nwould change " : "\nchanged ") + std::to_string(changed_) +
-                 ", unchanged " + std::to_string(unchanged_) + ", failed " + std::to_string(failed_) + "\n");
+  console_.write((arguments_.has(options::dryRun) ? "\nwould change " : "\nchanged ") +
+                 std::to_string(changed_) + ", unchanged " + std::to_string(unchanged_) + ", failed " +
+                 std::to_string(failed_) + "\n");
   if (notReached > 0) {
-    console_.flush();
     console_.printError(std::to_string(notReached) +
                         (notReached == 1 ? " file was not reached." : " files were not reached."));
   }
-  return failed_ > 0 || !isSynchronised_ ? 2 : 0;
+  return failed_ > 0 || !isSynchronised ? 2 : 0;
 }
 
 }  // namespace quillmark

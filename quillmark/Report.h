@@ -11,60 +11,31 @@
 
 namespace quillmark {
 
-/// How paste, apply and set treat their files, and what they report.
-struct RunOptions {
-  explicit RunOptions(const Arguments& arguments)
-      : dryRun(arguments.has(options::dryRun)),
-        diff(arguments.has(options::diff)),
-        paths(arguments.has(options::paths)),
-        quiet(arguments.has(options::quiet)),
-        recursive(arguments.has(options::recursive)) {}
-
-  bool dryRun;
-  /// Whether the report lists what changes in a file, field by field.
-  bool diff;
-  /// Whether the report names files as they were given, not by their last path component.
-  bool paths;
-  /// Whether the report leaves out the lines of unchanged files.
-  bool quiet;
-  /// Whether folders were replaced by the files in them.
-  bool recursive;
-};
-
-/// Returns a change of tags for people: for each field that differs a line with its old value, a line with
-/// its new value, or both. An artwork that stays beside the new one is marked. Long texts are shortened, and
-/// control characters are made visible.
-std::string differences(const QuillmarkKit::TagSet& before, const QuillmarkKit::TagSet& after,
-                        bool keepsArtwork);
-
 /// Prints the result for each file as soon as it is known, with failures and notes on standard error, and a
 /// summary.
 class Report {
  public:
   /// `source` names the origin of the values in a note about fields that are removed because it does not have
   /// them; if it is empty, there is no such note.
-  Report(const RunOptions& options, std::string source, Console& console)
-      : options_(options), source_(std::move(source)), console_(console) {}
+  Report(const Arguments& arguments, std::string source, Console& console)
+      : arguments_(arguments), source_(std::move(source)), console_(console) {}
 
   /// `given` is the file's name as it was given.
   void add(const QuillmarkKit::TagApplier::Result& result, std::string_view given);
-  /// Waits until everything that was written has reached the disk. If that fails, the files still count as
-  /// changed, but the exit status is that of a failure.
-  void synchronise(platform::ReplacementRun& run);
-  /// Writes the summary and returns the exit status: 2 if a file failed or may not have reached the disk,
-  /// else 0. `notReached` is the number of files that were left out because of an interruption.
-  int finish(std::size_t notReached);
+  /// Waits until everything that was written has reached the disk, writes the summary and returns the exit
+  /// status: 2 if a file failed or may not have reached the disk, though it counts as changed; else 0.
+  /// `notReached` is the number of files that were left out because of an interruption.
+  int finish(platform::ReplacementRun& run, std::size_t notReached);
 
  private:
   void noteRemovedFields();
 
-  const RunOptions& options_;
+  const Arguments& arguments_;
   std::string source_;
   Console& console_;
   std::size_t changed_ = 0;
   std::size_t unchanged_ = 0;
   std::size_t failed_ = 0;
-  bool isSynchronised_ = true;
   bool hasNotedFolder_ = false;
   QuillmarkKit::TagFields removed_;
 };

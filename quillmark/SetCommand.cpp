@@ -14,104 +14,14 @@
 #include "platform/base/Formats.h"
 #include "platform/base/JSON.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
-#include "quillmark/Fields.h"
 #include "quillmark/Hints.h"
 
 namespace quillmark {
 
-using QuillmarkKit::FileChange;
 namespace JSON = platform::JSON;
-
-namespace {
-
-/// Throws CLIError if the command line also names files or fields.
-void requireNothingBeside(const Arguments& arguments) {
-  std::string other;
-  for (const auto& [name, value] : arguments.options) {
-    if (name != options::fromJSON.name) other = "--" + std::string(name);
-  }
-  if (!arguments.positional.empty()) other = arguments.positional.front();
-  if (other.empty()) return;
-  throw CLIError("--from-json takes its files and fields from the document; leave out " + other + ".");
-}
-
-std::string placeOf(const FileChange& change) {
-  const std::array<std::string_view, 1> names{change.file};
-  return JSON::placeOf(names);
-}
-
-/// Throws DecodingError if two of the names lead to the same file, which cannot get different values.
-void requireDifferentFiles(const std::vector<FileChange>& changes) {
-  std::unordered_map<std::string, const FileChange*> seen;
-  for (const FileChange& change : changes) {
-    auto file = platform::realLocation(platform::absoluteLocation(change.file)).native();
-    const auto [first, isNew] = seen.try_emplace(std::move(file), &change);
-    const FileChange& other = *first->second;
-    if (isNew || (other.tags == change.tags && other.selected == change.selected)) continue;
-    throw JSON::DecodingError(placeOf(other) + " and " + placeOf(change) + " are the same file");
-  }
-}
-
-/// Replaces the tags by the form in which the store returns them after they are written.
-void accept(std::vector<FileChange>& changes, const QuillmarkKit::MP3TagStore& store) {
-  for (FileChange& change : changes) {
-    try {
-      change.tags = store.accepted(change.tags, change.selected);
-    } catch (const std::exception& error) {
-      const std::string_view reason = error.what();
-      throw JSON::DecodingError(placeOf(change) + ": " +
-                                std::string(reason.substr(0, reason.find_last_not_of('.') + 1)));
-    }
-  }
-}
-
-std::vector<FileChange> changesIn(const std::filesystem::path& file, bool isStandardInput,
-                                  const QuillmarkKit::MP3TagStore& store) {
-  // An endless input is cut here.
-  constexpr std::uint64_t limit = std::uint64_t{1} << 30;
-  const platform::Bytes document = isStandardInput ? platform::Input::contentsOfStandardInput(limit)
-                                                   : platform::Input::contents(file, limit);
-  try {
-    if (document.size() == limit) {
-      throw JSON::DecodingError("the document is longer than 1 GiB; read --no-artwork makes a shorter one");
-    }
-    auto changes = QuillmarkKit::changesIn(platform::charactersOf(document));
-    requireDifferentFiles(changes);
-    accept(changes, store);
-    return changes;
-  } catch (const JSON::DecodingError& error) {
-    throw CLIError(platform::lastPathComponent(file) + ": " + error.what() + ".");
-  }
-}
-
-FileList filesOf(const std::vector<FileChange>& changes) {
-  platform::Bytes names;
-  for (const FileChange& change : changes) {
-    platform::append(names, platform::bytesOf(change.file));
-    names.push_back(0);
-  }
-  return FileList(std::move(names));
-}
-
-}  // namespace
-
-WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments) {
-  requireNothingBeside(arguments);
-  auto store = storeFor(arguments);
-  const bool isStandardInput = word == "-";
-  const std::filesystem::path file = isStandardInput ? "standard input" : platform::fileLocation(word);
-  auto changes = changesIn(file, isStandardInput, *store);
-  FileList files = filesOf(changes);
-  return {.files = std::move(files),
-          .store = std::move(store),
-          .change = {},
-          .options = RunOptions(arguments),
-          .changes = std::move(changes)};
-}
-
 using QuillmarkKit::Artwork;
+using QuillmarkKit::FileChange;
 using QuillmarkKit::TagField;
 using QuillmarkKit::TagFields;
 using QuillmarkKit::TagSet;
@@ -145,7 +55,7 @@ Artwork artworkFrom(std::string_view path) {
   } catch (const platform::FileError& error) {
     hint = error.what();
   }
-  throw CLIError::unreadableArtwork(path, hint);
+  throw CLIError("Could not read artwork at " + std::string(path) + " (expected a JPEG or PNG).", hint);
 }
 
 void setField(TagField field, std::string_view option, std::string_view value, TagSet& tags) {
@@ -153,6 +63,71 @@ void setField(TagField field, std::string_view option, std::string_view value, T
       field, [&](QuillmarkKit::TextMember text) { tags.*text = textFrom(option, value); },
       [&](QuillmarkKit::NumberMember number) { tags.*number = numberFrom(field, option, value); },
       [&] { tags.artwork = artworkFrom(value); });
+}
+
+/// Throws CLIError if the command line also names files or fields.
+void requireNothingBeside(const Arguments& arguments) {
+  std::string other;
+  for (const auto& [name, value] : arguments.options) {
+    if (name != options::fromJSON.name) other = "--" + std::string(name);
+  }
+  if (!arguments.positional.empty()) other = arguments.positional.front();
+  if (other.empty()) return;
+  throw CLIError("--from-json takes its files and fields from the document; leave out " + other + ".");
+}
+
+std::string placeOf(const FileChange& change) {
+  const std::array<std::string_view, 1> names{change.file};
+  return JSON::placeOf(names);
+}
+
+/// Throws DecodingError if two of the names lead to the same file, which cannot get different values.
+void requireDifferentFiles(const std::vector<FileChange>& changes) {
+  std::unordered_map<std::string, const FileChange*> seen;
+  for (const FileChange& change : changes) {
+    auto file = platform::realLocation(platform::absoluteLocation(change.file)).native();
+    const auto [first, isNew] = seen.try_emplace(std::move(file), &change);
+    const FileChange& other = *first->second;
+    if (isNew || (other.tags == change.tags && other.selected == change.selected)) continue;
+    throw JSON::DecodingError(placeOf(other) + " and " + placeOf(change) + " are the same file");
+  }
+}
+
+/// Returns the change with the tags as the store returns them after they are written.
+QuillmarkKit::TagChange accepted(const FileChange& change, const QuillmarkKit::MP3TagStore& store) {
+  try {
+    return {.tags = store.accepted(change.tags, change.selected), .selected = change.selected};
+  } catch (const std::exception& error) {
+    const std::string_view reason = error.what();
+    throw JSON::DecodingError(placeOf(change) + ": " +
+                              std::string(reason.substr(0, reason.find_last_not_of('.') + 1)));
+  }
+}
+
+/// Returns the run that writes the tags in a document in the form of `read --json`. `word` names the
+/// document's file, "-" is standard input. Throws CLIError for a mistake in the document, for two of its
+/// members that name the same file, and for files or fields on the command line; and FileError if the
+/// document cannot be read.
+WriteRun prepareFromDocument(std::string_view word, const Arguments& arguments) {
+  requireNothingBeside(arguments);
+  auto store = storeFor(arguments);
+  const NamedInput document(word);
+  std::vector<std::string> names;
+  std::vector<QuillmarkKit::TagChange> changes;
+  try {
+    if (document.isTooLong()) {
+      throw JSON::DecodingError("the document is longer than 1 GiB; read --no-artwork makes a shorter one");
+    }
+    auto decoded = QuillmarkKit::changesIn(platform::charactersOf(document.bytes));
+    requireDifferentFiles(decoded);
+    for (FileChange& change : decoded) {
+      changes.push_back(accepted(change, *store));
+      names.push_back(std::move(change.file));
+    }
+  } catch (const JSON::DecodingError& error) {
+    throw CLIError(platform::lastPathComponent(document.file) + ": " + error.what() + ".");
+  }
+  return {.files = FileList(std::move(names)), .store = std::move(store), .changes = std::move(changes)};
 }
 
 }  // namespace
@@ -163,21 +138,20 @@ WriteRun prepareSet(const Arguments& arguments, Console&) {
   }
   FileList files(arguments);
   TagSet tags;
-  TagFields selection;
+  TagFields selected;
   for (const auto& [name, value] : arguments.options) {
     const auto field = QuillmarkKit::fieldFromCliName(name);
     if (!field) continue;
     setField(*field, name, value, tags);
-    selection.insert(*field);
+    selected.insert(*field);
   }
-  if (const auto list = arguments.value(options::clear)) selection.insert(fieldsNamed(*list));
-  if (selection.isEmpty()) throw CLIError("set needs at least one field, e.g. --artist \"Väskelund\".");
+  if (const auto list = arguments.value(options::clear)) selected.insert(fieldsNamed(*list));
+  if (selected.isEmpty()) throw CLIError("set needs at least one field, e.g. --artist \"Väskelund\".");
   auto store = storeFor(arguments);
-  tags = store->accepted(tags, selection);
+  tags = store->accepted(tags, selected);
   return {.files = std::move(files),
           .store = std::move(store),
-          .change = {.tags = std::move(tags), .selected = selection},
-          .options = RunOptions(arguments)};
+          .changes = {{.tags = std::move(tags), .selected = selected}}};
 }
 
 }  // namespace quillmark

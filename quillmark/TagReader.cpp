@@ -3,10 +3,7 @@
 #include <string>
 #include <utility>
 
-#include "platform/FileError.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
-#include "quillmark/Fields.h"
 #include "quillmark/Hints.h"
 
 namespace quillmark {
@@ -24,52 +21,49 @@ void joinValues(TagSet& tags) {
 
 }  // namespace
 
-TagReader::TagReader(const Arguments& arguments, std::size_t fileCount, Console& console)
-    : keepsGoing_(arguments.has(options::keepGoing)),
+TagReader::TagReader(const Arguments& arguments, const FileList& files, Console& console)
+    : files_(files),
+      keepsGoing_(arguments.has(options::keepGoing)),
       joinsValues_(arguments.has(options::lossless) && !arguments.has(options::json)),
       printsNotes_(console.wantsNotes() &&
                    (arguments.has(options::notes) || arguments.has(options::lossless))),
       store_(storeFor(arguments)),
       console_(console),
-      progress_(fileCount, console) {
+      progress_(files.size(), console),
+      readAhead_(files.readAhead()) {
   if (const auto list = arguments.value(options::printedFields)) fields_ = fieldsNamed(*list);
 }
 
-std::optional<TagSet> TagReader::tagsOf(const std::filesystem::path& file) {
+bool TagReader::next() {
+  if (reached_ == files_.size() || console_.failure() != 0) return false;
+  readAhead_.advanceTo(reached_);
+  file_ = files_.location(reached_++);
+  return true;
+}
+
+std::optional<TagSet> TagReader::tags() {
   constexpr int someFilesFailed = 2;
-  progress_.next(file);
-  if (!keepsGoing_) return read(file);
-  const auto report = [&](const std::exception& error) {
-    console_.flush();
+  progress_.next(file_);
+  try {
+    return read();
+  } catch (const std::exception& error) {
+    if (!keepsGoing_) throw;
     console_.printError(error.what());
     status_ = someFilesFailed;
-  };
-  try {
-    return read(file);
-  } catch (const CLIError& error) {
-    report(error);
     // The only hint is the one for folders.
-    if (!std::exchange(hasNotedFolder_, true)) console_.printNote(error.hint());
-  } catch (const std::exception& error) {
-    report(error);
+    const std::string hint = hintOf(error);
+    if (!hint.empty() && !std::exchange(hasNotedFolder_, true)) console_.printNote(hint);
+    return std::nullopt;
   }
-  return std::nullopt;
 }
 
-TagSet TagReader::read(const std::filesystem::path& file) {
-  TagSet tags =
-      hintingAtFolder(file, [&] { return printsNotes_ ? readWithNotes(file) : store_->read(file); });
-  if (joinsValues_) joinValues(tags);
-  return isLimited() ? TagSet().merging(tags, fields_) : tags;
-}
-
-TagSet TagReader::readWithNotes(const std::filesystem::path& file) {
-  auto source = store_->readWithNotes(file);
-  if (!source.notes.misread.empty()) {
-    console_.flush();
-    console_.printNote(platform::lastPathComponent(file) + ": " + source.notes.misread);
-  }
-  return std::move(source.tags);
+TagSet TagReader::read() {
+  auto source = hintingAtFolder(file_, [&] {
+    return printsNotes_ ? store_->readWithNotes(file_) : QuillmarkKit::TagSource{.tags = store_->read(file_)};
+  });
+  console_.printNote(file_, source.notes.misread);
+  if (joinsValues_) joinValues(source.tags);
+  return isLimited() ? TagSet().merging(source.tags, fields_) : std::move(source.tags);
 }
 
 }  // namespace quillmark

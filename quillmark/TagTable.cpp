@@ -24,27 +24,18 @@ std::string headingOf(TagField field) {
 }
 
 std::string escaped(std::string_view text) {
+  static constexpr auto escapes = std::to_array<std::pair<char, std::string_view>>({
+      {'\0', " / "},
+      {'\t', "\\t"},
+      {'\n', "\\n"},
+      {'\r', "\\r"},
+      {'\\', "\\\\"},
+  });
   std::string line;
-  for (const char character : text) {
-    switch (character) {
-      case '\0':
-        line += " / ";
-        break;
-      case '\t':
-        line += "\\t";
-        break;
-      case '\n':
-        line += "\\n";
-        break;
-      case '\r':
-        line += "\\r";
-        break;
-      case '\\':
-        line += "\\\\";
-        break;
-      default:
-        line += character;
-    }
+  for (const char& character : text) {
+    const auto* const escape =
+        std::ranges::find(escapes, character, [](const auto& row) { return row.first; });
+    line += escape != escapes.end() ? escape->second : std::string_view(&character, 1);
   }
   return line;
 }

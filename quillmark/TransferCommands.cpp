@@ -5,9 +5,7 @@
 #include "platform/Pasteboard.h"
 #include "platform/Paths.h"
 #include "platform/base/Strings.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
-#include "quillmark/Fields.h"
 
 namespace quillmark {
 
@@ -16,25 +14,21 @@ using QuillmarkKit::TagSet;
 
 namespace {
 
-/// Returns the tag set's summary with indented lines.
-std::string indentedSummary(const TagSet& tags) {
-  const std::string summary = tags.summary();
+/// Returns the tag set's summary with indented lines. At a terminal, no text of a file can look like a label
+/// of the summary.
+std::string indentedSummary(const TagSet& tags, const Console& console) {
+  std::string summary;
+  for (const QuillmarkKit::TagField field : TagSet::summaryFields) {
+    const auto value = tags.value(field);
+    if (!value) continue;
+    const std::string label = std::string(displayName(field)) + ": ";
+    summary.append(label).append(console.shown(*value, label.size())).append("\n");
+  }
+  if (summary.empty()) summary = tags.summary();
   std::string text;
   for (const std::string_view line : platform::Strings::split(summary, '\n'))
     text.append("  ").append(line).append("\n");
   return text;
-}
-
-/// Returns the same for a terminal: no text of a file can look like a label of the summary.
-std::string visibleSummary(const TagSet& tags, const Console& console) {
-  std::string text;
-  for (const QuillmarkKit::TagField field : TagSet::summaryFields) {
-    const auto value = tags.value(field);
-    if (!value) continue;
-    const std::string label = "  " + std::string(displayName(field)) + ": ";
-    text.append(label).append(console.shown(*value, label.size())).append("\n");
-  }
-  return text.empty() ? indentedSummary(tags) : text;
 }
 
 /// Returns the text with everything but its line feeds and tabs made visible, because a terminal may be where
@@ -50,17 +44,26 @@ std::string harmless(std::string_view text) {
   return shown;
 }
 
+/// Returns the fields that paste and apply write: those of `--fields`, else with `--all` every field, else
+/// the album identity. Throws CLIError for the first name that no field has.
+TagFields selectedFields(const Arguments& arguments) {
+  if (const auto list = arguments.value(options::fields)) return fieldsNamed(*list);
+  return arguments.has(options::all) ? TagFields::all : TagFields::albumIdentity;
+}
+
 }  // namespace
 
 int commandCopy(const Arguments& arguments, Console& console) {
   const std::filesystem::path file = FileList(arguments).location(0);
-  const auto source = readSource(*storeFor(arguments), file, QuillmarkKit::TagFields::all, console,
-                                 {.acceptsUnrepresentable = true});
+  constexpr bool acceptsUnrepresentable = true;
+  const auto source =
+      storeFor(arguments)->source(file, TagFields::all, console.wantsNotes(), acceptsUnrepresentable);
+  console.printNote(file, source.notes.misread);
   const TagSet& tags = source.tags;
   auto pasteboard = platform::Pasteboard::general();
   QuillmarkKit::TagClipboard::copy(tags, pasteboard, source.unrepresentable);
   console.write("Copied tags from " + console.shown(platform::lastPathComponent(file)) + ".\n");
-  console.write(console.outputIsTerminal() ? visibleSummary(tags, console) : indentedSummary(tags));
+  console.write(indentedSummary(tags, console));
   console.flush();
   // Last, because a desktop may be slow to answer and the tags are stored already.
   if (!arguments.has(options::noDesktop)) platform::putOnDesktopClipboard(harmless(tags.summary()));
@@ -76,57 +79,48 @@ WriteRun preparePaste(const Arguments& arguments, Console&) {
                    " copy <file>' first.");
   }
   auto store = storeFor(arguments);
-  const QuillmarkKit::TagFields selection = fieldMask(arguments);
+  const TagFields selected = selectedFields(arguments);
   for (const auto& [field, value] : QuillmarkKit::TagClipboard::unrepresentableValues(pasteboard)) {
-    if (selection.contains(field)) throw CLIError::cannotCarry(field, value);
+    if (!selected.contains(field)) continue;
+    throw CLIError("The clipboard cannot carry the " + std::string(cliName(field)) + " " + value +
+                   " of the copied file. Leave it out with --fields.");
   }
   try {
-    *tags = store->accepted(*tags, selection);
+    *tags = store->accepted(*tags, selected);
   } catch (const std::exception& error) {
     throw CLIError(std::string(error.what()) + " Leave it out with --fields.");
   }
   return {.files = std::move(files),
           .store = std::move(store),
-          .change = {.tags = std::move(*tags), .selected = selection},
-          .options = RunOptions(arguments),
+          .changes = {{.tags = std::move(*tags), .selected = selected}},
           .source = "The clipboard"};
 }
-
-namespace {
-
-WriteRun prepareWholeTag(const Arguments& arguments, const std::filesystem::path& source) {
-  if (arguments.has(options::all) || arguments.value(options::fields))
-    throw CLIError("--whole-tag takes the whole tag, without --all and --fields.");
-  FileList files(arguments);
-  QuillmarkKit::TagChange change = QuillmarkKit::WholeTagStore::changeTo(source);
-  change.mayHideAPETag = !arguments.has(options::lossless);
-  return {.files = std::move(files),
-          .store = wholeTagStore(arguments),
-          .change = std::move(change),
-          .options = RunOptions(arguments)};
-}
-
-}  // namespace
 
 WriteRun prepareApply(const Arguments& arguments, Console& console) {
   const auto from = arguments.value(options::from);
   if (!from) throw CLIError("apply needs --from <file>.");
   const std::filesystem::path source = platform::fileLocation(*from);
-  if (arguments.has(options::wholeTag)) return prepareWholeTag(arguments, source);
+  const bool takesWholeTag = arguments.has(options::wholeTag);
+  if (takesWholeTag && (arguments.has(options::all) || arguments.value(options::fields)))
+    throw CLIError("--whole-tag takes the whole tag, without --all and --fields.");
   FileList files(arguments);
+  if (takesWholeTag) {
+    QuillmarkKit::TagChange change = QuillmarkKit::WholeTagStore::changeTo(source);
+    change.mayHideAPETag = !arguments.has(options::lossless);
+    return {.files = std::move(files), .store = storeFor(arguments), .changes = {std::move(change)}};
+  }
   auto store = storeFor(arguments);
-  const QuillmarkKit::TagFields selection = fieldMask(arguments);
-  auto read = readSource(*store, source, selection, console);
-  const std::string name = platform::lastPathComponent(source);
-  if (selection == TagFields::all && !read.notes.beyondFields.empty()) {
-    console.printNote(name + ": not carried, as no field holds them: " + read.notes.beyondFields +
-                      ". --whole-tag takes them.");
+  const TagFields selected = selectedFields(arguments);
+  auto read = store->source(source, selected, console.wantsNotes());
+  console.printNote(source, read.notes.misread);
+  if (selected == TagFields::all && !read.notes.beyondFields.empty()) {
+    console.printNote(source, "not carried, as no field holds them: " + read.notes.beyondFields +
+                                  ". --whole-tag takes them.");
   }
   return {.files = std::move(files),
           .store = std::move(store),
-          .change = {.tags = std::move(read.tags), .selected = selection},
-          .options = RunOptions(arguments),
-          .source = name};
+          .changes = {{.tags = std::move(read.tags), .selected = selected}},
+          .source = platform::lastPathComponent(source)};
 }
 
 }  // namespace quillmark

@@ -11,20 +11,13 @@
 #include "platform/Process.h"
 #include "platform/StandardStreams.h"
 #include "quillmark/Arguments.h"
-#include "quillmark/CLIError.h"
 #include "quillmark/Commands.h"
 #include "quillmark/Console.h"
 #include "quillmark/Hints.h"
-#include "quillmark/Usage.h"
 
 namespace quillmark {
 
 namespace {
-
-// Set once at start.
-std::string usage;
-Words allArguments;
-Words rest;
 
 /// A command, which either runs to its end or prepares a run that writes.
 struct Command {
@@ -41,21 +34,8 @@ constexpr std::array commands = std::to_array<Command>({
     {"set", nullptr, prepareSet},
 });
 
-static_assert(std::ranges::all_of(commands, hasOptions, &Command::word),
+static_assert(std::ranges::all_of(commands, commandOptions, &Command::word),
               "each command has a row in the table of options");
-
-int printUsage(Console& console) {
-  console.write(usage + "\n");
-  console.flush();
-  if (!console.errorIsTerminal()) return 0;
-  for (const std::string& note : furtherHelp()) console.printNote(note);
-  return 0;
-}
-
-int printVersion(Console& console) {
-  console.write(std::string(toolName) + " " QUILLMARK_VERSION "\n");
-  return 0;
-}
 
 /// A command that ignores further words.
 struct PlainCommand {
@@ -65,60 +45,54 @@ struct PlainCommand {
 
 constexpr std::array plainCommands = std::to_array<PlainCommand>({
     {"fields", commandFields},
-    {"help", printUsage},
-    {"--help", printUsage},
-    {"-h", printUsage},
-    {"--version", printVersion},
+    {"help", commandHelp},
+    {"--help", commandHelp},
+    {"-h", commandHelp},
+    {"--version", commandVersion},
 });
 
-int runCommand(const Command& command, const CommandOptions& words, Console& console) {
+int runCommand(const Command& command, const CommandOptions& row, Words words, Console& console) {
   const std::vector<std::string_view> defaults = defaultOptions();
-  const Arguments arguments(rest, words, defaults);
+  const Arguments arguments(words, row, defaults);
   if (arguments.has(options::help)) {
-    console.write(helpText(words));
+    console.write(helpText(row));
     return 0;
   }
   if (arguments.has(options::notes)) console.askForNotes();
-  if (arguments.has(options::strict)) requireKnownWords(arguments, words);
-  if (!arguments.unknown.empty() && console.wantsNotes()) {
-    for (const std::string_view name : arguments.unknown) {
-      console.printNote(unknownOption(words, name) + " and is ignored" + optionHint(words, name));
-    }
+  if (arguments.has(options::strict)) requireKnownWords(arguments, row);
+  for (const std::string_view name : arguments.unknown) {
+    if (console.wantsNotes()) console.printNote(unknownOption(row, name, " and is ignored"));
   }
   if (command.run != nullptr) return command.run(arguments, console);
   const WriteRun run = command.prepare(arguments, console);
   if (arguments.has(options::strict)) requireMP3Files(run.files);
   // Until here a signal may end the program at once: nothing has been written, and some inputs block.
   platform::Signals::noteInterruptions();
-  return writeInto(run, console);
+  return writeInto(run, arguments, console);
 }
 
-int dispatch(Console& console) {
-  if (allArguments.empty()) return printUsage(console);
-  const std::string_view word = allArguments.front();
-  rest = allArguments.subspan(1);
+int dispatch(Words words, Console& console) {
+  if (words.empty()) return commandHelp(console);
+  const std::string_view word = words.front();
   for (const PlainCommand& command : plainCommands) {
     if (command.word == word) return command.run(console);
   }
   for (const Command& command : commands) {
-    if (command.word == word) return runCommand(command, *commandOptions(word), console);
+    if (command.word == word) return runCommand(command, *commandOptions(word), words.subspan(1), console);
   }
   console.printError("Unknown command '" + std::string(word) + "'.", "\n\n");
-  printUsage(console);
+  commandHelp(console);
   return 1;
 }
 
 /// Runs the command, prints its error, and returns the exit status.
-int run(Console& console) {
+int run(Words words, Console& console) {
   try {
-    return dispatch(console);
-  } catch (const CLIError& error) {
-    console.flush();
-    console.printError(error.what());
-    if (!error.hint().empty()) console.printNote(error.hint());
+    return dispatch(words, console);
   } catch (const std::exception& error) {
-    console.flush();
     console.printError(error.what());
+    const std::string hint = hintOf(error);
+    if (!hint.empty()) console.printNote(hint);
   }
   return 1;
 }
@@ -129,12 +103,11 @@ int quillmarkMain(int argumentCount, char** arguments) {
   platform::occupyMissingStreams();
   platform::Process::keepOwnFilesUsable();
   platform::Signals::reportFailedWrites();
-  usage = usageText();
   // The list of arguments may be empty, even without the program's own path.
-  allArguments = Words(arguments, static_cast<std::size_t>(argumentCount)).subspan(argumentCount > 0 ? 1 : 0);
+  const Words words(arguments, static_cast<std::size_t>(argumentCount));
 
   Console console;
-  const int status = run(console);
+  const int status = run(words.subspan(argumentCount > 0 ? 1 : 0), console);
   console.flush();
   if (const int signal = platform::Signals::interruption()) platform::Signals::dieOf(signal);
   if (console.failure() == 0) return status;
