@@ -140,21 +140,8 @@ std::string folderHint(const std::filesystem::path& file) {
 }
 
 std::string pictureHint(platform::ByteView bytes) {
-  static constexpr std::array signatures = std::to_array<platform::Signature>({
-      {0, "GIF8", "GIF"},
-      {0, "BM", "BMP"},
-      {8, "WEBP", "WebP"},
-      {8, "avif", "AVIF"},
-      {8, "heic", "HEIC"},
-      {0, {"II*\0", 4}, "TIFF"},
-      {0, {"MM\0*", 4}, "TIFF"},
-      {0, "\xFF\x0A", "JPEG XL"},
-      {4, "JXL ", "JPEG XL"},
-      {0, "<svg", "SVG"},
-      {0, "%PDF", "PDF"},
-  });
   const std::string_view characters = platform::charactersOf(bytes);
-  const std::string_view format = platform::formatBySignature(characters, signatures);
+  const std::string_view format = platform::formatOf(characters, platform::otherPicture);
   if (!format.empty()) return "is in the format " + std::string(format) + "; convert it to JPEG or PNG.";
   return characters.empty() ? "is empty." : "is neither a JPEG nor a PNG picture.";
 }

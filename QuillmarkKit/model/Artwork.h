@@ -11,7 +11,6 @@ namespace QuillmarkKit {
 /// A cover picture: the picture file's bytes, unchanged, and their format. Copies share the bytes.
 struct Artwork {
   enum class Format : std::uint8_t { jpeg, png };
-  static constexpr Format lastFormat = Format::png;
 
   platform::SharedBytes data;
   Format format;

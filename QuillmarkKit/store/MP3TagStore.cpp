@@ -191,7 +191,8 @@ void LosslessTagStore::explainUnsupported(const std::filesystem::path& path) con
   const platform::ByteView bytes = start;
   for (std::size_t at = 0; (at = platform::charactersOf(bytes).find("ID3", at)) != std::string_view::npos;
        ++at) {
-    if (ID3v2::tagLength(bytes.subspan(at))) throw LosslessError::tagIsNotInFront(path);
+    if (ID3v2::tagLength(bytes.subspan(at)))
+      throw LosslessError::about(path, "--lossless cannot keep the data before its ID3v2 tag");
   }
 }
 

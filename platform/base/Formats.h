@@ -3,7 +3,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <span>
 #include <string_view>
 
 #include "platform/base/Bytes.h"
@@ -102,15 +101,6 @@ constexpr std::string_view formatOf(std::string_view start, FormatPurpose purpos
   for (const auto& [offset, bytes, format, purposes] : fileSignatures) {
     const bool counts = (purposes & purpose) != 0 && start.size() >= offset;
     if (counts && start.substr(offset).starts_with(bytes)) return format;
-  }
-  return {};
-}
-
-/// Returns the format of the first of these signatures that the start of a file has, or an empty text.
-constexpr std::string_view formatBySignature(std::string_view start, std::span<const Signature> signatures) {
-  for (const Signature& signature : signatures) {
-    const bool isLongEnough = start.size() >= signature.offset;
-    if (isLongEnough && start.substr(signature.offset).starts_with(signature.bytes)) return signature.format;
   }
   return {};
 }

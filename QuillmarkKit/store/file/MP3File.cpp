@@ -1,7 +1,6 @@
 #include "QuillmarkKit/store/file/MP3File.h"
 
 #include <algorithm>
-#include <array>
 #include <string_view>
 
 #include "QuillmarkKit/store/file/StoreErrors.h"
@@ -25,11 +24,6 @@ FileHandle openForReading(const std::filesystem::path& url) {
     if (!error.code()) throw;
     throw TagStoreError::fileNotReadable(url);
   }
-}
-
-bool hasAt(platform::ByteView data, std::size_t offset, std::string_view text) {
-  return data.size() >= offset + text.size() &&
-         platform::charactersOf(data.subspan(offset, text.size())) == text;
 }
 
 }  // namespace
@@ -67,20 +61,11 @@ void verifyMP3(const std::filesystem::path& at) {
 bool looksLikeMP3(platform::ByteView data) {
   if (data.size() < leastSize) return false;
   if (data[0] == 0xFF) return data[1] >= 0xE0;
-  return hasAt(data, 0, "ID3");
+  return platform::charactersOf(data).starts_with("ID3");
 }
 
 std::optional<std::string> describeFormat(platform::ByteView data) {
-  static constexpr std::array signatures = std::to_array<platform::Signature>({
-      {4, "ftypM4A", "M4A"},
-      {4, "ftyp", "MPEG-4"},
-      {0, "fLaC", "FLAC"},
-      {0, "OggS", "Ogg"},
-      {0, "RIFF", "WAV"},
-      {0, "FORM", "AIFF"},
-      {0, "wvpk", "WavPack"},
-  });
-  const std::string_view format = platform::formatBySignature(platform::charactersOf(data), signatures);
+  const std::string_view format = platform::formatOf(platform::charactersOf(data), platform::otherMusic);
   return format.empty() ? std::nullopt : std::optional<std::string>(format);
 }
 

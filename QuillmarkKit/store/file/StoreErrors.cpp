@@ -70,50 +70,15 @@ ID3FrameError::ID3FrameError(Case value, std::filesystem::path url)
       value == Case::tagTooBig ? tagTooBigDescription : ": the ID3 tag could not be read back after writing.";
 }
 
-namespace {
-
-std::string expecting(std::string_view value) {
-  return " (expected " + std::string(value) + ").";
+LosslessError LosslessError::about(const std::filesystem::path& url, const std::string& failure) {
+  return LosslessError(platform::lastPathComponent(url) + ": " + failure + ".");
 }
 
-}  // namespace
-
-LosslessError LosslessError::cannotKeep(const std::filesystem::path& url, const std::string& what) {
-  return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot keep " + what + ".");
-}
-
-LosslessError LosslessError::hidesAPETag(const std::filesystem::path& url) {
-  return LosslessError(platform::lastPathComponent(url) +
-                       ": --lossless cannot keep its APE tag in sight: a new ID3v2 tag would hide it.");
-}
-
-LosslessError LosslessError::tagIsNotInFront(const std::filesystem::path& url) {
-  return LosslessError(platform::lastPathComponent(url) +
-                       ": --lossless cannot keep the data before its ID3v2 tag.");
-}
-
-LosslessError LosslessError::cannotRead(const std::filesystem::path& url, const std::string& what) {
-  return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot read " + what + ".");
-}
-
-LosslessError LosslessError::cannotCarry(const std::filesystem::path& url, const std::string& what,
-                                         std::string_view expected) {
-  return LosslessError(platform::lastPathComponent(url) + ": --lossless cannot carry its " + what +
-                       expecting(expected) + " Leave it out with --fields.");
-}
-
-LosslessError LosslessError::cannotCopyTag(const std::filesystem::path& url, const std::string& what) {
-  return LosslessError(platform::lastPathComponent(url) + ": --whole-tag needs an undamaged ID3v2 tag, but " +
-                       what + ".");
-}
-
-LosslessError LosslessError::cannotReplaceTag(const std::filesystem::path& url, const std::string& what) {
-  return LosslessError(platform::lastPathComponent(url) +
-                       ": --whole-tag does not replace a damaged tag, because " + what + " may be audio.");
-}
-
-LosslessError LosslessError::cannotWrite(const std::string& what, std::string_view expected) {
-  return LosslessError("--lossless cannot write the " + what + expecting(expected));
+LosslessError LosslessError::unexpected(const std::filesystem::path& url, const std::string& failure,
+                                        std::string_view expected) {
+  const std::string clause = failure + " (expected " + std::string(expected) + ")";
+  if (url.empty()) return LosslessError(clause + ".");
+  return about(url, clause + ". Leave it out with --fields");
 }
 
 }  // namespace QuillmarkKit

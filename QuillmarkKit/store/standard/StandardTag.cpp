@@ -87,14 +87,15 @@ bool StandardTag::isChangedBy(const TagChange& change) const {
 
 void StandardTag::requireWritableElsewhere(TagFields fields) const {
   const std::string unreadable = file_.unreadableFor(fields);
-  if (!unreadable.empty()) throw LosslessError::cannotRead(path_, unreadable);
+  if (!unreadable.empty()) throw LosslessError::about(path_, "--lossless cannot read " + unreadable);
   for (const TagField field : allTagFields) {
     const auto value = fields.contains(field)
                            ? LosslessConversion::unrepresentableValue(file_.tag, tags_, field)
                            : std::nullopt;
     if (!value) continue;
-    throw LosslessError::cannotCarry(path_, nameInSentence(field) + " " + TagNotes::describe(*value),
-                                     TagNotes::expectedValue(field));
+    throw LosslessError::unexpected(
+        path_, "--lossless cannot carry its " + nameInSentence(field) + " " + TagNotes::describe(*value),
+        TagNotes::expectedValue(field));
   }
 }
 
@@ -139,7 +140,8 @@ NewTag StandardTag::changedBy(const TagChange& change, bool reportsLosses) const
 NewTag StandardTag::replacedBy(const TagChange& change) const {
   if (file_.hasAPETag && !change.mayHideAPETag) throw LosslessError::hidesAPETag(path_);
   if (const std::string damage = damageOf(file_); !damage.empty())
-    throw LosslessError::cannotReplaceTag(path_, damage);
+    throw LosslessError::about(
+        path_, "--whole-tag does not replace a damaged tag, because " + damage + " may be audio");
   const bool hidesID3v1Tag = !file_.hasID3v2Tag && !file_.tag.frames.empty();
   std::string losses = hidesID3v1Tag ? "hides its ID3v1 tag" : "";
   if (file_.hasAPETag) losses += losses.empty() ? "hides its APE tag" : "; hides its APE tag";
@@ -166,8 +168,9 @@ TagSet acceptedTags(const TagSet& tags, TagFields fields) {
         [&](NumberMember number) { return readBack.*number == tags.*number; },
         [&] { return readBack.artwork.has_value() == tags.artwork.has_value(); });
     if (isKept || !fields.contains(field)) continue;
-    throw LosslessError::cannotWrite(nameInSentence(field) + " " + *tags.value(field),
-                                     TagNotes::expectedValue(field));
+    throw LosslessError::unexpected(
+        {}, "--lossless cannot write the " + nameInSentence(field) + " " + *tags.value(field),
+        TagNotes::expectedValue(field));
   }
   return readBack;
 }

@@ -36,16 +36,10 @@ constexpr std::array<std::string_view, 21> pictureTypes{
 /// Returns the format by the signature of the data, because the MIME type may be wrong. If no signature
 /// matches, returns a name from the MIME type, such as "JXL" for "image/jxl".
 std::string formatOf(const ID3v2::Picture& picture) {
-  static constexpr std::array signatures = std::to_array<std::pair<std::string_view, std::string_view>>(
-      {{platform::jpegSignature, "JPEG"},
-       {platform::pngSignature.substr(0, 4), "PNG"},
-       {"GIF8", "GIF"},
-       {"RIFF", "WebP"},
-       {"BM", "BMP"}});
   if (picture.mimeType == "-->") return "a link";
-  for (const auto& [signature, name] : signatures) {
-    if (platform::charactersOf(picture.data).starts_with(signature)) return std::string(name);
-  }
+  const std::string_view format =
+      platform::formatOf(platform::charactersOf(picture.data), platform::describedPicture);
+  if (!format.empty()) return std::string(format);
   constexpr std::string_view prefix = "image/";
   std::string_view type = picture.mimeType;
   if (type.starts_with(prefix)) type.remove_prefix(prefix.size());

@@ -7,7 +7,6 @@
 #include <utility>
 #include <vector>
 
-#include "ID3v2/Dates.h"
 #include "ID3v2/Genres.h"
 #include "platform/base/Strings.h"
 
@@ -127,7 +126,9 @@ std::string genreText(std::string_view genres) {
 
 std::optional<std::int64_t> yearIn(std::string_view date) {
   constexpr std::size_t digitsOfAYear = 4;
-  if (isDigits(date) && ID3v2::areSecondsSince1970(date.size())) {
+  // The engine writes a count of seconds since 1970 into v2.4 tags.
+  const bool isCountOfSeconds = date.size() == 9 || date.size() == 10;
+  if (isCountOfSeconds && isDigits(date)) {
     const std::chrono::sys_seconds moment(std::chrono::seconds(*Strings::decimalInteger(date)));
     return static_cast<int>(
         std::chrono::year_month_day(std::chrono::floor<std::chrono::days>(moment)).year());
