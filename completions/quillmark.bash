@@ -61,7 +61,7 @@ _quillmark() {
     local options
     COMPREPLY=()
     if [[ $COMP_CWORD -eq 1 ]]; then
-        _quillmark_words read copy paste apply set fields help
+        _quillmark_words "${!options_of[@]}" fields help
         return
     fi
     read -ra options -d '' <<<"${options_of[${COMP_WORDS[1]}]-}"

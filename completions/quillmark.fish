@@ -49,10 +49,10 @@ complete -c quillmark -n '__quillmark_is apply' -l from -xka '(__fish_complete_s
 complete -c quillmark -n '__quillmark_is apply' -l whole-tag -d 'copy the whole tag, frame for frame'
 complete -c quillmark -n '__quillmark_is set' -l clear -xa "(__quillmark_list $fields)" -d 'remove these fields'
 complete -c quillmark -n '__quillmark_is set' -l from-json -xka '(__fish_complete_suffix .json)' -d 'write a document of read --json; - is standard input'
+complete -c quillmark -n '__quillmark_is read copy paste apply set' -ka '(__fish_complete_suffix .mp3)'
 # end of options
 complete -c quillmark -n '__quillmark_is ""' -a fields -d 'list the names of the fields'
 complete -c quillmark -n '__quillmark_is ""' -a help -d 'print a short text on all commands'
-complete -c quillmark -n '__quillmark_is read copy paste apply set' -ka '(__fish_complete_suffix .mp3)'
 for field in $fields
     test $field = artwork; and continue
     complete -c quillmark -n '__quillmark_is set' -l $field -x -d 'write this value'
