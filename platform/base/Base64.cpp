@@ -59,14 +59,13 @@ char* appendEscaped(std::span<const char> characters, char* to) {
 
 }  // namespace
 
-std::size_t encode(ByteView bytes, Slash slash, std::span<char> to) {
-  const bool escapes = slash == Slash::escaped;
+std::size_t encode(ByteView bytes, std::span<char> to) {
   char* end = to.data();
   std::size_t at = 0;
   std::array<char, 8> characters;
   for (; bytes.size() - at >= wordSize; at += wordSize) {
     const std::uint64_t word = wordOf(bytes.subspan(at).first<wordSize>());
-    if (escapes && hasSlash(word)) {
+    if (hasSlash(word)) {
       append(word, characters.data());
       end = appendEscaped(characters, end);
     } else {
@@ -80,7 +79,7 @@ std::size_t encode(ByteView bytes, Slash slash, std::span<char> to) {
     append(wordOf(padded), characters.data());
     const auto text = std::span(characters).first((rest.size() + 2) / 3 * 4);
     std::ranges::fill(text.last(2 - (rest.size() + 2) % 3), '=');
-    end = escapes ? appendEscaped(text, end) : std::ranges::copy(text, end).out;
+    end = appendEscaped(text, end);
   }
   return static_cast<std::size_t>(end - to.data());
 }

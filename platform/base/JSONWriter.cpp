@@ -135,10 +135,10 @@ void Base64Encoder::write(const SharedBytes& bytes, const Sink& sink) {
   keptBytes_ = {};
   const bool isKept = keeping_ == Keeping::sharedText && bytes.isShared();
   if (isKept) keptBytes_ = bytes;
-  piece_.resize(Base64::mostCharacters(pieceSize, Base64::Slash::escaped));
+  piece_.resize(Base64::mostCharacters(pieceSize));
   for (ByteView rest = bytes; !rest.empty();) {
     const ByteView next = rest.first(std::min(rest.size(), pieceSize));
-    const std::string_view text(piece_.data(), Base64::encode(next, Base64::Slash::escaped, piece_));
+    const std::string_view text(piece_.data(), Base64::encode(next, piece_));
     if (isKept) keptText_ += text;
     sink(text);
     rest = rest.subspan(next.size());

@@ -7,9 +7,11 @@
 #include <array>
 #include <cerrno>
 #include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "platform/FileError.h"
@@ -39,121 +41,153 @@ std::uint16_t bits(mode_t mode, int shift) {
   return static_cast<std::uint16_t>(mode >> shift & allPermissions);
 }
 
-}  // namespace
+/// The permissions for a file: its permission bits, or its access-control list, which begins with the same
+/// ones.
+class AccessControlList {
+ public:
+  /// Returns the list that corresponds to the permission bits alone.
+  static AccessControlList fromMode(mode_t mode) {
+    AccessControlList list;
+    list.entries_ = {{Tag::owner, bits(mode, 6), noID},
+                     {Tag::owningGroup, bits(mode, 3), noID},
+                     {Tag::other, bits(mode, 0), noID}};
+    return list;
+  }
 
-AccessControlList AccessControlList::fromMode(mode_t mode) {
-  AccessControlList list;
-  list.entries_ = {{Tag::owner, bits(mode, 6), noID},
-                   {Tag::owningGroup, bits(mode, 3), noID},
-                   {Tag::other, bits(mode, 0), noID}};
-  return list;
-}
-
-std::optional<AccessControlList> AccessControlList::fromAttribute(std::string_view bytes) {
-  if (bytes.size() < headerSize || littleEndian(bytes.substr(0, headerSize)) != version) return std::nullopt;
-  AccessControlList list;
-  std::uint16_t mask = allPermissions;
-  for (bytes.remove_prefix(headerSize); bytes.size() >= entrySize; bytes.remove_prefix(entrySize)) {
-    const auto tag = static_cast<Tag>(littleEndian(bytes.substr(0, 2)));
-    const auto permissions = static_cast<std::uint16_t>(littleEndian(bytes.substr(2, 2)) & allPermissions);
-    if (tag == Tag::mask) {
-      mask = permissions;
-    } else {
-      list.entries_.push_back({tag, permissions, littleEndian(bytes.substr(4, 4))});
+  /// Returns the list that Linux stores as these bytes, or nothing if they are not in that form.
+  static std::optional<AccessControlList> fromAttribute(std::string_view bytes) {
+    if (bytes.size() < headerSize || littleEndian(bytes.substr(0, headerSize)) != version)
+      return std::nullopt;
+    AccessControlList list;
+    std::uint16_t mask = allPermissions;
+    for (bytes.remove_prefix(headerSize); bytes.size() >= entrySize; bytes.remove_prefix(entrySize)) {
+      const auto tag = static_cast<Tag>(littleEndian(bytes.substr(0, 2)));
+      const auto permissions = static_cast<std::uint16_t>(littleEndian(bytes.substr(2, 2)) & allPermissions);
+      if (tag == Tag::mask) {
+        mask = permissions;
+      } else {
+        list.entries_.push_back({tag, permissions, littleEndian(bytes.substr(4, 4))});
+      }
     }
+    for (Entry& entry : list.entries_) {
+      if (entry.tag != Tag::owner && entry.tag != Tag::other) entry.permissions &= mask;
+    }
+    return bytes.empty() && list.entries_.size() >= 3 ? std::optional(std::move(list)) : std::nullopt;
   }
-  for (Entry& entry : list.entries_) {
-    if (entry.tag != Tag::owner && entry.tag != Tag::other) entry.permissions &= mask;
+
+  /// Return the list that grants the same rights after the file has changed to another owner or group. The
+  /// former owner or group gets an entry of its own. Members of the new group get no more rights than they
+  /// had.
+  AccessControlList forOwner(uid_t former, uid_t now) const {
+    AccessControlList list = *this;
+    list.set(Tag::user, former, permissions(Tag::owner));
+    // The new owner's rights are those of the owner's entry.
+    std::erase_if(list.entries_,
+                  [&](const Entry& entry) { return entry.tag == Tag::user && entry.id == now; });
+    list.tidy();
+    return list;
   }
-  return bytes.empty() && list.entries_.size() >= 3 ? std::optional(std::move(list)) : std::nullopt;
-}
 
-AccessControlList AccessControlList::forOwner(uid_t former, uid_t now) const {
-  AccessControlList list = *this;
-  list.set(Tag::user, former, permissions(Tag::owner));
-  // The new owner's rights are those of the owner's entry.
-  std::erase_if(list.entries_, [&](const Entry& entry) { return entry.tag == Tag::user && entry.id == now; });
-  list.tidy();
-  return list;
-}
+  AccessControlList forGroup(gid_t former, gid_t now) const {
+    AccessControlList list = *this;
+    const Entry* own = find(Tag::group, now);
+    std::uint16_t had = own != nullptr ? own->permissions : permissions(Tag::other);
+    if (own == nullptr) {
+      // A member that is also in a listed group had the rights of that entry, which may be fewer than those
+      // of others.
+      for (const Entry& entry : entries_) {
+        if (entry.tag == Tag::owningGroup || entry.tag == Tag::group) had &= entry.permissions;
+      }
+    }
+    list.set(Tag::group, former, permissions(Tag::owningGroup));
+    list.set(Tag::owningGroup, noID, had);
+    std::erase_if(list.entries_,
+                  [&](const Entry& entry) { return entry.tag == Tag::group && entry.id == now; });
+    list.tidy();
+    return list;
+  }
 
-AccessControlList AccessControlList::forGroup(gid_t former, gid_t now) const {
-  AccessControlList list = *this;
-  const Entry* own = find(Tag::group, now);
-  std::uint16_t had = own != nullptr ? own->permissions : permissions(Tag::other);
-  if (own == nullptr) {
-    // A member that is also in a listed group had the rights of that entry, which may be fewer than those of
-    // others.
+  /// Returns whether permission bits can express the list.
+  bool isMode() const { return entries_.size() == 3; }
+
+  /// Returns the nine permission bits; those of the group are the mask if there is one. A mask is never
+  /// empty, because Linux ignores a list with an empty mask: if no entry grants anything, it is "execute".
+  mode_t mode() const {
+    std::uint16_t mask = 0;
     for (const Entry& entry : entries_) {
-      if (entry.tag == Tag::owningGroup || entry.tag == Tag::group) had &= entry.permissions;
+      if (entry.tag != Tag::owner && entry.tag != Tag::other) mask |= entry.permissions;
     }
+    constexpr std::uint16_t execute = 1;
+    if (!isMode() && mask == 0) mask = execute;
+    return static_cast<mode_t>(permissions(Tag::owner) << 6 | mask << 3 | permissions(Tag::other));
   }
-  list.set(Tag::group, former, permissions(Tag::owningGroup));
-  list.set(Tag::owningGroup, noID, had);
-  std::erase_if(list.entries_,
-                [&](const Entry& entry) { return entry.tag == Tag::group && entry.id == now; });
-  list.tidy();
-  return list;
-}
 
-bool AccessControlList::isMode() const {
-  return entries_.size() == 3;
-}
-
-mode_t AccessControlList::mode() const {
-  std::uint16_t mask = 0;
-  for (const Entry& entry : entries_) {
-    if (entry.tag != Tag::owner && entry.tag != Tag::other) mask |= entry.permissions;
+  std::string toAttribute() const {
+    std::vector<Entry> entries = entries_;
+    if (!isMode()) entries.push_back({Tag::mask, bits(mode(), 3), noID});
+    std::ranges::sort(entries, {}, [](const Entry& entry) { return std::pair(entry.tag, entry.id); });
+    std::string bytes;
+    appendLittleEndian(bytes, version, 4);
+    for (const Entry& entry : entries) {
+      appendLittleEndian(bytes, static_cast<std::uint16_t>(entry.tag), 2);
+      appendLittleEndian(bytes, entry.permissions, 2);
+      appendLittleEndian(bytes, entry.id, 4);
+    }
+    return bytes;
   }
-  constexpr std::uint16_t execute = 1;
-  if (!isMode() && mask == 0) mask = execute;
-  return static_cast<mode_t>(permissions(Tag::owner) << 6 | mask << 3 | permissions(Tag::other));
-}
 
-std::string AccessControlList::toAttribute() const {
-  std::vector<Entry> entries = entries_;
-  if (!isMode()) entries.push_back({Tag::mask, bits(mode(), 3), noID});
-  std::ranges::sort(entries, {}, [](const Entry& entry) { return std::pair(entry.tag, entry.id); });
-  std::string bytes;
-  appendLittleEndian(bytes, version, 4);
-  for (const Entry& entry : entries) {
-    appendLittleEndian(bytes, static_cast<std::uint16_t>(entry.tag), 2);
-    appendLittleEndian(bytes, entry.permissions, 2);
-    appendLittleEndian(bytes, entry.id, 4);
+ private:
+  enum class Tag : std::uint16_t {
+    owner = 0x01,
+    user = 0x02,
+    owningGroup = 0x04,
+    group = 0x08,
+    mask = 0x10,
+    other = 0x20,
+  };
+  struct Entry {
+    Tag tag;
+    std::uint16_t permissions;
+    /// The ID of the user or group; `noID` for other tags.
+    std::uint32_t id;
+
+    auto operator<=>(const Entry&) const = default;
+  };
+  static constexpr std::uint32_t noID = 0xFFFFFFFF;
+
+  /// Returns nullptr if there is no such entry.
+  const Entry* find(Tag tag, std::uint32_t id = noID) const {
+    const auto found = std::ranges::find_if(
+        entries_, [&](const Entry& entry) { return entry.tag == tag && entry.id == id; });
+    return found != entries_.end() ? &*found : nullptr;
   }
-  return bytes;
-}
 
-const AccessControlList::Entry* AccessControlList::find(Tag tag, std::uint32_t id) const {
-  const auto found =
-      std::ranges::find_if(entries_, [&](const Entry& entry) { return entry.tag == tag && entry.id == id; });
-  return found != entries_.end() ? &*found : nullptr;
-}
+  std::uint16_t permissions(Tag tag) const {
+    const Entry* entry = find(tag);
+    return entry != nullptr ? entry->permissions : std::uint16_t{0};
+  }
 
-std::uint16_t AccessControlList::permissions(Tag tag) const {
-  const Entry* entry = find(tag);
-  return entry != nullptr ? entry->permissions : std::uint16_t{0};
-}
+  void set(Tag tag, std::uint32_t id, std::uint16_t permissions) {
+    std::erase_if(entries_, [&](const Entry& entry) { return entry.tag == tag && entry.id == id; });
+    entries_.push_back({tag, permissions, id});
+  }
 
-void AccessControlList::set(Tag tag, std::uint32_t id, std::uint16_t permissions) {
-  std::erase_if(entries_, [&](const Entry& entry) { return entry.tag == tag && entry.id == id; });
-  entries_.push_back({tag, permissions, id});
-}
+  /// Drops the entries for groups if all groups have the same permissions as others and the list can be
+  /// expressed as permission bits without them.
+  void tidy() {
+    const std::uint16_t everybody = permissions(Tag::other);
+    const bool isEqualForAllGroups = std::ranges::all_of(entries_, [&](const Entry& entry) {
+      return (entry.tag != Tag::group && entry.tag != Tag::owningGroup) || entry.permissions == everybody;
+    });
+    const bool hasUsers =
+        std::ranges::any_of(entries_, [](const Entry& entry) { return entry.tag == Tag::user; });
+    if (!isEqualForAllGroups || hasUsers) return;
+    std::erase_if(entries_, [](const Entry& entry) { return entry.tag == Tag::group; });
+  }
 
-/// Drops the entries for groups if all groups have the same permissions as others and the list can be
-/// expressed as permission bits without them.
-void AccessControlList::tidy() {
-  const std::uint16_t everybody = permissions(Tag::other);
-  const bool isEqualForAllGroups = std::ranges::all_of(entries_, [&](const Entry& entry) {
-    return (entry.tag != Tag::group && entry.tag != Tag::owningGroup) || entry.permissions == everybody;
-  });
-  const bool hasUsers =
-      std::ranges::any_of(entries_, [](const Entry& entry) { return entry.tag == Tag::user; });
-  if (!isEqualForAllGroups || hasUsers) return;
-  std::erase_if(entries_, [](const Entry& entry) { return entry.tag == Tag::group; });
-}
-
-namespace {
+  /// The entries without the mask, which has already been applied to their permissions.
+  std::vector<Entry> entries_;
+};
 
 using FileAttributes::accessControlList;
 
