@@ -72,10 +72,7 @@ class EngineOpenTag : public OpenTag {
 class MP3TagStore::Edit : public TagEdit {
  public:
   Edit(const MP3TagStore& store, MP3File file, platform::ReplacementRun& run)
-      : store_(store),
-        run_(run),
-        file_(std::move(file)),
-        tag_(naming(file_, [&] { return store.openTag(file_); })) {}
+      : store_(store), run_(run), file_(std::move(file)), tag_(store.openTag(file_)) {}
 
   const TagSet& current() const override { return tag_->tags(); }
   bool isNeeded(const TagChange& change) const override { return tag_->isChangedBy(change); }
@@ -110,9 +107,11 @@ class MP3TagStore::Edit : public TagEdit {
   NewTag planned_;
 };
 
-MP3File MP3TagStore::open(const std::filesystem::path& path) const {
+MP3File MP3TagStore::open(const std::filesystem::path& path, bool requiresName) const {
   try {
-    return MP3File(path);
+    MP3File file(path);
+    if (requiresName) requireMP3Name(file);
+    return file;
   } catch (const TagStoreError& error) {
     const bool isUnknown = error.value() == TagStoreError::Case::unsupportedFileType && !error.detected();
     if (isUnknown) explainUnsupported(path);
@@ -127,22 +126,19 @@ void MP3TagStore::requireMP3(const std::filesystem::path& file) {
 
 TagSet MP3TagStore::read(const std::filesystem::path& from) const {
   MP3File file = open(from);
-  requireMP3Name(file);
-  return naming(file, [&] { return openTag(file)->tags(); });
+  return openTag(file)->tags();
 }
 
 TagSource MP3TagStore::readWithNotes(const std::filesystem::path& from) const {
   MP3File file = open(from);
-  requireMP3Name(file);
-  const auto tag = naming(file, [&] { return openTag(file); });
+  const auto tag = openTag(file);
   return {.tags = tag->tags(), .notes = tag->notes(TagFields::all)};
 }
 
 TagSource MP3TagStore::source(const std::filesystem::path& from, TagFields fields, bool hasNotes,
                               bool acceptsUnrepresentable) const {
   MP3File file = open(from);
-  requireMP3Name(file);
-  const auto tag = naming(file, [&] { return openTag(file); });
+  const auto tag = openTag(file);
   const TagFields required = acceptsUnrepresentable ? TagFields() : fields;
   tag->requireWritableElsewhere(required);
   return {.tags = accepted(tag->tags(), required),
@@ -152,11 +148,9 @@ TagSource MP3TagStore::source(const std::filesystem::path& from, TagFields field
 
 void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) const {
   platform::ReplacementRun run;
-  MP3File file = open(to);
   // The name is not checked for an empty tag set: frames that belong to no field are written without the
   // engine, which has this requirement.
-  if (!tags.isEmpty()) requireMP3Name(file);
-  Edit edit(*this, std::move(file), run);
+  Edit edit(*this, open(to, !tags.isEmpty()), run);
   edit.plan({.tags = tags, .selected = TagFields::all}, false);
   edit.commit();
   run.synchronise();
@@ -164,9 +158,7 @@ void MP3TagStore::write(const TagSet& tags, const std::filesystem::path& to) con
 
 std::unique_ptr<TagEdit> MP3TagStore::edit(const std::filesystem::path& file,
                                            platform::ReplacementRun& run) const {
-  MP3File opened = open(file);
-  requireMP3Name(opened);
-  return std::make_unique<Edit>(*this, std::move(opened), run);
+  return std::make_unique<Edit>(*this, open(file), run);
 }
 
 ID3TagEditorStore::ID3TagEditorStore(bool preservesDate)
@@ -174,7 +166,7 @@ ID3TagEditorStore::ID3TagEditorStore(bool preservesDate)
 }
 
 std::unique_ptr<OpenTag> ID3TagEditorStore::openTag(MP3File& file) const {
-  return std::make_unique<EngineOpenTag>(*editor_, file);
+  return naming(file, [&] { return std::make_unique<EngineOpenTag>(*editor_, file); });
 }
 
 TagSet LosslessTagStore::accepted(const TagSet& tags, TagFields fields) const {

@@ -63,7 +63,7 @@ class MP3TagStore : public TagStore {
  private:
   class Edit;
 
-  MP3File open(const std::filesystem::path& path) const;
+  MP3File open(const std::filesystem::path& path, bool requiresName = true) const;
 };
 
 /// Reads and writes tags with the engine; new tags are ID3v2.3. A write keeps the frames of v2.3 and v2.4

@@ -16,8 +16,8 @@ ClipboardError::ClipboardError(std::int64_t version)
 }
 
 EncodingError::EncodingError(TagField field)
-    : field_(field),
-      description_("The field " + std::string(cliName(field)) + " cannot be copied: its text is not UTF-8.") {
+    : std::runtime_error("The field " + std::string(cliName(field)) +
+                         " cannot be copied: its text is not UTF-8.") {
 }
 
 namespace {

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <exception>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -47,16 +48,9 @@ class ClipboardError : public std::exception {
 };
 
 /// An error about a text that cannot be copied because it is not UTF-8.
-class EncodingError : public std::exception {
+class EncodingError : public std::runtime_error {
  public:
   explicit EncodingError(TagField field);
-
-  TagField field() const { return field_; }
-  const char* what() const noexcept override { return description_.c_str(); }
-
- private:
-  TagField field_;
-  std::string description_;
 };
 
 /// Replaces the pasteboard's content with the tag set. Throws EncodingError if a text is not UTF-8; the

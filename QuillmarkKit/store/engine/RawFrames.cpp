@@ -97,11 +97,6 @@ struct TagBody {
   Header header;
   SharedBytes bytes;
   std::uint64_t framesStart = 0;
-
-  template <class Visit>
-  void forEachFrame(Visit visit) const {
-    walk(bytes, framesStart, header.version, visit);
-  }
 };
 
 /// Returns nothing if the bytes do not contain a whole tag.
@@ -133,22 +128,15 @@ void appendFrame(Bytes& bytes, std::string_view id, std::uint16_t flags, ByteVie
   platform::append(bytes, payload);
 }
 
-/// Returns the header of an ID3v2.3 tag with a body of `bodySize` bytes. Throws ID3FrameError, which names
-/// `file`, if the body is too big. The frames of a body that fits always fit their size fields, too.
-std::array<std::uint8_t, tagHeaderSize> tagHeader(std::uint64_t bodySize, const std::filesystem::path& file) {
-  if (bodySize >= platform::synchsafeLimit) throw ID3FrameError(ID3FrameError::Case::tagTooBig, file);
-  std::array<std::uint8_t, tagHeaderSize> header{'I', 'D', '3', 3, 0, 0};
-  std::ranges::copy(platform::bigEndianBytes(platform::synchsafe(static_cast<std::uint32_t>(bodySize))),
-                    header.begin() + 6);
-  return header;
-}
-
-/// Returns such a header with capacity reserved for the body.
+/// Returns the header of an ID3v2.3 tag with a body of `bodySize` bytes, and capacity for the body. Throws
+/// ID3FrameError, which names `file`, if the body is too big. The frames of a body that fits always fit their
+/// size fields, too.
 Bytes tagStart(std::uint64_t bodySize, const std::filesystem::path& file) {
-  const auto header = tagHeader(bodySize, file);
+  if (bodySize >= platform::synchsafeLimit) throw ID3FrameError(ID3FrameError::Case::tagTooBig, file);
   Bytes tag;
   tag.reserve(tagHeaderSize + static_cast<std::size_t>(bodySize));
-  platform::append(tag, header);
+  tag = {'I', 'D', '3', 3, 0, 0};
+  platform::append(tag, platform::bigEndianBytes(platform::synchsafe(static_cast<std::uint32_t>(bodySize))));
   return tag;
 }
 
@@ -174,7 +162,7 @@ std::optional<ParsedTag> parse(const SharedBytes& data) {
   const auto body = parseBody(data);
   if (!body) return std::nullopt;
   ParsedTag tag{.version = body->header.version, .frames = {}, .audioOffset = body->header.tagLength};
-  body->forEachFrame([&](const FrameView& frame) {
+  walk(body->bytes, body->framesStart, body->header.version, [&](const FrameView& frame) {
     tag.frames.push_back({.id = std::string(frame.id),
                           .flags = frame.flags,
                           .payload = body->bytes.slice(frame.payloadStart, frame.payload.size())});
@@ -236,7 +224,7 @@ void appendTo(Bytes& tag, const UnmanagedFrames& frames, const std::filesystem::
   std::size_t framesEnd = tagHeaderSize;
   walk(tag, tagHeaderSize, header->version,
        [&](const FrameView& frame) { framesEnd = frame.payloadStart + frame.payload.size(); });
-  const auto newHeader = tagHeader(framesEnd - tagHeaderSize + frames.size(), file);
+  const Bytes newHeader = tagStart(framesEnd - tagHeaderSize + frames.size(), file);
   tag.resize(framesEnd);
   frames.appendTo(tag);
   std::ranges::copy(newHeader, tag.begin());

@@ -40,11 +40,6 @@ std::vector<std::string> FileTags::unreadablePartsFor(TagFields fields) const {
   return parts;
 }
 
-std::string FileTags::unreadableFor(TagFields fields) const {
-  const std::vector<std::string> parts = unreadablePartsFor(fields);
-  return parts.empty() ? "" : parts.front();
-}
-
 FileTags readTags(MP3File& file) {
   FileTags tags;
   if (!ID3v2::tagLength(file.handle().start())) {

@@ -28,10 +28,7 @@ struct FileTags {
   bool isWritable() const;
   /// Returns whether a frame of one of the fields cannot be read.
   bool hasUnreadable(TagFields fields) const;
-  /// Returns a description of the first part that cannot be read and may contain one of the fields; empty if
-  /// there is none.
-  std::string unreadableFor(TagFields fields) const;
-  /// Returns descriptions of all such parts.
+  /// Returns descriptions of the parts that cannot be read and may contain one of the fields.
   std::vector<std::string> unreadablePartsFor(TagFields fields) const;
 };
 

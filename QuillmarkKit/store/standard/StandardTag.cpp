@@ -86,8 +86,8 @@ bool StandardTag::isChangedBy(const TagChange& change) const {
 }
 
 void StandardTag::requireWritableElsewhere(TagFields fields) const {
-  const std::string unreadable = file_.unreadableFor(fields);
-  if (!unreadable.empty()) throw LosslessError::about(path_, "--lossless cannot read " + unreadable);
+  const std::vector<std::string> unreadable = file_.unreadablePartsFor(fields);
+  if (!unreadable.empty()) throw LosslessError::about(path_, "--lossless cannot read " + unreadable.front());
   for (const TagField field : allTagFields) {
     const auto value = fields.contains(field)
                            ? LosslessConversion::unrepresentableValue(file_.tag, tags_, field)

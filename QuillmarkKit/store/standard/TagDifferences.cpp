@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <functional>
 #include <optional>
-#include <set>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -153,11 +152,6 @@ class FrameIndex {
     const auto* other = std::get_if<Picture>(&found->frame->content);
     return other != nullptr && other->data == picture.data ? other : nullptr;
   }
-  /// Returns the joined text of all text frames with this identifier.
-  std::string textOf(const std::string& identifier) const {
-    const auto found = textFrames_.find(identifier);
-    return found != textFrames_.end() ? TagTexts::joined(found->second) : "";
-  }
 
  private:
   struct Entry {
@@ -174,7 +168,7 @@ class FrameIndex {
   void addBy(const Frame& frame, const ID3v2::Opaque&) { addContent(frame); }
   void addBy(const Frame& frame, const ID3v2::URL&) { addContent(frame); }
   void addBy(const Frame&, const ID3v2::Unread&) {}
-  void addBy(const Frame& frame, const ID3v2::Text& text) { textFrames_[frame.identifier].push_back(&text); }
+  void addBy(const Frame&, const ID3v2::Text&) {}
   void addBy(const Frame& frame, const UserText& text) { add(keyOf(text), frame); }
   void addBy(const Frame& frame, const LanguageText& text) {
     add(keyOfText(By::text, frame, text, ""), frame);
@@ -193,8 +187,18 @@ class FrameIndex {
   }
 
   std::vector<Entry> entries_;
-  std::unordered_map<std::string, std::vector<const ID3v2::Text*>> textFrames_;
 };
+
+/// The text frames of a tag by their identifiers.
+using TextFrames = std::unordered_map<std::string_view, std::vector<const ID3v2::Text*>>;
+
+TextFrames textFramesOf(const Tag& tag) {
+  TextFrames frames;
+  for (const Frame& frame : tag.frames) {
+    if (const auto* text = std::get_if<ID3v2::Text>(&frame.content)) frames[frame.identifier].push_back(text);
+  }
+  return frames;
+}
 
 /// Returns the date without leading zeros: tags differ in whether they pad a year to four digits.
 std::string_view withoutZerosInFront(std::string_view date) {
@@ -205,7 +209,11 @@ std::string_view withoutZerosInFront(std::string_view date) {
 class Comparison {
  public:
   Comparison(const Tag& expected, const Tag& found)
-      : expected_(expected), found_(found), expectedIndex_(expected), foundIndex_(found) {
+      : expected_(expected),
+        found_(found),
+        expectedTexts_(textFramesOf(expected)),
+        foundTexts_(textFramesOf(found)),
+        foundIndex_(found) {
     for (const Frame& frame : expected.frames) {
       if (isIndependentOfVersion(frame) && hasEqual(frame)) continue;
       std::visit([&](const auto& content) { compare(frame, content); }, frame.content);
@@ -273,11 +281,12 @@ class Comparison {
   }
 
   /// Compares all text frames of an identifier at once, because several frames mean several values.
-  void compare(const Frame& frame, const ID3v2::Text&) {
+  void compare(const Frame& frame, const ID3v2::Text& text) {
     const std::string& identifier = frame.identifier;
-    if (isDateFrame(identifier) || !comparedTexts_.insert(identifier).second) return;
-    std::string before = expectedIndex_.textOf(identifier);
-    std::string after = foundIndex_.textOf(identifier);
+    const auto& texts = expectedTexts_[identifier];
+    if (isDateFrame(identifier) || texts.front() != &text) return;
+    std::string before = TagTexts::joined(texts);
+    std::string after = TagTexts::joined(foundTexts_[identifier]);
     if (haveSameValues(identifier, before, after) || TagTexts::isBlank(before)) return;
     differences.push_back(
         {.kind = Kind::text, .frame = &frame, .before = std::move(before), .after = std::move(after)});
@@ -351,11 +360,11 @@ class Comparison {
 
   const Tag& expected_;
   const Tag& found_;
-  FrameIndex expectedIndex_;
+  TextFrames expectedTexts_;
+  TextFrames foundTexts_;
   FrameIndex foundIndex_;
   /// The position after the frame that was found last.
   std::size_t next_ = 0;
-  std::set<std::string> comparedTexts_;
 };
 
 }  // namespace
