@@ -1,7 +1,6 @@
 #include "ID3v2/FrameReading.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
 #include <optional>
 #include <string>

@@ -1,8 +1,6 @@
 #include "ID3v2/Reading.h"
 
 #include <algorithm>
-#include <string_view>
-#include <utility>
 
 #include "ID3v2/FrameForm.h"
 #include "ID3v2/FrameReading.h"

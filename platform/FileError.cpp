@@ -5,8 +5,9 @@
 namespace platform {
 
 FileError::FileError(const std::filesystem::path& file, std::string_view failure, std::string_view reason)
-    : file_(file), description_(lastPathComponent(file)) {
-  description_.append(" ").append(failure).append(": ").append(reason).append(".");
+    : std::runtime_error(lastPathComponent(file).append(" ").append(failure).append(": ").append(reason) +
+                         "."),
+      file_(file) {
 }
 
 FileError::FileError(const std::filesystem::path& file, std::string_view failure, int code)
@@ -15,9 +16,7 @@ FileError::FileError(const std::filesystem::path& file, std::string_view failure
 }
 
 FileError FileError::followedBy(std::string_view sentence) const {
-  FileError longer = *this;
-  longer.description_.append(" ").append(sentence);
-  return longer;
+  return {file_, std::string(what()).append(" ").append(sentence), code_};
 }
 
 std::string lastPathComponent(const std::filesystem::path& file) {
@@ -30,9 +29,10 @@ std::string lastPathComponent(const std::filesystem::path& file) {
 }
 
 FileConflict::FileConflict(Case value, const std::filesystem::path& file)
-    : case_(value), description_(lastPathComponent(file)) {
-  description_ += value == Case::movedOrDeleted ? " was moved or deleted meanwhile."
-                                                : " was changed by another program meanwhile.";
+    : std::runtime_error(lastPathComponent(file) + (value == Case::movedOrDeleted
+                                                        ? " was moved or deleted meanwhile."
+                                                        : " was changed by another program meanwhile.")),
+      case_(value) {
 }
 
 }  // namespace platform

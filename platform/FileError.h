@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <exception>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
@@ -12,14 +12,13 @@ namespace platform {
 /// A failed system call, described in one line for users: the last path component of the file, the operation
 /// that failed, and the reason that the system gave. Example: "01.mp3 could not be written: No space left on
 /// device."
-class FileError : public std::exception {
+class FileError : public std::runtime_error {
  public:
   /// `failure` is the operation that failed, such as `notRead`; `code` is the system's error number.
   FileError(const std::filesystem::path& file, std::string_view failure, int code);
   /// For an operation that the program itself refuses; `reason` is a clause without a full stop.
   FileError(const std::filesystem::path& file, std::string_view failure, std::string_view reason);
 
-  const char* what() const noexcept override { return description_.c_str(); }
   const std::filesystem::path& file() const { return file_; }
   /// Returns the system's error number, or nothing if the program itself refused.
   std::optional<int> code() const { return code_; }
@@ -30,8 +29,10 @@ class FileError : public std::exception {
   static constexpr std::string_view notWritten = "could not be written";
 
  private:
+  FileError(const std::filesystem::path& file, const std::string& description, std::optional<int> code)
+      : std::runtime_error(description), file_(file), code_(code) {}
+
   std::filesystem::path file_;
-  std::string description_;
   std::optional<int> code_;
 };
 
@@ -39,8 +40,8 @@ class FileError : public std::exception {
 std::string lastPathComponent(const std::filesystem::path& file);
 
 /// Another program has changed a file after it was opened and before it was replaced, so that the new version
-/// no longer fits. The file is left as the other program made it.
-class FileConflict : public std::exception {
+/// no longer fits. The file is left as the other program made it. Described in one line that names the file.
+class FileConflict : public std::runtime_error {
  public:
   enum class Case : std::uint8_t {
     /// The file has other contents or attributes, or another file has its name.
@@ -58,12 +59,9 @@ class FileConflict : public std::exception {
   FileConflict(Case value, const std::filesystem::path& file);
 
   Case value() const { return case_; }
-  /// Returns one line for users, which names the file by its last path component.
-  const char* what() const noexcept override { return description_.c_str(); }
 
  private:
   Case case_;
-  std::string description_;
 };
 
 }  // namespace platform

@@ -1,9 +1,7 @@
 #pragma once
 
-#include <cstdint>
 #include <filesystem>
 #include <optional>
-#include <string>
 
 #include "platform/FileHandle.h"
 #include "platform/ReplacementFolder.h"

@@ -10,6 +10,25 @@
 
 namespace quillmark {
 
+ArgumentError ArgumentError::missingValue(std::string_view name) {
+  return ArgumentError("--" + std::string(name) + " needs a value.");
+}
+
+CLIError CLIError::unknownField(std::string_view name, std::string hint) {
+  return CLIError(
+      "Unknown field '" + std::string(name) + "'. Run '" + std::string(toolName) + " fields' for the list.",
+      std::move(hint));
+}
+
+CLIError CLIError::unreadableArtwork(std::string_view path, std::string hint) {
+  return CLIError("Could not read artwork at " + std::string(path) + " (expected a JPEG or PNG).",
+                  std::move(hint));
+}
+
+CLIError CLIError::noFiles() {
+  return CLIError("No files given.");
+}
+
 namespace {
 
 constexpr const char* variable = "QUILLMARK_OPTIONS";
@@ -69,7 +88,7 @@ Arguments::Arguments(Words words, const CommandOptions& command, std::span<const
       if (!expected && isNew) unknown.push_back(name);
       continue;
     }
-    if (++i == words.size()) throw CLIError("--" + std::string(name) + " needs a value.");
+    if (++i == words.size()) throw ArgumentError::missingValue(name);
     std::erase_if(options, [&](const auto& option) { return option.first == name; });
     options.emplace_back(name, words[i]);
   }
@@ -99,11 +118,7 @@ std::vector<QuillmarkKit::TagField> fieldsInOrder(std::string_view list) {
   for (const std::string_view piece : platform::Strings::split(list, ',')) {
     const std::string_view name = platform::Strings::trimmingBlanks(piece);
     const auto field = QuillmarkKit::fieldFromCliName(name);
-    if (!field) {
-      throw CLIError("Unknown field '" + std::string(name) + "'. Run '" + std::string(toolName) +
-                         " fields' for the list.",
-                     fieldHint(name));
-    }
+    if (!field) throw CLIError::unknownField(name, fieldHint(name));
     if (std::ranges::count(fields, *field) == 0) fields.push_back(*field);
   }
   return fields;

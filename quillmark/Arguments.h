@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
-#include <exception>
 #include <optional>
 #include <set>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -121,18 +121,29 @@ inline OptionValue optionValue(QuillmarkKit::TagField field) {
 /// Returns the kind of value of the option with this name, or nothing if the command does not have it.
 std::optional<OptionValue> optionValue(const CommandOptions& command, std::string_view name);
 
+/// An option that takes a value but is the last word.
+class ArgumentError : public std::runtime_error {
+ public:
+  /// `name` is the option's name without its hyphens.
+  static ArgumentError missingValue(std::string_view name);
+
+ private:
+  using std::runtime_error::runtime_error;
+};
+
 /// A mistake in a command line.
-class CLIError : public std::exception {
+class CLIError : public std::runtime_error {
  public:
   /// `hint` is a sentence for a note that may help, or empty.
-  explicit CLIError(std::string description, std::string hint = {})
-      : description_(std::move(description)), hint_(std::move(hint)) {}
+  explicit CLIError(const std::string& description, std::string hint = {})
+      : std::runtime_error(description), hint_(std::move(hint)) {}
+  static CLIError unknownField(std::string_view name, std::string hint);
+  static CLIError unreadableArtwork(std::string_view path, std::string hint);
+  static CLIError noFiles();
 
-  const char* what() const noexcept override { return description_.c_str(); }
   const std::string& hint() const { return hint_; }
 
  private:
-  std::string description_;
   std::string hint_;
 };
 

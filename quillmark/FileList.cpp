@@ -28,7 +28,7 @@ bool NamedInput::isTooLong() const {
 FileList::FileList(const Arguments& arguments) {
   for (const std::string_view word : arguments.positional) files_.push_back({word, true});
   if (const auto list = arguments.value(options::files0From)) addNamesIn(*list);
-  if (files_.empty()) throw CLIError("No files given.");
+  if (files_.empty()) throw CLIError::noFiles();
   if (arguments.has(options::recursive)) replaceFoldersByTheirFiles();
 }
 

@@ -55,7 +55,7 @@ Artwork artworkFrom(std::string_view path) {
   } catch (const platform::FileError& error) {
     hint = error.what();
   }
-  throw CLIError("Could not read artwork at " + std::string(path) + " (expected a JPEG or PNG).", hint);
+  throw CLIError::unreadableArtwork(path, std::move(hint));
 }
 
 void setField(TagField field, std::string_view option, std::string_view value, TagSet& tags) {

@@ -46,7 +46,7 @@ std::string harmless(std::string_view text) {
 
 /// Returns the fields that paste and apply write: those of `--fields`, else with `--all` every field, else
 /// the album identity. Throws CLIError for the first name that no field has.
-TagFields selectedFields(const Arguments& arguments) {
+TagFields fieldMask(const Arguments& arguments) {
   if (const auto list = arguments.value(options::fields)) return fieldsNamed(*list);
   return arguments.has(options::all) ? TagFields::all : TagFields::albumIdentity;
 }
@@ -79,7 +79,7 @@ WriteRun preparePaste(const Arguments& arguments, Console&) {
                    " copy <file>' first.");
   }
   auto store = storeFor(arguments);
-  const TagFields selected = selectedFields(arguments);
+  const TagFields selected = fieldMask(arguments);
   for (const auto& [field, value] : QuillmarkKit::TagClipboard::unrepresentableValues(pasteboard)) {
     if (!selected.contains(field)) continue;
     throw CLIError("The clipboard cannot carry the " + std::string(cliName(field)) + " " + value +
@@ -110,7 +110,7 @@ WriteRun prepareApply(const Arguments& arguments, Console& console) {
     return {.files = std::move(files), .store = storeFor(arguments), .changes = {std::move(change)}};
   }
   auto store = storeFor(arguments);
-  const TagFields selected = selectedFields(arguments);
+  const TagFields selected = fieldMask(arguments);
   auto read = store->source(source, selected, console.wantsNotes());
   console.printNote(source, read.notes.misread);
   if (selected == TagFields::all && !read.notes.beyondFields.empty()) {

@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <array>
 #include <chrono>
-#include <cmath>
 
 #include "ID3TagEditor/model/ID3Tag.h"
 #include "platform/base/EnumerationTable.h"

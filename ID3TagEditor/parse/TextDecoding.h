@@ -3,7 +3,6 @@
 #include <cstdint>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "ID3TagEditor/model/FrameLayouts.h"
 #include "platform/base/Bytes.h"

@@ -10,9 +10,9 @@ namespace JSON = platform::JSON;
 using platform::Pasteboard;
 
 ClipboardError::ClipboardError(std::int64_t version)
-    : version_(version),
-      description_("These tags were copied by a newer version of Quillmark (format " +
-                   std::to_string(version) + ").") {
+    : std::runtime_error("These tags were copied by a newer version of Quillmark (format " +
+                         std::to_string(version) + ")."),
+      version_(version) {
 }
 
 EncodingError::EncodingError(TagField field)

@@ -1,10 +1,8 @@
 #pragma once
 
 #include <cstdint>
-#include <exception>
 #include <optional>
 #include <stdexcept>
-#include <string>
 #include <string_view>
 
 #include "QuillmarkKit/model/TagChange.h"
@@ -29,12 +27,11 @@ struct Payload {
 };
 
 /// An error about a document of a newer version than this program supports.
-class ClipboardError : public std::exception {
+class ClipboardError : public std::runtime_error {
  public:
   static ClipboardError unsupportedPayloadVersion(std::int64_t version) { return ClipboardError(version); }
 
   std::int64_t version() const { return version_; }
-  const char* what() const noexcept override { return description_.c_str(); }
 
   friend bool operator==(const ClipboardError& a, const ClipboardError& b) {
     return a.version_ == b.version_;
@@ -44,7 +41,6 @@ class ClipboardError : public std::exception {
   explicit ClipboardError(std::int64_t version);
 
   std::int64_t version_;
-  std::string description_;
 };
 
 /// An error about a text that cannot be copied because it is not UTF-8.

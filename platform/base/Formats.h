@@ -53,7 +53,7 @@ struct Signature {
   std::string_view bytes;
   std::string_view format;
   /// The purposes for which this signature counts, as bits.
-  unsigned int purposes = 0;
+  unsigned int purposes;
 };
 
 /// The purposes for which formats are recognised. Each has signatures of its own, because a wrong guess

@@ -2,11 +2,11 @@
 
 #include <concepts>
 #include <cstdint>
-#include <exception>
 #include <functional>
 #include <map>
 #include <optional>
 #include <span>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 #include <variant>
@@ -71,13 +71,9 @@ class Value {
 
 /// Thrown if a text is not JSON, or if a value is not what the reader of a document expects. The description
 /// contains the reason and the place.
-class DecodingError : public std::exception {
+class DecodingError : public std::runtime_error {
  public:
-  explicit DecodingError(std::string description) : description_(std::move(description)) {}
-  const char* what() const noexcept override { return description_.c_str(); }
-
- private:
-  std::string description_;
+  using std::runtime_error::runtime_error;
 };
 
 /// Determines what `parse` does if an object contains a name more than once: uses the last member of that

@@ -7,8 +7,6 @@
 #include <array>
 #include <cerrno>
 #include <charconv>
-#include <cmath>
-#include <cstdlib>
 #include <iterator>
 #include <memory>
 

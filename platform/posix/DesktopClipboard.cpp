@@ -10,7 +10,6 @@
 #include <csignal>
 #include <filesystem>
 #include <optional>
-#include <span>
 #include <system_error>
 
 #include "platform/FileHandle.h"

@@ -4,7 +4,6 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <initializer_list>
 
 namespace platform::Process {
 

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <initializer_list>
 
 #include "platform/FileError.h"
 #include "platform/FileHandle.h"

@@ -169,7 +169,7 @@ ID3Tag makeTag(const TagSet& from) {
   return builder.build();
 }
 
-EngineTag::EngineTag(const ID3TagEditor::ID3TagEditor& editor, MP3File& file)
+EngineTag::EngineTag(const ::ID3TagEditor::ID3TagEditor& editor, MP3File& file)
     : editor_(editor), file_(file), length_(editor.tagLength(file.handle())) {
   if (!length_) return;
   const auto tag = editor.read(file.tagBytes().slice(0, static_cast<std::size_t>(*length_)));
@@ -181,7 +181,7 @@ NewTag EngineTag::changedBy(const TagSet& wanted) const {
   if (wanted.isEmpty() && !carried.empty()) {
     return {.bytes = ID3Frames::tagData(carried, file_.path()), .audioStart = carried.audioStart()};
   }
-  ID3TagEditor::ID3Tag tag = makeTag(wanted);
+  ID3Tag tag = makeTag(wanted);
   platform::Bytes bytes = editor_.tagData(tag, carried.size());
   if (!carried.empty()) ID3Frames::appendTo(bytes, carried, file_.path());
   return {.bytes = std::move(bytes), .audioStart = length_.value_or(0)};

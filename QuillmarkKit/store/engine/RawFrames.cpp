@@ -1,7 +1,6 @@
 #include "QuillmarkKit/store/engine/RawFrames.h"
 
 #include <algorithm>
-#include <array>
 
 #include "ID3v2/FrameForm.h"
 #include "QuillmarkKit/model/TagField.h"

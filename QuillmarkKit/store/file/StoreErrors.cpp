@@ -1,11 +1,9 @@
 #include "QuillmarkKit/store/file/StoreErrors.h"
 
-#include <array>
 #include <string_view>
 #include <utility>
 
 #include "platform/FileError.h"
-#include "platform/base/EnumerationTable.h"
 #include "platform/base/Formats.h"
 
 namespace QuillmarkKit {
@@ -21,10 +19,10 @@ std::string failure(TagStoreError::Case value, const std::optional<std::string>&
 }  // namespace
 
 TagStoreError::TagStoreError(Case value, std::filesystem::path url, std::optional<std::string> detected)
-    : case_(value),
+    : std::runtime_error(platform::lastPathComponent(url) + failure(value, detected)),
+      case_(value),
       url_(std::move(url)),
-      detected_(std::move(detected)),
-      description_(platform::lastPathComponent(url_) + failure(case_, detected_)) {
+      detected_(std::move(detected)) {
 }
 
 TagStoreError TagStoreError::unsupportedFileType(const std::filesystem::path& url,
@@ -40,20 +38,18 @@ namespace {
 
 std::string_view failure(ID3TagEditor::ID3TagEditorError::Case value, std::uint64_t size) {
   using enum ID3TagEditor::ID3TagEditorError::Case;
-  struct Failure {
-    ID3TagEditor::ID3TagEditorError::Case value;
-    std::string_view text;
-  };
-  static constexpr std::array failures = std::to_array<Failure>({
-      {invalidFileFormat, " is not named .mp3, so its tag is neither read nor written."},
-      {tagTooBig, tagTooBigDescription},
-      {invalidTagData, ": nothing would be left in its tag."},
-      {corruptedFile, ": its ID3 tag says it is longer than the file."},
-  });
-  static_assert(
-      platform::hasARowForEachCase(failures, &Failure::value, ID3TagEditor::ID3TagEditorError::lastCase));
-  if (value == corruptedFile && size < platform::tagHeaderSize) return " is too short to be an MP3 file.";
-  return failures[value].text;
+  switch (value) {
+    case invalidFileFormat:
+      return " is not named .mp3, so its tag is neither read nor written.";
+    case tagTooBig:
+      return tagTooBigDescription;
+    case invalidTagData:
+      return ": nothing would be left in its tag.";
+    case corruptedFile:
+      break;
+  }
+  return size < platform::tagHeaderSize ? " is too short to be an MP3 file."
+                                        : ": its ID3 tag says it is longer than the file.";
 }
 
 }  // namespace
@@ -65,9 +61,11 @@ TagFileError::TagFileError(const ID3TagEditorError& error, const std::filesystem
 }
 
 ID3FrameError::ID3FrameError(Case value, std::filesystem::path url)
-    : case_(value), url_(std::move(url)), description_(platform::lastPathComponent(url_)) {
-  description_ +=
-      value == Case::tagTooBig ? tagTooBigDescription : ": the ID3 tag could not be read back after writing.";
+    : std::runtime_error(platform::lastPathComponent(url) +
+                         (value == Case::tagTooBig ? tagTooBigDescription
+                                                   : ": the ID3 tag could not be read back after writing.")),
+      case_(value),
+      url_(std::move(url)) {
 }
 
 LosslessError LosslessError::about(const std::filesystem::path& url, const std::string& failure) {

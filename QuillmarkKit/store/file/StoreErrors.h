@@ -1,9 +1,9 @@
 #pragma once
 
 #include <cstdint>
-#include <exception>
 #include <filesystem>
 #include <optional>
+#include <stdexcept>
 #include <string>
 
 #include "ID3TagEditor/model/ID3TagEditorError.h"
@@ -11,7 +11,7 @@
 namespace QuillmarkKit {
 
 /// An error about a file whose tags cannot be read or written.
-class TagStoreError : public std::exception {
+class TagStoreError : public std::runtime_error {
  public:
   enum class Case : std::uint8_t { unsupportedFileType, fileNotReadable };
 
@@ -25,7 +25,6 @@ class TagStoreError : public std::exception {
   Case value() const { return case_; }
   const std::filesystem::path& url() const { return url_; }
   const std::optional<std::string>& detected() const { return detected_; }
-  const char* what() const noexcept override { return description_.c_str(); }
 
   friend bool operator==(const TagStoreError& a, const TagStoreError& b) {
     return a.case_ == b.case_ && a.url_ == b.url_ && a.detected_ == b.detected_;
@@ -37,7 +36,6 @@ class TagStoreError : public std::exception {
   Case case_;
   std::filesystem::path url_;
   std::optional<std::string> detected_;
-  std::string description_;
 };
 
 /// An error of the engine about a file. The message is one line that names the file.
@@ -45,6 +43,7 @@ class TagFileError : public ID3TagEditor::ID3TagEditorError {
  public:
   /// `size` is the size of the file in bytes.
   TagFileError(const ID3TagEditorError& error, const std::filesystem::path& url, std::uint64_t size);
+
   const char* what() const noexcept override { return description_.c_str(); }
 
  private:
@@ -52,7 +51,7 @@ class TagFileError : public ID3TagEditor::ID3TagEditorError {
 };
 
 /// An error about a file whose raw frames cannot be rewritten.
-class ID3FrameError : public std::exception {
+class ID3FrameError : public std::runtime_error {
  public:
   enum class Case : std::uint8_t {
     /// The file should have a tag at this point, but contains none that can be parsed.
@@ -65,7 +64,6 @@ class ID3FrameError : public std::exception {
 
   Case value() const { return case_; }
   const std::filesystem::path& url() const { return url_; }
-  const char* what() const noexcept override { return description_.c_str(); }
 
   friend bool operator==(const ID3FrameError& a, const ID3FrameError& b) {
     return a.case_ == b.case_ && a.url_ == b.url_;
@@ -74,7 +72,6 @@ class ID3FrameError : public std::exception {
  private:
   Case case_;
   std::filesystem::path url_;
-  std::string description_;
 };
 
 /// The message, after the file's name, of all errors about a tag that is too big.
@@ -82,7 +79,7 @@ inline constexpr const char* tagTooBigDescription =
     ": its tag would be larger than 256 MiB, more than an ID3 tag can hold.";
 
 /// Thrown by --lossless and --whole-tag if something would be lost or cannot be read or written.
-class LosslessError : public std::exception {
+class LosslessError : public std::runtime_error {
  public:
   /// Returns the error about a file. `failure` is a clause without a full stop, such as "--lossless cannot
   /// keep the title".
@@ -104,12 +101,8 @@ class LosslessError : public std::exception {
   static LosslessError unexpected(const std::filesystem::path& url, const std::string& failure,
                                   std::string_view expected);
 
-  const char* what() const noexcept override { return description_.c_str(); }
-
  private:
-  explicit LosslessError(std::string description) : description_(std::move(description)) {}
-
-  std::string description_;
+  using std::runtime_error::runtime_error;
 };
 
 }  // namespace QuillmarkKit

@@ -2,7 +2,6 @@
 
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "ID3v2/Tag.h"
 #include "QuillmarkKit/model/TagSet.h"
