@@ -139,9 +139,9 @@ class FrameIndex {
   /// Returns the last frame with the key that the predicate accepts, or nullptr.
   template <class Predicate>
   const Frame* find(std::size_t key, Predicate isSame) const {
-    const auto [first, last] = std::ranges::equal_range(entries_, key, {}, &Entry::key);
-    for (auto at = last; at != first;) {
-      if (isSame(*(--at)->frame)) return at->frame;
+    auto at = std::ranges::upper_bound(entries_, key, {}, &Entry::key);
+    while (at != entries_.begin() && (--at)->key == key) {
+      if (isSame(*at->frame)) return at->frame;
     }
     return nullptr;
   }
