@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <functional>
 #include <optional>
+#include <set>
 #include <string_view>
 #include <unordered_map>
 #include <utility>
@@ -281,11 +282,10 @@ class Comparison {
   }
 
   /// Compares all text frames of an identifier at once, because several frames mean several values.
-  void compare(const Frame& frame, const ID3v2::Text& text) {
+  void compare(const Frame& frame, const ID3v2::Text&) {
     const std::string& identifier = frame.identifier;
-    const auto& texts = expectedTexts_[identifier];
-    if (isDateFrame(identifier) || texts.front() != &text) return;
-    std::string before = TagTexts::joined(texts);
+    if (isDateFrame(identifier) || !comparedTexts_.insert(identifier).second) return;
+    std::string before = TagTexts::joined(expectedTexts_[identifier]);
     std::string after = TagTexts::joined(foundTexts_[identifier]);
     if (haveSameValues(identifier, before, after) || TagTexts::isBlank(before)) return;
     differences.push_back(
@@ -365,6 +365,7 @@ class Comparison {
   FrameIndex foundIndex_;
   /// The position after the frame that was found last.
   std::size_t next_ = 0;
+  std::set<std::string_view> comparedTexts_;
 };
 
 }  // namespace
