@@ -1,7 +1,6 @@
 #include "QuillmarkKit/model/TagSetJSON.h"
 
 #include <algorithm>
-#include <array>
 #include <optional>
 #include <string>
 
@@ -13,23 +12,15 @@ namespace JSON = platform::JSON;
 
 namespace {
 
-constexpr std::array layouts{JSON::Layout::compact, JSON::Layout::pretty};
-
 /// Returns the result of `read`, or nothing if it throws `JSON::DecodingError`, the only error that is
 /// allowed.
 template <class Read>
-auto unlessMalformed(Read read) {
-  using Result = decltype(read());
+auto unlessMalformed(Read read) -> std::optional<decltype(read())> {
   try {
-    return std::optional<Result>(read());
+    return read();
   } catch (const JSON::DecodingError&) {
-    return std::optional<Result>();
+    return std::nullopt;
   }
-}
-
-/// Whether both change the same file in the same way.
-bool isSameChange(const FileChange& a, const FileChange& b) {
-  return a.file == b.file && a.tags == b.tags && a.selected == b.selected;
 }
 
 void requireSameChanges(std::string_view document) {
@@ -44,28 +35,29 @@ void requireSameChanges(std::string_view document) {
     files.emplace(change.file, std::move(fields));
   }
   const auto again = changesIn(JSON::print(files, JSON::Layout::pretty));
-  require(std::ranges::equal(again, *changes, isSameChange), "a printed document changes the same");
+  const auto isSame = [](const FileChange& a, const FileChange& b) {
+    return a.file == b.file && a.tags == b.tags && a.selected == b.selected;
+  };
+  require(std::ranges::equal(again, *changes, isSame), "a printed document changes the same");
 }
 
 }  // namespace
 
 void fuzzTarget(const platform::SharedBytes& input) {
-  const auto document = unlessMalformed([&] { return JSON::parse(platform::charactersOf(input)); });
+  const std::string text(platform::charactersOf(input));
+  const auto document = unlessMalformed([&] { return JSON::parse(text); });
   if (!document) return;
-  requireSameChanges(platform::charactersOf(input));
-  const std::string andMore = std::string(platform::charactersOf(input)) + "]";
-  require(!unlessMalformed([&] { return JSON::parse(andMore); }), "a document is all there is");
-  for (const JSON::Layout layout : layouts) {
+  requireSameChanges(text);
+  require(!unlessMalformed([&] { return JSON::parse(text + "]"); }), "a document is all there is");
+  const auto tags = unlessMalformed([&] { return decodeTagSet(*document, "tags"); });
+  for (const JSON::Layout layout : {JSON::Layout::compact, JSON::Layout::pretty}) {
     const std::string printed = JSON::print(*document, layout);
     require(JSON::print(JSON::parse(printed), layout) == printed, "a printed document is read as it was");
+    if (!tags) continue;
+    const JSON::Value again = JSON::parse(JSON::print(encodeTagSet(*tags), layout));
+    require(decodeTagSet(again, "tags") == *tags, "a printed tag set is read as it was");
   }
-
-  const auto tags = unlessMalformed([&] { return decodeTagSet(*document, "tags"); });
   if (!tags) return;
-  for (const JSON::Layout layout : layouts) {
-    const std::string printed = JSON::print(encodeTagSet(*tags), layout);
-    require(decodeTagSet(JSON::parse(printed), "tags") == *tags, "a printed tag set is read as it was");
-  }
   const TagSet normalized = tags->normalized();
   for (const TagField field : allTagFields) {
     const auto value = normalized.value(field);

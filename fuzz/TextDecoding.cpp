@@ -7,19 +7,10 @@ namespace Strings = platform::Strings;
 
 namespace {
 
-void checkTrimming(std::string_view text) {
-  for (const auto trim : {Strings::trimmingWhiteSpace, Strings::trimmingBlanks, Strings::trimmingNulls}) {
-    const std::string_view trimmed = trim(text);
-    require(text.find(trimmed) != std::string_view::npos, "trimming takes off the ends alone");
-    require(Strings::isValidUTF8(trimmed) && trim(trimmed) == trimmed, "trimming leaves nothing to trim");
-  }
-}
-
 void checkText(const std::string& text) {
   require(Strings::isValidUTF8(text), "decoded text is UTF-8");
   require(Strings::fromUTF8Lossily(text) == text, "valid text needs no repair");
-  const platform::Bytes utf16 = Strings::toUTF16WithMark(text).value();
-  require(Strings::fromUTF16(utf16) == text, "UTF-16 is read as it was");
+  require(Strings::fromUTF16(Strings::toUTF16WithMark(text).value()) == text, "UTF-16 is read as it was");
   if (const auto latin1 = Strings::toLatin1(text)) {
     require(Strings::fromLatin1(*latin1) == text, "Latin-1 is read as it was");
     require(latin1->size() == Strings::characterCount(text), "a byte stands for each character");
@@ -27,18 +18,21 @@ void checkText(const std::string& text) {
   for (const std::string_view piece : Strings::split(text, '-')) {
     require(!piece.empty() && piece.find('-') == std::string_view::npos, "pieces hold no separator");
   }
-  checkTrimming(text);
+  for (const auto trim : {Strings::trimmingWhiteSpace, Strings::trimmingBlanks, Strings::trimmingNulls}) {
+    const std::string_view trimmed = trim(text);
+    require(text.find(trimmed) != std::string::npos, "trimming takes off the ends alone");
+    require(Strings::isValidUTF8(trimmed) && trim(trimmed) == trimmed, "trimming leaves nothing to trim");
+  }
 }
 
 }  // namespace
 
 void fuzzTarget(const platform::SharedBytes& input) {
+  const std::string_view bytes = platform::charactersOf(input);
   checkText(Strings::fromLatin1(input));
-  checkText(Strings::fromUTF8Lossily(platform::charactersOf(input)));
-  const auto utf8 = Strings::fromUTF8(input);
-  const bool isText = Strings::isValidUTF8(platform::charactersOf(input));
-  require(utf8.has_value() == isText, "all of UTF-8 is read");
-  require(Strings::toUTF16WithMark(platform::charactersOf(input)).has_value() == isText,
-          "and nothing else written");
+  checkText(Strings::fromUTF8Lossily(bytes));
+  const bool isText = Strings::isValidUTF8(bytes);
+  require(Strings::fromUTF8(input).has_value() == isText, "all of UTF-8 is read");
+  require(Strings::toUTF16WithMark(bytes).has_value() == isText, "and nothing else written");
   if (const auto utf16 = Strings::fromUTF16(input)) checkText(*utf16);
 }

@@ -51,23 +51,16 @@ inline std::string contentsOf(const std::filesystem::path& file) {
 /// The properties of a file that stay the same unless it is written to, replaced or given other attributes.
 struct FileState {
   explicit FileState(const std::filesystem::path& file) {
-    struct stat attributes {};
-    if (::stat(file.c_str(), &attributes) == -1) return;
-    inode = attributes.st_ino;
-    changedSeconds = attributes.st_ctim.tv_sec;
-    changedNanoseconds = attributes.st_ctim.tv_nsec;
-    modified = attributes.st_mtim;
-    if (S_ISREG(attributes.st_mode)) contents = contentsOf(file);
+    if (::stat(file.c_str(), &attributes) == 0 && S_ISREG(attributes.st_mode)) contents = contentsOf(file);
   }
   bool operator==(const FileState& other) const {
-    return inode == other.inode && changedSeconds == other.changedSeconds &&
-           changedNanoseconds == other.changedNanoseconds && contents == other.contents;
+    return inode() == other.inode() && contents == other.contents &&
+           attributes.st_ctim.tv_sec == other.attributes.st_ctim.tv_sec &&
+           attributes.st_ctim.tv_nsec == other.attributes.st_ctim.tv_nsec;
   }
+  ino_t inode() const { return attributes.st_ino; }
 
-  ino_t inode = 0;
-  time_t changedSeconds = 0;
-  long changedNanoseconds = 0;
-  timespec modified{};
+  struct stat attributes {};
   std::string contents;
 };
 

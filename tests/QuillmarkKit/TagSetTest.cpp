@@ -24,7 +24,7 @@ TEST(TagFieldTest, NamesMayHaveExtraHyphens) {
   }
 }
 
-TEST(TagSetTest, MergingCopiesOnlyTheSelectedFields) {
+TEST(TagSetTest, ContainsAValueForEachField) {
   const TagSet full = everyField();
   for (const TagField field : allTagFields) {
     const TagSet alone = TagSet().merging(full, {field});
@@ -34,37 +34,6 @@ TEST(TagSetTest, MergingCopiesOnlyTheSelectedFields) {
     EXPECT_EQ(cleared.value(field), std::nullopt);
     EXPECT_EQ(cleared.merging(full, {field}), full);
   }
-}
-
-TEST(TagSetTest, NormalisingTrimsEveryText) {
-  const std::string inside = "\u200B \0\uFEFF"s;
-  const std::vector<std::pair<std::string, std::optional<std::string>>> rows{
-      {"  Kyrie\n", "Kyrie"}, {"   ", {}},
-      {"\0\0"s, {}},          {"Gloria\0\0"s, "Gloria"},
-      {"Note \0"s, "Note "},  {"\0 Note"s, " Note"},
-      {inside, inside},       {"\r\n\t\v\f\u00A0\u2003\u3000Credo\u0085\u2028", "Credo"}};
-  for (const auto& [text, normal] : rows) {
-    SCOPED_TRACE(testing::PrintToString(text));
-    TagSet tags = everyField();
-    TagSet expected = tags;
-    for (const TagField field : allTagFields) {
-      const TextMember member = stringKeyPath(field);
-      if (member == nullptr) continue;
-      tags.*member = text;
-      expected.*member = normal;
-    }
-    EXPECT_EQ(tags.normalized(), expected);
-  }
-}
-
-TEST(ArtworkTest, IsRecognisedByItsSignature) {
-  EXPECT_EQ(Artwork::detecting(bytesFrom("\xFF\xD8\xFF")).value().format, Artwork::Format::jpeg);
-  for (const auto bytes : {"\x89PNG\r\n\x1A", "\xFF\xD8", " \xFF\xD8\xFF", "GIF89a", ""}) {
-    EXPECT_EQ(Artwork::detecting(bytesFrom(bytes)), std::nullopt) << bytes;
-  }
-}
-
-TEST(TagSetJSONTest, HasAMemberForEachValue) {
   const std::string document =
       R"({"album":"the album","albumArtist":"the album-artist","artist":"the artist",)"
       R"("artwork":{"data":"\/9j\/4GNvdmVy","format":"jpeg"},"bpm":1972,"comment":"the comment",)"
@@ -73,8 +42,38 @@ TEST(TagSetJSONTest, HasAMemberForEachValue) {
       R"("genre":"the genre","grouping":"the grouping","initialKey":"the initial-key",)"
       R"("lyricist":"the lyricist","lyrics":"the lyrics","publisher":"the publisher",)"
       R"("subtitle":"the subtitle","title":"the title","trackNumber":1973,"trackTotal":1974,"year":1971})";
-  EXPECT_EQ(JSON::print(encodeTagSet(everyField()), JSON::Layout::compact), document);
-  EXPECT_EQ(decodeTagSet(JSON::parse(document), "tags"), everyField());
+  EXPECT_EQ(JSON::print(encodeTagSet(full), JSON::Layout::compact), document);
+  EXPECT_EQ(decodeTagSet(JSON::parse(document), "tags"), full);
+}
+
+TEST(TagSetTest, NormalisingTrimsEveryText) {
+  const std::string inside = "\u200B \0\uFEFF"s;
+  for (const auto& [text, normal] : std::vector<std::pair<std::string, std::optional<std::string>>>{
+           {"  Kyrie\n", "Kyrie"},
+           {"   ", {}},
+           {"\0\0"s, {}},
+           {"Gloria\0\0"s, "Gloria"},
+           {"Note \0"s, "Note "},
+           {"\0 Note"s, " Note"},
+           {inside, inside},
+           {"\r\n\t\v\f\u00A0\u2003\u3000Credo\u0085\u2028", "Credo"}}) {
+    TagSet tags = everyField();
+    TagSet expected = tags;
+    for (const TagField field : allTagFields) {
+      const TextMember member = stringKeyPath(field);
+      if (member == nullptr) continue;
+      tags.*member = text;
+      expected.*member = normal;
+    }
+    EXPECT_EQ(tags.normalized(), expected) << testing::PrintToString(text);
+  }
+}
+
+TEST(ArtworkTest, IsRecognisedByItsSignature) {
+  EXPECT_EQ(Artwork::detecting(bytesFrom("\xFF\xD8\xFF")).value().format, Artwork::Format::jpeg);
+  for (const auto bytes : {"\x89PNG\r\n\x1A", "\xFF\xD8", " \xFF\xD8\xFF", "GIF89a", ""}) {
+    EXPECT_EQ(Artwork::detecting(bytesFrom(bytes)), std::nullopt) << bytes;
+  }
 }
 
 }  // namespace tests

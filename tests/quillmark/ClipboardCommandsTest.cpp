@@ -1,13 +1,10 @@
 #include <fcntl.h>
-#include <gtest/gtest.h>
 #include <sys/file.h>
-#include <sys/stat.h>
 
+#include <array>
 #include <csignal>
 #include <functional>
 
-#include "platform/Pasteboard.h"
-#include "tests/Files.h"
 #include "tests/Program.h"
 #include "tests/Samples.h"
 
@@ -15,190 +12,178 @@ namespace tests {
 
 namespace {
 
-const std::string nothingThere =
-    "quillmark: No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first.\n";
+namespace filesystem = std::filesystem;
+using filesystem::perms;
 
-class ClipboardCommandsTest : public testing::Test {
+const std::string nothingThere = "No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first.";
+const std::string tags = "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n";
+
+class ClipboardCommandsTest : public ProgramTest {
  protected:
-  const TemporaryFolder folder;
-  const std::filesystem::path source =
-      folder.file("01.mp3", track(text("TIT2", "Kyrie") + text("TALB", "Mass") + text("TYER", "1977"), 64));
-  const std::filesystem::path target = folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
-  const std::filesystem::path state = folder.path() / ".local/state/quillmark";
+  const filesystem::path state = folder.path() / ".local/state/quillmark";
+  const filesystem::path store = state / "pasteboard";
 
-  Finished run(const std::vector<std::string>& words) const { return quillmark(words, folder.path()); }
-  void putDocument(std::string_view document) const {
-    platform::Pasteboard pasteboard(folder.path());
-    pasteboard.declareTypes({"org.quillmark.tagset"});
-    ASSERT_TRUE(pasteboard.setString(document, "org.quillmark.tagset"));
+  ClipboardCommandsTest() {
+    folder.file("01.mp3", track(text("TIT2", "Kyrie") + text("TALB", "Mass") + text("TYER", "1977"), 64));
+    folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
   }
+  void put(std::string_view bytes) const { folder.file(".local/state/quillmark/pasteboard", bytes); }
 };
 
 }  // namespace
 
 TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
-  using std::filesystem::perms;
-  EXPECT_EQ(run({"copy", "01.mp3", "ignored.mp3"}).output,
-            "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n");
-  for (const auto& place : {state, state.parent_path(), state.parent_path().parent_path()})
-    EXPECT_EQ(std::filesystem::status(place).permissions(), perms::owner_all);
-  EXPECT_EQ(std::filesystem::status(state / "pasteboard").permissions(), perms{0600});
-
-  EXPECT_EQ(run({"paste", "--fields", "year", "02.mp3"}).status, 0);
-  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Year   1977\n");
-  EXPECT_EQ(run({"paste", "02.mp3"}).status, 0);
-  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Album  Mass\n  Year   1977\n");
-
   folder.file("empty.mp3", audio());
-  EXPECT_EQ(run({"copy", "empty.mp3"}).output, "Copied tags from empty.mp3.\n  No tags\n");
-  EXPECT_EQ(run({"paste", "--fields", "album", "02.mp3"}).status, 0);
-  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Year   1977\n");
-}
-
-TEST_F(ClipboardCommandsTest, ReportTheFirstErrorInAFixedOrder) {
-  EXPECT_EQ(run({"copy"}).error, "quillmark: No files given.\n");
-  EXPECT_EQ(run({"paste", "--fields", "mood"}).error, "quillmark: No files given.\n");
-  EXPECT_EQ(run({"paste", "--fields", "mood", "02.mp3"}).error, nothingThere);
-  putDocument(R"({"version":1,"tags":{}})");
-  EXPECT_EQ(run({"paste", "--fields", "mood", "02.mp3"}).error,
-            "quillmark: Unknown field 'mood'. Run 'quillmark fields' for the list.\n");
+  const std::string updated = "updated   02.mp3\n\nchanged 1, unchanged 0, failed 0\n";
+  check({{"copy", "", "No files given."},
+         {"paste --fields mood", "", "No files given."},
+         {"paste --fields mood 02.mp3", "", nothingThere},
+         {"copy 01.mp3 ignored.mp3", tags},
+         {"paste --fields mood 02.mp3", "", "Unknown field 'mood'. Run 'quillmark fields' for the list."},
+         {"paste --fields year 02.mp3", updated},
+         {"read 02.mp3", "  Title  Gloria\n  Year   1977\n"},
+         {"paste 02.mp3", updated},
+         {"read 02.mp3", "  Title  Gloria\n  Album  Mass\n  Year   1977\n"},
+         {"copy empty.mp3", "Copied tags from empty.mp3.\n  No tags\n"},
+         {"paste --fields album 02.mp3", updated},
+         {"read 02.mp3", "  Title  Gloria\n  Year   1977\n"}});
+  for (const auto& place : {state, state.parent_path(), state.parent_path().parent_path()})
+    EXPECT_EQ(filesystem::status(place).permissions(), perms::owner_all);
+  EXPECT_EQ(filesystem::status(store).permissions(), perms{0600});
 }
 
 TEST_F(ClipboardCommandsTest, ReadDocumentsOfOtherPrograms) {
-  const std::string unreadable = "quillmark: The tags on the clipboard cannot be read: ";
-  for (const auto& [document, error] : std::vector<std::pair<std::string, std::string>>{
+  check({{"copy 01.mp3", tags}});
+  const std::string unreadable = "The tags on the clipboard cannot be read: ";
+  for (const auto& [document, message] : std::vector<std::pair<std::string, std::string>>{
            {R"({"version":1,"tags":{"year":1977.0,"mood":[{}]},"extra":[-1e999]})", ""},
            {R"({"tags":{"year":3,"year":1.977e3,"title":null},"version":-1})", ""},
            {R"({"version":2,"tags":{}})",
-            "quillmark: These tags were copied by a newer version of Quillmark (format 2).\n"},
+            "These tags were copied by a newer version of Quillmark (format 2)."},
            {R"({"version":99999999999999999999,"tags":{}})",
             unreadable +
-                "\"version\" should be a whole number of at most 64 bits but is 99999999999999999999.\n"},
-           {R"({"version":1,"tags":{"year":1e999}})",
-            unreadable + "\"tags.year\" should be a whole number of at most 64 bits but is 1e999.\n"},
-           {R"({"version":1)", unreadable + "not valid JSON: it ends too early.\n"},
-           {R"({"tags":{}})", unreadable + "\"document\" has no member \"version\".\n"},
-           {R"({"version":1,"tags":null})", unreadable + "\"tags\" should be an object but is null.\n"},
+                "\"version\" should be a whole number of at most 64 bits but is 99999999999999999999."},
+           {R"({"version":1)", unreadable + "not valid JSON: it ends too early."},
+           {R"({"tags":{}})", unreadable + "\"document\" has no member \"version\"."},
+           {R"({"version":1,"tags":null})", unreadable + "\"tags\" should be an object but is null."},
            {R"({"version":1,"tags":{"year":"1977"}})",
-            unreadable + "\"tags.year\" should be a number but is a text.\n"},
+            unreadable + "\"tags.year\" should be a number but is a text."},
            {R"({"version":1,"tags":{"artwork":{"data":"/9j/4A","format":"jpeg"}}})",
-            unreadable + "\"tags.artwork.data\" is not base64.\n"},
+            unreadable + "\"tags.artwork.data\" is not base64."},
            {R"({"version":1,"tags":{"artwork":{"data":"/9j/","format":"JPEG"}}})",
-            unreadable + "\"tags.artwork.format\" is neither \"jpeg\" nor \"png\".\n"},
+            unreadable + "\"tags.artwork.format\" is neither \"jpeg\" nor \"png\"."},
            {R"({"version":1 "tags":{}})",
-            unreadable + "not valid JSON: a comma or a closing brace was expected at line 1, column 19.\n"},
-           {"{}{", unreadable + "not valid JSON: the end was expected at line 1, column 3.\n"},
-           {std::string(100000, '['), unreadable + "values nested more than 512 deep.\n"},
+            unreadable + "not valid JSON: a comma or a closing brace was expected at line 1, column 19."},
+           {std::string(100000, '['), unreadable + "values nested more than 512 deep."},
        }) {
     SCOPED_TRACE(document.substr(0, 80));
     folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
-    putDocument(document);
-    const Finished pasted = run({"paste", "--fields", "year", "02.mp3"});
-    EXPECT_EQ(pasted.error, error);
-    EXPECT_EQ(pasted.status, error.empty() ? 0 : 1);
-    EXPECT_EQ(run({"read", "02.mp3"}).output,
-              error.empty() ? "  Title  Gloria\n  Year   1977\n" : "  Title  Gloria\n");
+    put("quillmark pasteboard 1\norg.quillmark.tagset\n" + std::to_string(document.size()) + "\n" + document);
+    const std::string updated = "updated   02.mp3\n\nchanged 1, unchanged 0, failed 0\n";
+    check({{"paste --fields year 02.mp3", message.empty() ? updated : "", message},
+           {"read 02.mp3", message.empty() ? "  Title  Gloria\n  Year   1977\n" : "  Title  Gloria\n"}});
   }
 }
 
 TEST_F(ClipboardCommandsTest, DistinguishADamagedStoreFromAnEmptyOne) {
-  ASSERT_EQ(run({"copy", "01.mp3"}).status, 0);
-  const std::string stored = contentsOf(state / "pasteboard");
-  const std::string document = stored.substr(stored.find('{'));
+  check({{"copy 01.mp3", tags}});
+  const std::string stored = contentsOf(store);
   const std::string signature = "quillmark pasteboard 1\n";
-  const std::string damaged = "quillmark: The clipboard could not be read: it is damaged, copy again.\n";
   const std::string head = signature + "org.quillmark.tagset\n";
+  const CommandLine damaged{"paste 02.mp3", "",
+                            "The clipboard could not be read: it is damaged, copy again."};
   for (const std::string& bytes : {stored.substr(0, stored.size() / 2), stored.substr(1), stored + "more",
-                                   head + "-1\n" + document, head + "99999999\n" + document}) {
-    folder.file(".local/state/quillmark/pasteboard", bytes);
-    EXPECT_EQ(run({"paste", "02.mp3"}).error, damaged) << bytes;
+                                   head + "-1\n{}", head + "99999999\n{}"}) {
+    put(bytes);
+    check({damaged});
   }
   // Longer than the limit, so refused before it is read. The file is sparse and takes no room on the disk.
-  folder.file(".local/state/quillmark/pasteboard", head + "2147483649\n");
-  std::filesystem::resize_file(state / "pasteboard", head.size() + 11 + 2147483649);
-  EXPECT_EQ(run({"paste", "02.mp3"}).error, damaged);
+  put(head + "2147483649\n");
+  filesystem::resize_file(store, head.size() + 11 + 2147483649);
+  check({damaged});
   for (const std::string& bytes : {std::string(), signature}) {
-    folder.file(".local/state/quillmark/pasteboard", bytes);
-    EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
+    put(bytes);
+    check({{"paste 02.mp3", "", nothingThere}});
   }
-  ASSERT_EQ(run({"copy", "01.mp3"}).status, 0);
-  platform::Pasteboard(folder.path()).clearContents();
-  EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
 }
 
 TEST_F(ClipboardCommandsTest, RefuseContentThatAnotherUserCouldHaveStored) {
-  using std::filesystem::perms;
-  namespace filesystem = std::filesystem;
-  const auto opened = [](const filesystem::path& place) {
-    return [place] { filesystem::permissions(place, perms::all); };
-  };
+  const auto opened = [](const filesystem::path& place) { filesystem::permissions(place, perms::all); };
   const auto given = [](const filesystem::path& place) {
-    return [place] { ASSERT_EQ(::lchown(place.c_str(), 65534, 65534), 0); };
+    ASSERT_EQ(::lchown(place.c_str(), 65534, 65534), 0);
   };
   const auto linked = [&](const filesystem::path& place) {
-    return [&, place] {
-      filesystem::rename(place, folder.path() / "elsewhere");
-      filesystem::create_symlink(folder.path() / "elsewhere", place);
-    };
+    filesystem::rename(place, folder.path() / "elsewhere");
+    filesystem::create_symlink(folder.path() / "elsewhere", place);
   };
-  const auto store = state / "pasteboard";
-  const std::string foreignHome = "the home folder is not the user's alone";
-  const std::string foreignParent = "a folder above it is not the user's alone";
+  const auto folderInPlace = [](const filesystem::path& place) {
+    filesystem::remove(place);
+    filesystem::create_directory(place);
+  };
+  const auto pipeInPlace = [](const filesystem::path& place) {
+    filesystem::remove(place);
+    ASSERT_EQ(::mkfifo(place.c_str(), 0600), 0);
+  };
+  const std::string used = "cannot be used: ";
+  const std::string home = used + "the home folder is not the user's alone";
+  const std::string parent = used + "a folder above it is not the user's alone";
+  const std::string otherUser = used + "it belongs to another user";
+  const std::string link = used + "a link is in its place";
+  const std::string noFile = used + "it is no file of the user's own";
+  const std::string noFolder = used + "Not a directory";
   struct Row {
-    std::function<void()> change;
-    std::string reasonForPaste;
+    std::function<void(const filesystem::path&)> change;
+    filesystem::path place;
+    std::string pasteFailure;
     /// Empty if copying repairs the clipboard.
-    std::string reasonForCopy;
-    bool needsRoot = false;
+    std::string copyFailure;
   };
-  for (const Row& row : std::vector<Row>{
-           {opened(folder.path()), foreignHome, foreignHome},
-           {opened(state.parent_path()), foreignParent, foreignParent},
-           {opened(state), "others can use it", ""},
-           {linked(state), "Not a directory", "Not a directory"},
-           {linked(store), "a link is in its place", ""},
-           {linked(state / "lock"), "", "a link is in its place"},
-           {[&] { filesystem::remove(store), filesystem::create_directory(store); },
-            "it is no file of the user's own", "Is a directory"},
-           {[&] { filesystem::remove(store), ::mkfifo(store.c_str(), 0600); },
-            "it is no file of the user's own", ""},
-           {given(folder.path()), foreignHome, foreignHome, true},
-           {given(state.parent_path()), foreignParent, foreignParent, true},
-           {given(state), "it belongs to another user", "it belongs to another user", true},
-           {given(store), "it is no file of the user's own", "", true},
-           {given(state / "lock"), "", "it is no file of the user's own", true},
-       }) {
-    if (row.needsRoot && ::geteuid() != 0) continue;
-    SCOPED_TRACE(row.reasonForPaste + " / " + row.reasonForCopy);
+  std::vector<Row> rows{
+      {opened, folder.path(), home, home},
+      {opened, state.parent_path(), parent, parent},
+      {opened, state, used + "others can use it", ""},
+      {linked, state, noFolder, noFolder},
+      {linked, store, link, ""},
+      {linked, state / "lock", "", link},
+      {folderInPlace, store, noFile, "could not be written: Is a directory"},
+      {pipeInPlace, store, noFile, ""},
+      {given, folder.path(), home, home},
+      {given, state.parent_path(), parent, parent},
+      {given, state, otherUser, otherUser},
+      {given, store, noFile, ""},
+      {given, state / "lock", "", noFile},
+  };
+  // Only root can make files of other users.
+  if (::geteuid() != 0) rows.resize(8);
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.place.native() + " " + row.pasteFailure + " / " + row.copyFailure);
     filesystem::remove_all(folder.path() / ".local");
     filesystem::remove_all(folder.path() / "elsewhere");
-    ASSERT_EQ(run({"copy", "01.mp3"}).error, "");
-    row.change();
-    const auto line = [](const std::string& reason, const std::string& more) {
-      const std::string failure = reason == "Is a directory" ? "could not be written: " : "cannot be used: ";
-      return reason.empty() ? "" : "quillmark: The clipboard " + failure + reason + "." + more + "\n";
+    check({{"copy 01.mp3", tags}});
+    row.change(row.place);
+    const std::string pasted = "would     02.mp3\n\nwould change 1, unchanged 0, failed 0\n";
+    const auto line = [](const std::string& failure, const std::string& end) {
+      return failure.empty() ? "" : "The clipboard " + failure + end;
     };
-    EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).error, line(row.reasonForPaste, ""));
-    const Finished copied = run({"copy", "02.mp3"});
-    EXPECT_EQ(copied.error, line(row.reasonForCopy, " What was copied before is still there."));
-    EXPECT_EQ(copied.status, row.reasonForCopy.empty() ? 0 : 1);
-    EXPECT_EQ(copied.output, row.reasonForCopy.empty() ? "Copied tags from 02.mp3.\n  Title: Gloria\n" : "");
-    if (row.reasonForCopy.empty()) {
-      EXPECT_EQ(filesystem::status(state).permissions(), perms::owner_all);
-      EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).error, "");
-    }
+    const bool isRepaired = row.copyFailure.empty();
+    check({{"paste --dry-run 02.mp3", row.pasteFailure.empty() ? pasted : "", line(row.pasteFailure, ".")},
+           {"copy 01.mp3", isRepaired ? tags : "",
+            line(row.copyFailure, ". What was copied before is still there.")}});
+    if (isRepaired) check({{"paste --dry-run 02.mp3", pasted}});
+    EXPECT_TRUE(!isRepaired || filesystem::status(state).permissions() == perms::owner_all);
     ASSERT_EQ(::chown(folder.path().c_str(), ::geteuid(), ::getegid()), 0);
     filesystem::permissions(folder.path(), perms::owner_all);
   }
 }
 
 TEST_F(ClipboardCommandsTest, WaitForAnotherWriterFirst) {
-  ASSERT_EQ(run({"copy", "01.mp3"}).error, "");
+  check({{"copy 01.mp3", tags}});
   const int lock = ::open((state / "lock").c_str(), O_RDONLY | O_CLOEXEC);
   ASSERT_EQ(::flock(lock, LOCK_EX), 0);
-  EXPECT_EQ(run({"copy", "02.mp3"}).error,
-            "quillmark: The clipboard could not be written: another program holds it locked. What was copied "
-            "before is still there.\n");
+  check({{"copy 02.mp3", "",
+          "The clipboard could not be written: another program holds it locked. What was copied before is "
+          "still "
+          "there."}});
   ::close(lock);
 }
 
@@ -217,55 +202,41 @@ echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd)" >>"
   const std::string wlCopy = "wl-copy --type text/plain 0000000 0 /\n";
   const std::string xclip = "xclip -selection clipboard -in 0000000 0 /\n";
   const std::string xsel = "xsel --clipboard --input 0000000 0 /\n";
-  const std::map<std::string, std::string> none{{"DISPLAY", ""}};
-  const std::map<std::string, std::string> x{{"DISPLAY", ":7"}};
-  const std::map<std::string, std::string> wayland{{"WAYLAND_DISPLAY", "w"}};
-  const std::map<std::string, std::string> both{*x.begin(), *wayland.begin()};
   const std::map<std::string, std::string> all{{"wl-copy", takes}, {"xclip", takes}, {"xsel", takes}};
-
-  const std::string summary = "Title: " + std::string(200'000, 'k');
-  folder.file("01.mp3", track(text("TIT2", std::string(200'000, 'k')), 64));
-  struct Row {
-    std::map<std::string, std::string> environment, programs;
-    std::string log;
-    bool isTaken;
-    std::vector<std::string> words = {"copy", "01.mp3"};
-  };
-  const auto offer = [&](Row row) {
-    SCOPED_TRACE(row.log);
+  const std::string longTitle(200'000, 'k');
+  folder.file("01.mp3", track(text("TIT2", longTitle), 64));
+  const auto offer = [&](const char* wayland, const char* display,
+                         const std::map<std::string, std::string>& programs, const std::string& log,
+                         bool isTaken, const char* line = "copy 01.mp3") {
+    SCOPED_TRACE(log);
     const TemporaryFolder bin;
-    for (const auto& [name, contents] : row.programs)
-      std::filesystem::permissions(bin.file(name, contents), std::filesystem::perms::owner_all);
-    for (const char* name : {"log", "taken"}) std::filesystem::remove(folder.path() / name);
-    row.environment["PATH"] = bin.path();
+    for (const auto& [name, contents] : programs)
+      filesystem::permissions(bin.file(name, contents), perms::owner_all);
+    for (const char* name : {"log", "taken"}) filesystem::remove(folder.path() / name);
     // Another program may wait for this pipe to close to detect the end of the process.
     std::array<int, 2> held{};
     ASSERT_EQ(::pipe2(held.data(), O_NONBLOCK), 0);
-    const Finished run = quillmark(row.words, folder.path(), row.environment);
+    const Finished done =
+        run(line, {{"PATH", bin.path()}, {"WAYLAND_DISPLAY", wayland}, {"DISPLAY", display}});
     ::close(held[1]);
     char byte = 0;
     EXPECT_EQ(::read(held[0], &byte, 1), 0);
     ::close(held[0]);
-    EXPECT_EQ(contentsOf(folder.path() / "log"), row.log);
-    EXPECT_EQ(contentsOf(folder.path() / "taken") == summary, row.isTaken);
-    EXPECT_EQ((run.output + run.error).find("noise"), std::string::npos);
+    EXPECT_EQ(contentsOf(folder.path() / "log"), log);
+    EXPECT_EQ(contentsOf(folder.path() / "taken"), isTaken ? "Title: " + longTitle : "");
+    EXPECT_EQ((done.output + done.error).find("noise"), std::string::npos);
   };
-  for (const Row& row : std::vector<Row>{
-           {none, all, "", false},
-           {both, all, wlCopy, true},
-           {both, all, "", false, {"copy", "--no-desktop", "01.mp3"}},
-           {wayland, {{"wl-copy", fails}, {"xclip", takes}}, wlCopy, false},
-           {both, {{"wl-copy", fails}, {"xclip", takes}, {"xsel", takes}}, wlCopy + xclip, true},
-           {x, {{"wl-copy", takes}, {"xclip", hangs}, {"xsel", takes}}, xclip + xsel, true},
-           {both, {}, "", false},
-       }) {
-    offer(row);
-  }
-  const pid_t hung = std::stoi(contentsOf(folder.path() / "hung"));
-  EXPECT_EQ(::kill(hung, 0), -1) << "what takes no text is ended";
-  std::filesystem::remove_all(state);
+  offer("", "", all, "", false);
+  offer("w", ":7", all, wlCopy, true);
+  offer("w", ":7", all, "", false, "copy --no-desktop 01.mp3");
+  offer("w", "", {{"wl-copy", fails}, {"xclip", takes}}, wlCopy, false);
+  offer("w", ":7", {{"wl-copy", fails}, {"xclip", takes}, {"xsel", takes}}, wlCopy + xclip, true);
+  offer("", ":7", {{"wl-copy", takes}, {"xclip", hangs}, {"xsel", takes}}, xclip + xsel, true);
+  offer("w", ":7", {}, "", false);
+  EXPECT_EQ(::kill(std::stoi(contentsOf(folder.path() / "hung")), 0), -1) << "what takes no text is ended";
+  filesystem::remove_all(state);
   folder.file(".local/state/quillmark", "no folder");
-  offer({both, {{"wl-copy", takes}}, "", false});
+  offer("w", ":7", all, "", false);
 }
 
 }  // namespace tests

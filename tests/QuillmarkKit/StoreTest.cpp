@@ -1,0 +1,233 @@
+#include <gtest/gtest.h>
+
+#include <type_traits>
+
+#include "QuillmarkKit/store/MP3TagStore.h"
+#include "QuillmarkKit/store/engine/RawFrames.h"
+#include "QuillmarkKit/transfer/TagApplier.h"
+#include "QuillmarkKit/transfer/TagClipboard.h"
+#include "tests/Files.h"
+#include "tests/Samples.h"
+
+namespace tests {
+
+using namespace QuillmarkKit;
+
+namespace {
+
+const ID3TagEditorStore store(true);
+const std::string jpeg = "\xFF\xD8\xFF\xE0";
+
+std::string picture(char type, std::string_view data) {
+  return frame("APIC", "\0image/jpeg\0"s + type + '\0' + std::string(data));
+}
+/// Returns a text frame as the store writes it.
+std::string wide(std::string_view id, std::string_view content) {
+  return frame(id, "\1" + utf16(content) + "\0\0"s);
+}
+std::string localized(std::string_view id, std::string_view content) {
+  return frame(id, "\1eng" + utf16("") + "\0\0"s + utf16(content));
+}
+TagSet titled(const char* title) {
+  TagSet tags;
+  tags.title = title;
+  return tags;
+}
+
+constexpr char fileIcon = 1;
+constexpr char frontCover = 3;
+constexpr char backCover = 4;
+
+}  // namespace
+
+static_assert(std::is_constructible_v<TagApplier, const ID3TagEditorStore&>);
+static_assert(!std::is_constructible_v<TagApplier, ID3TagEditorStore>);
+
+TEST(StoreTest, ReadsOneValueForAField) {
+  struct Row {
+    TagBytes tag;
+    TagField field;
+    std::optional<std::string> value;
+  };
+  using enum TagField;
+  const auto v3 = [](std::string_view frames, std::uint8_t flags = 0) {
+    return TagBytes(3, flags).raw(frames);
+  };
+  for (const Row& row : std::vector<Row>{
+           {v3(text("TIT2", " Kyrie\n\0\0"sv)), title, "Kyrie"},
+           {v3(text("TIT2", "  \n")), title, {}},
+           {v3("\0\0\0\6\0\0\0\0\0\0"s + text("TIT2", "A"), 0x40), title, "A"},
+           {v3(frame("PRIV", "\xFF\0\xE0"sv) + text("TIT2", "A"), 0x80), title, "A"},
+           {v3(text("TDRC", "1977")), year, {}},
+           {TagBytes(4).text("TDRC", "1977"), year, "1977"},
+           {TagBytes(4).text("TDRC", "230385600"), year, "1977"},
+           {v3(text("TCON", "(0)")), genre, "Blues"},
+           {v3(text("TCON", "(14)")), genre, "R And B"},
+           {v3(text("TCON", "(60)")), genre, "Top40"},
+           {v3(text("TBPM", "120.5")), bpm, {}},
+           {v3(frame("COMM", "\0eng\0hello"sv) + frame("COMM", "\0deu\0hallo"sv)), comment, "hallo"},
+           {v3(picture(fileIcon, jpeg) + picture(frontCover, jpeg + "!")), artwork, "JPEG, 5 bytes"},
+           {v3(picture(frontCover, "GIF89a")), artwork, {}},
+       }) {
+    const std::string tag = TagBytes(row.tag).padding(64).characters();
+    const TemporaryFolder folder;
+    EXPECT_EQ(store.read(folder.file("track.mp3", tag + audio())).value(row.field), row.value)
+        << testing::PrintToString(tag);
+  }
+}
+
+TEST(StoreTest, NamesWhatNoFieldHolds) {
+  const std::string comment = frame("COMM", "\0eng\0at dawn \n\0"sv);
+  const std::string lyrics = frame("USLT", "\0eng\0\nla la\n"sv);
+  for (const auto& [frames, expected] : std::vector<std::pair<std::string, std::string>>{
+           {comment + lyrics + text("TIT2", "T "), ""},
+           {comment + lyrics + comment + lyrics, "COMM, USLT"},
+           {frame("COMM", "\0engiTunNORM\0at dawn"sv) + comment, "COMM"},
+           {picture(backCover, jpeg) + picture(frontCover, jpeg), "a picture (back cover)"},
+           {picture(frontCover, "RIFF") + frame("PRIV", "x"), "a picture (front cover), PRIV"},
+       }) {
+    const TemporaryFolder folder;
+    const auto file = folder.file("track.mp3", track(frames));
+    EXPECT_EQ(store.source(file, TagFields::all, true, true).beyondFields, expected);
+  }
+}
+
+TEST(StoreTest, WritesAFrameForEachField) {
+  const TemporaryFolder folder;
+  const auto file = folder.file("track.MP3", audio(300000));
+  store.write(everyField(), file);
+  const std::string frames =
+      wide("TALB", "the album") + wide("TPE2", "the album-artist") + wide("TPE1", "the artist") +
+      wide("TIT2", "the title") + text("TCON", "the genre\0"sv) + text("TRCK", "1973/1974\0"sv) +
+      picture(frontCover, jpeg + "cover") + wide("TCOM", "the composer") + wide("TPE3", "the conductor") +
+      wide("TIT1", "the grouping") + wide("TCOP", "the copyright") + wide("TENC", "the encoded-by") +
+      wide("TOWN", "the file-owner") + wide("TEXT", "the lyricist") + wide("TPUB", "the publisher") +
+      wide("TIT3", "the subtitle") + wide("TKEY", "the initial-key") + text("TBPM", "1972\0"sv) +
+      text("TPOS", "1975/1976\0"sv) + localized("USLT", "the lyrics") + localized("COMM", "the comment") +
+      text("TYER", "1971\0"sv);
+  const auto mp3 = [](std::string_view written) {
+    return TagBytes(3).raw(written).padding(2048).characters() + audio(300000);
+  };
+  EXPECT_EQ(contentsOf(file), mp3(frames));
+  EXPECT_EQ(store.read(file), everyField());
+
+  // No frame can contain a total without its number.
+  store.write(TagSet().merging(everyField(), {TagField::lyricist, TagField::trackTotal, TagField::discTotal}),
+              file);
+  EXPECT_EQ(contentsOf(file), mp3(wide("TEXT", "the lyricist")));
+  const auto date = std::filesystem::last_write_time(file);
+  ID3TagEditorStore(false).write(titled("New"), file);
+  EXPECT_GT(std::filesystem::last_write_time(file), date);
+}
+
+TEST(StoreTest, CarriesOtherFramesOver) {
+  const std::string bytes300 = std::string(150, '\xFF') + std::string(150, '\0');
+  const std::string user = frame("TXXX", "\0a\0b"sv);
+  const std::string priv = frame("PRIV", bytes300, 0xC0E0);
+  const std::string date = text("TDRC", "1977");
+  for (const auto& [old, carried] : std::vector<std::pair<TagBytes, std::string>>{
+           {TagBytes(3).raw(user + wide("TIT2", "Old") + priv + date + user).padding(99),
+            user + priv + date + user},
+           {TagBytes(4).text("TIT2", "Old").frame("PRIV", bytes300, 0xC0E0).text("TDRC", "1977"),
+            priv + date},
+           {TagBytes(3, 0x80).raw("CRM0\0\0\0\4\0\0\xFF\0\xE0\xFF\0\0"s + user),
+            frame("CRM0", "\xFF\xE0\xFF\0"sv) + user},
+           // Extended headers, of which one goes past the end.
+           {TagBytes(3, 0x40).raw("\0\0\0\6\0\0\0\0\0\0"s + priv), priv},
+           {TagBytes(4, 0x40).raw("\0\0\0\6\1\0"s).text("TDRC", "1977"), date},
+           {TagBytes(3, 0x40).raw("\xFF\xFF\xFF\xFC\0\0"s + user), ""},
+           // Frames of another version, after padding, and after what is no frame.
+           {TagBytes(2).text("TT2", "Old").frame("UFI", "id\0\1"sv), ""},
+           {TagBytes(3).padding(10).raw(user), ""},
+           {TagBytes(3).raw(priv + frame("BBBb", "b") + user), priv},
+           {TagBytes(3).raw(priv + frame("BBBB", "") + user), priv},
+           {TagBytes(3).raw(priv).frameDeclaring(UINT32_MAX - 9, "BBBB", "b"), priv},
+           // Frames of fields.
+           {TagBytes(3).raw(wide("TIT2", "Old") + wide("TIT2", "Older") + frame("COMM", "\0deu\0hallo"sv) +
+                            picture(backCover, jpeg)),
+            ""},
+       }) {
+    SCOPED_TRACE(testing::PrintToString(old.characters()));
+    const TemporaryFolder folder;
+    const TemporaryFolder elsewhere;
+    const auto target = elsewhere.file("target", old.characters() + audio());
+    const auto file = folder.path() / "track.mp3";
+    std::filesystem::create_symlink(target, folder.path() / "direct");
+    std::filesystem::create_symlink("direct", file);
+    store.write(titled("New"), file);
+    EXPECT_EQ(contentsOf(target), track(wide("TIT2", "New") + carried, carried.empty() ? 2048 : 0));
+    if (carried.empty()) {
+      store.write(titled("Newer"), file);
+    } else {
+      store.write(TagSet(), file);
+      EXPECT_EQ(contentsOf(target), track(carried));
+    }
+    EXPECT_EQ(std::filesystem::read_symlink(file), "direct");
+    EXPECT_EQ(std::filesystem::read_symlink(folder.path() / "direct"), target);
+    EXPECT_EQ(folder.entryCount() + elsewhere.entryCount(), 3);
+  }
+}
+
+TEST(StoreTest, LeavesTheFileAloneWhenItFails) {
+  const TemporaryFolder folder;
+  const auto file = folder.file("track.mp3", track(wide("TIT2", "Old"), 64));
+  const FileState before(file);
+  EXPECT_EQ(messageOf([&] { store.write(TagSet(), file); }), "track.mp3: nothing would be left in its tag.");
+  EXPECT_TRUE(FileState(file) == before);
+  EXPECT_EQ(folder.entryCount(), 1);
+  const ID3Frame sixteenth{.id = "PRIV", .flags = 0, .payload = platform::Bytes((1U << 24) - 10)};
+  EXPECT_EQ(messageOf([&] { ID3Frames::tagData(std::vector(16, sixteenth), 0, "track.mp3"); }),
+            "track.mp3: its tag would be larger than 256 MiB, more than an ID3 tag can hold.");
+}
+
+TEST(StoreTest, ReadsAndWritesRawFrames) {
+  const TemporaryFolder folder;
+  const std::string carried = frame("PRIV", "x\0\xFF\xE0"s, 0x4003) + frame("TXXX", std::string(200, 't'));
+  const auto source = folder.file("source.mp3", track(carried + text("TIT2", "Kyrie")));
+  const auto target = folder.file("target.mp3", track(text("TIT2", "Gloria"), 100));
+  const auto untagged = folder.file("untagged.mp3", audio());
+  const auto frames = ID3Frames::unmanagedFrames(source);
+  EXPECT_EQ(ID3Frames::tagData(frames, -1, source), ID3Frames::tagData(frames, 0, source));
+  ID3Frames::append({}, target);
+  EXPECT_EQ(contentsOf(target), track(text("TIT2", "Gloria"), 100));
+  ID3Frames::append(frames, target);
+  EXPECT_EQ(contentsOf(target), track(text("TIT2", "Gloria") + carried));
+  ID3Frames::write(frames, source, target);
+  EXPECT_EQ(contentsOf(target), track(carried));
+  EXPECT_EQ(messageOf([&] { ID3Frames::append(frames, untagged); }),
+            "untagged.mp3: the ID3 tag could not be read back after writing.");
+  EXPECT_EQ(contentsOf(untagged), audio());
+  EXPECT_EQ(folder.entryCount(), 3);
+  for (const auto& [body, fits] : {std::pair("\0\0\0\x12"s + std::string(18, '\0'), true),
+                                   {"\0\0\0\x13"s + std::string(18, '\0'), false},
+                                   {"\0\0\0"s, false}}) {
+    EXPECT_EQ(ID3Frames::parse(bytesFrom(TagBytes(3, 0x40).raw(body).characters())).has_value(), fits);
+  }
+}
+
+TEST(TagApplierTest, ReturnsAResultForEachFileAndContinues) {
+  const TemporaryFolder folder;
+  const auto source = folder.file("a.mp3", track(text("TALB", "Mass"), 64));
+  const auto target = folder.file("b.mp3", audio());
+  const TagApplier applier(store);
+  const auto results = applier.copy(source, {"no.mp3", source, target}, TagFields::all, false);
+  EXPECT_EQ(TagApplier::updatedCount(results), 1U);
+  EXPECT_EQ(TagApplier::unchangedCount(results), 1U);
+  EXPECT_EQ(store.read(target).album, "Mass");
+  const auto failures = TagApplier::failures(results);
+  ASSERT_EQ(failures.size(), 1U);
+  const std::string unread = "no.mp3 could not be read.";
+  EXPECT_EQ(messageOf([&] { std::rethrow_exception(failures[0].second); }), unread);
+  EXPECT_EQ(messageOf([&] { applier.copy("no.mp3", {target}, TagFields::all, false); }), unread);
+  // The applier still exists, but no hidden folder is left.
+  EXPECT_EQ(folder.entryCount(), 2);
+}
+
+TEST(TagClipboardTest, RefusesTextThatIsNotUTF8) {
+  const TemporaryFolder home;
+  platform::Pasteboard pasteboard(home.path());
+  EXPECT_THROW(TagClipboard::copy(titled("\xFF"), pasteboard), TagClipboard::EncodingError);
+  EXPECT_EQ(home.entryCount(), 0);
+}
+
+}  // namespace tests
