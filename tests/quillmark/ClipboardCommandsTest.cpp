@@ -2,8 +2,6 @@
 #include <sys/file.h>
 
 #include <array>
-#include <csignal>
-#include <functional>
 
 #include "tests/Program.h"
 #include "tests/Samples.h"
@@ -108,22 +106,6 @@ TEST_F(ClipboardCommandsTest, DistinguishADamagedStoreFromAnEmptyOne) {
 }
 
 TEST_F(ClipboardCommandsTest, RefuseContentThatAnotherUserCouldHaveStored) {
-  const auto opened = [](const filesystem::path& place) { filesystem::permissions(place, perms::all); };
-  const auto given = [](const filesystem::path& place) {
-    ASSERT_EQ(::lchown(place.c_str(), 65534, 65534), 0);
-  };
-  const auto linked = [&](const filesystem::path& place) {
-    filesystem::rename(place, folder.path() / "elsewhere");
-    filesystem::create_symlink(folder.path() / "elsewhere", place);
-  };
-  const auto folderInPlace = [](const filesystem::path& place) {
-    filesystem::remove(place);
-    filesystem::create_directory(place);
-  };
-  const auto pipeInPlace = [](const filesystem::path& place) {
-    filesystem::remove(place);
-    ASSERT_EQ(::mkfifo(place.c_str(), 0600), 0);
-  };
   const std::string used = "cannot be used: ";
   const std::string home = used + "the home folder is not the user's alone";
   const std::string parent = used + "a folder above it is not the user's alone";
@@ -132,47 +114,45 @@ TEST_F(ClipboardCommandsTest, RefuseContentThatAnotherUserCouldHaveStored) {
   const std::string noFile = used + "it is no file of the user's own";
   const std::string noFolder = used + "Not a directory";
   struct Row {
-    std::function<void(const filesystem::path&)> change;
-    filesystem::path place;
+    /// Shell commands, with the folder of the clipboard in $S.
+    std::string change;
     std::string pasteFailure;
     /// Empty if copying repairs the clipboard.
     std::string copyFailure;
   };
-  std::vector<Row> rows{
-      {opened, folder.path(), home, home},
-      {opened, state.parent_path(), parent, parent},
-      {opened, state, used + "others can use it", ""},
-      {linked, state, noFolder, noFolder},
-      {linked, store, link, ""},
-      {linked, state / "lock", "", link},
-      {folderInPlace, store, noFile, "could not be written: Is a directory"},
-      {pipeInPlace, store, noFile, ""},
-      {given, folder.path(), home, home},
-      {given, state.parent_path(), parent, parent},
-      {given, state, otherUser, otherUser},
-      {given, store, noFile, ""},
-      {given, state / "lock", "", noFile},
-  };
-  // Only root can make files of other users.
-  if (::geteuid() != 0) rows.resize(8);
-  for (const Row& row : rows) {
-    SCOPED_TRACE(row.place.native() + " " + row.pasteFailure + " / " + row.copyFailure);
-    filesystem::remove_all(folder.path() / ".local");
-    filesystem::remove_all(folder.path() / "elsewhere");
+  for (const Row& row : std::vector<Row>{
+           {"chmod 777 .", home, home},
+           {"chmod 777 .local/state", parent, parent},
+           {"chmod 777 $S", used + "others can use it", ""},
+           {"mv $S elsewhere; ln -s ../../elsewhere $S", noFolder, noFolder},
+           {"mv $S/pasteboard elsewhere; ln -s \"$PWD/elsewhere\" $S/pasteboard", link, ""},
+           {"mv $S/lock elsewhere; ln -s \"$PWD/elsewhere\" $S/lock", "", link},
+           {"rm $S/pasteboard; mkdir $S/pasteboard", noFile, "could not be written: Is a directory"},
+           {"rm $S/pasteboard; mkfifo -m 600 $S/pasteboard", noFile, ""},
+           {"chown 65534 .", home, home},
+           {"chown 65534 .local/state", parent, parent},
+           {"chown 65534 $S", otherUser, otherUser},
+           {"chown 65534 $S/pasteboard", noFile, ""},
+           {"chown 65534 $S/lock", "", noFile},
+       }) {
+    // Only root can make files of other users.
+    if (row.change.starts_with("chown") && ::geteuid() != 0) continue;
+    SCOPED_TRACE(row.change);
+    shell("rm -rf .local elsewhere; chmod 700 .; chown $(id -u) .");
     check({{"copy 01.mp3", tags}});
-    row.change(row.place);
+    ASSERT_EQ(shell("S=.local/state/quillmark; " + row.change), 0);
     const std::string pasted = "would     02.mp3\n\nwould change 1, unchanged 0, failed 0\n";
-    const auto line = [](const std::string& failure, const std::string& end) {
-      return failure.empty() ? "" : "The clipboard " + failure + end;
-    };
     const bool isRepaired = row.copyFailure.empty();
-    check({{"paste --dry-run 02.mp3", row.pasteFailure.empty() ? pasted : "", line(row.pasteFailure, ".")},
-           {"copy 01.mp3", isRepaired ? tags : "",
-            line(row.copyFailure, ". What was copied before is still there.")}});
-    if (isRepaired) check({{"paste --dry-run 02.mp3", pasted}});
-    EXPECT_TRUE(!isRepaired || filesystem::status(state).permissions() == perms::owner_all);
-    ASSERT_EQ(::chown(folder.path().c_str(), ::geteuid(), ::getegid()), 0);
-    filesystem::permissions(folder.path(), perms::owner_all);
+    check({row.pasteFailure.empty()
+               ? CommandLine{"paste --dry-run 02.mp3", pasted}
+               : CommandLine{"paste --dry-run 02.mp3", "", "The clipboard " + row.pasteFailure + "."},
+           isRepaired ? CommandLine{"copy 01.mp3", tags}
+                      : CommandLine{"copy 01.mp3", "",
+                                    "The clipboard " + row.copyFailure +
+                                        ". What was copied before is still there."}});
+    if (!isRepaired) continue;
+    check({{"paste --dry-run 02.mp3", pasted}});
+    EXPECT_EQ(filesystem::status(state).permissions(), perms::owner_all);
   }
 }
 
@@ -202,22 +182,20 @@ echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd)" >>"
   const std::string wlCopy = "wl-copy --type text/plain 0000000 0 /\n";
   const std::string xclip = "xclip -selection clipboard -in 0000000 0 /\n";
   const std::string xsel = "xsel --clipboard --input 0000000 0 /\n";
-  const std::map<std::string, std::string> all{{"wl-copy", takes}, {"xclip", takes}, {"xsel", takes}};
   const std::string longTitle(200'000, 'k');
   folder.file("01.mp3", track(text("TIT2", longTitle), 64));
-  const auto offer = [&](const char* wayland, const char* display,
-                         const std::map<std::string, std::string>& programs, const std::string& log,
-                         bool isTaken, const char* line = "copy 01.mp3") {
+  const auto offer = [&](const std::string& desktop,
+                         const std::vector<std::pair<const char*, std::string>>& programs,
+                         const std::string& log, bool isTaken, const char* words = "copy 01.mp3") {
     SCOPED_TRACE(log);
     const TemporaryFolder bin;
     for (const auto& [name, contents] : programs)
       filesystem::permissions(bin.file(name, contents), perms::owner_all);
-    for (const char* name : {"log", "taken"}) filesystem::remove(folder.path() / name);
+    shell("rm -f log taken");
     // Another program may wait for this pipe to close to detect the end of the process.
     std::array<int, 2> held{};
     ASSERT_EQ(::pipe2(held.data(), O_NONBLOCK), 0);
-    const Finished done =
-        run(line, {{"PATH", bin.path()}, {"WAYLAND_DISPLAY", wayland}, {"DISPLAY", display}});
+    const Finished done = run(words, desktop + " PATH=" + bin.path().native());
     ::close(held[1]);
     char byte = 0;
     EXPECT_EQ(::read(held[0], &byte, 1), 0);
@@ -226,17 +204,19 @@ echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd)" >>"
     EXPECT_EQ(contentsOf(folder.path() / "taken"), isTaken ? "Title: " + longTitle : "");
     EXPECT_EQ((done.output + done.error).find("noise"), std::string::npos);
   };
-  offer("", "", all, "", false);
-  offer("w", ":7", all, wlCopy, true);
-  offer("w", ":7", all, "", false, "copy --no-desktop 01.mp3");
-  offer("w", "", {{"wl-copy", fails}, {"xclip", takes}}, wlCopy, false);
-  offer("w", ":7", {{"wl-copy", fails}, {"xclip", takes}, {"xsel", takes}}, wlCopy + xclip, true);
-  offer("", ":7", {{"wl-copy", takes}, {"xclip", hangs}, {"xsel", takes}}, xclip + xsel, true);
-  offer("w", ":7", {}, "", false);
-  EXPECT_EQ(::kill(std::stoi(contentsOf(folder.path() / "hung")), 0), -1) << "what takes no text is ended";
-  filesystem::remove_all(state);
-  folder.file(".local/state/quillmark", "no folder");
-  offer("w", ":7", all, "", false);
+  const std::vector<std::pair<const char*, std::string>> all{
+      {"wl-copy", takes}, {"xclip", takes}, {"xsel", takes}};
+  offer("DISPLAY=", all, "", false);
+  offer("WAYLAND_DISPLAY=w DISPLAY=:7", all, wlCopy, true);
+  offer("WAYLAND_DISPLAY=w DISPLAY=:7", all, "", false, "copy --no-desktop 01.mp3");
+  offer("WAYLAND_DISPLAY=w", {{"wl-copy", fails}, {"xclip", takes}}, wlCopy, false);
+  offer("WAYLAND_DISPLAY=w DISPLAY=:7", {{"wl-copy", fails}, {"xclip", takes}, {"xsel", takes}},
+        wlCopy + xclip, true);
+  offer("DISPLAY=:7", {{"wl-copy", takes}, {"xclip", hangs}, {"xsel", takes}}, xclip + xsel, true);
+  offer("WAYLAND_DISPLAY=w DISPLAY=:7", {}, "", false);
+  EXPECT_NE(shell("kill -0 $(cat hung) 2>/dev/null"), 0) << "what takes no text is ended";
+  shell("rm -r .local/state/quillmark; : >.local/state/quillmark");
+  offer("WAYLAND_DISPLAY=w DISPLAY=:7", all, "", false);
 }
 
 }  // namespace tests

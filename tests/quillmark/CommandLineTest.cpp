@@ -1,8 +1,24 @@
+#include <sys/resource.h>
+
 #include "tests/Program.h"
+#include "tests/Samples.h"
 
 namespace tests {
 
 using CommandLineTest = ProgramTest;
+
+namespace {
+
+constexpr std::uint64_t huge = 250ULL << 20;
+
+/// Returns the largest amount of memory that one of the processes used that this one has run.
+long peakKilobytes() {
+  struct rusage usage {};
+  ::getrusage(RUSAGE_CHILDREN, &usage);
+  return usage.ru_maxrss;
+}
+
+}  // namespace
 
 TEST_F(CommandLineTest, IsAnsweredWithoutTouchingAFile) {
   const std::string usage = run("").output;
@@ -47,6 +63,80 @@ TEST_F(CommandLineTest, IsAnsweredWithoutTouchingAFile) {
       {"apply --from x --fields album,\u00A0 y", "", "Unknown field ''" + noField},
   });
   EXPECT_EQ(folder.entryCount(), 0);
+}
+
+TEST_F(CommandLineTest, NamesFilesThatCannotBeRead) {
+  const auto good = folder.file("good.mp3", track(text("TALB", "Mass"), 64));
+  shell(
+      "ln -s nowhere link.mp3; ln -s loop.mp3 loop.mp3; ln -s /dev/zero device.mp3; mkdir folder.mp3; "
+      "mkfifo pipe.mp3");
+  const std::string notRegular = " could not be read: it is not a regular file.";
+  const auto other = [](const std::string& format) {
+    return " is not an MP3 — it looks like " + format + ". Quillmark writes ID3 tags, which only MP3s have.";
+  };
+  struct Row {
+    std::string name, contents, message;
+  };
+  for (const auto& [name, contents, message] : std::vector<Row>{
+           {"link.mp3", "", " could not be read."},
+           {"loop.mp3", "", " could not be read."},
+           {"device.mp3", "", notRegular},
+           {"pipe.mp3", "", notRegular},
+           {"folder.mp3", "", " could not be read: it is a folder."},
+           {"empty.mp3", "", " is not an MP3 file."},
+           {"junk.mp3", "\xFF\xDF" + audio(), " is not an MP3 file."},
+           {"flac.mp3", "fLaC\0\0\0\x22"s, other("FLAC")},
+           {"m4a.mp3", "sizeftypM4A ", other("M4A")},
+           {"m4b.mp3", "sizeftypM4B ", other("MPEG-4")},
+           {"ogg.mp3", "OggS" + audio(), other("Ogg")},
+           {"wav.mp3", "RIFF1234WAVE", other("WAV")},
+           {"aiff.mp3", "FORM1234AIFF", other("AIFF")},
+           {"wavpack.mp3", "wvpk" + audio(), other("WavPack")},
+           {"short.mp3", "\xFF\xFB\x90\x44", " is too short to be an MP3 file."},
+           {"cut.mp3", TagBytes(4).text("TIT2", "Old").declaring(huge) + audio(1000),
+            ": its ID3 tag says it is longer than the file."},
+           {"track.mpeg", audio(), " is not named .mp3, so its tag is neither read nor written."},
+       }) {
+    const auto file = folder.path() / name;
+    if (!contents.empty() || name == "empty.mp3") folder.file(name, contents);
+    const FileState before(file);
+    const std::ptrdiff_t entries = folder.entryCount();
+    check({{"read " + name, "", name + message},
+           {"read --json " + name, "", name + message},
+           {"apply --from " + name + " good.mp3", "", name + message},
+           {"apply --from good.mp3 " + name, "\nchanged 0, unchanged 0, failed 1\n",
+            "failed    " + name + ": " + name + message, 2}});
+    EXPECT_TRUE(FileState(file) == before);
+    EXPECT_EQ(folder.entryCount(), entries);
+  }
+  for (const std::string name : {"with blanks .mp3", "-x.mp3", "\xFF\n\xC3.mp3", "~nobody.mp3", "%s.mp3"}) {
+    folder.file(name, audio());
+    check({{"apply --from good.mp3 '" + name + "'",
+            "updated   " + name + "\n\nchanged 1, unchanged 0, failed 0\n"},
+           {"read '" + name + "' good.mp3", name + ":\n  Album  Mass\n\ngood.mp3:\n  Album  Mass\n"},
+           {"read 'no" + name + "'", "", "no" + name + " could not be read."}});
+  }
+}
+
+TEST_F(CommandLineTest, TakesNoMoreMemoryThanTheFileIsLarge) {
+  folder.file("good.mp3", track(text("TALB", "Mass"), 64));
+  folder.file("frame.mp3", TagBytes(3).frameDeclaring(huge, "PRIV", "p").padding(1000).characters());
+  folder.file("tag.mp3", TagBytes(3).padding(1000).declaring(huge));
+  // Only the scanner of raw frames recognises this tag.
+  folder.file("raw.mp3", TagBytes(3, 0, 1).padding(1000).declaring(huge));
+  run("help");
+  const long little = peakKilobytes() + (64L << 10);
+  check({{"apply --from good.mp3 frame.mp3 tag.mp3 raw.mp3",
+          "updated   frame.mp3\nupdated   raw.mp3\n\nchanged 2, unchanged 0, failed 1\n",
+          "failed    tag.mp3: tag.mp3: its ID3 tag says it is longer than the file.", 2}});
+  EXPECT_LT(peakKilobytes(), little);
+  // The picture is sparse and takes no room on the disk. It is not read, because no tag could contain it.
+  std::filesystem::resize_file(folder.file("huge.png", "\x89PNG\r\n\x1A\n"), std::uint64_t{4} << 30);
+  check(
+      {{"set --artwork huge.png good.mp3", "\nchanged 0, unchanged 0, failed 1\n",
+        "failed    good.mp3: good.mp3: its tag would be larger than 256 MiB, more than an ID3 tag can hold.",
+        2}});
+  EXPECT_LT(peakKilobytes(), 2L << 20);
 }
 
 }  // namespace tests

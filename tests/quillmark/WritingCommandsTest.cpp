@@ -1,6 +1,3 @@
-#include <chrono>
-#include <thread>
-
 #include "tests/Program.h"
 #include "tests/Samples.h"
 
@@ -41,7 +38,7 @@ TEST_F(WritingCommandsTest, SetTheNamedFields) {
            {"--clear title --title --dry-run", "  Title    --dry-run\n" + rest},
            {"--artist A --album-artist B --albumArtist C --artist D",
             "  Title         Kyrie\n  Artist        D\n  Album Artist  C\n  Comment       Live\n"},
-           {"--year -5 --disc-number +2 --clear comment,artist --artwork ~/cover",
+           {"--year -5 --disc-number +2 --clear comment,artist --artwork '~/cover'",
             "  Title        Kyrie\n  Year         -5\n  Disc Number  2\n  Artwork      PNG, 16 bytes\n"},
        }) {
     folder.file("01.mp3", first);
@@ -53,8 +50,7 @@ TEST_F(WritingCommandsTest, SetTheNamedFields) {
 }
 
 TEST_F(WritingCommandsTest, ReportChangesWithDiff) {
-  std::filesystem::create_directory(folder.path() / "a");
-  folder.file("a/cover", png);
+  shell("mkdir a; cp cover a");
   folder.file("other", "\x89PNG\r\n\x1A\n picturf");
   const std::string verse(40, 'v');
   const auto change = [](const std::string& options, const std::string& lines) -> CommandLine {
@@ -66,7 +62,7 @@ TEST_F(WritingCommandsTest, ReportChangesWithDiff) {
       change("--title Gloria --clear comment --track-number 2",
              "    - Title         Kyrie\n    + Title         Gloria\n    - Comment       Live\n"
              "    + Track Number  2\n"),
-      change("--title a\x1B\xC2\x9B --artwork a/cover --lyrics '" + verse + "\u202E\n" + verse + "'",
+      change("--title 'a\x1B\xC2\x9B' --artwork a/cover --lyrics '" + verse + "\u202E\n" + verse + "'",
              "    - Title         Gloria\n    + Title         a\\x1b\\u009b\n    + Lyrics        " + verse +
                  "\\u202e…\n    + Artwork       PNG, 16 bytes\n"),
       change("--artwork other --lyrics '" + verse + "\u202E\n" + verse + verse + "w'",
@@ -78,22 +74,13 @@ TEST_F(WritingCommandsTest, ReportChangesWithDiff) {
 }
 
 TEST_F(WritingCommandsTest, TakeAPictureFromAPipe) {
-  ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
-  std::thread writing([&] {
-    std::ofstream slow(folder.path() / "pipe");
-    slow << png.substr(0, 10) << std::flush;
-    std::this_thread::sleep_for(std::chrono::milliseconds(300));
-    slow << png.substr(10);
-  });
+  shell("mkfifo pipe; (head -c 10 cover; sleep 0.3; tail -c +11 cover) >pipe &");
   check({{"set --artwork pipe 01.mp3", report("updated  ", "01.mp3")},
          {"read --table --fields artwork 01.mp3", "01.mp3\tPNG, 16 bytes\n"}});
-  writing.join();
 }
 
 TEST_F(WritingCommandsTest, RefuseABadLineBeforeAnyFileIsTouched) {
-  folder.file("gif", "GIF89a");
-  folder.file("empty", "");
-  ASSERT_EQ(::mkfifo((folder.path() / "pipe").c_str(), 0600), 0);
+  shell("printf GIF89a >gif; : >empty; mkfifo pipe");
   const std::string noField = ". Run 'quillmark fields' for the list.";
   const std::string noPicture = " (expected a JPEG or PNG).";
   const FileState before(folder.path() / "01.mp3");
@@ -108,7 +95,7 @@ TEST_F(WritingCommandsTest, RefuseABadLineBeforeAnyFileIsTouched) {
       {"set --artwork gif 01.mp3", "", "Could not read artwork at gif" + noPicture},
       {"set --artwork empty 01.mp3", "", "Could not read artwork at empty" + noPicture},
       {"set --artwork pipe 01.mp3", "", "Could not read artwork at pipe" + noPicture},
-      {"set --artwork ~/missing 01.mp3", "", "Could not read artwork at ~/missing" + noPicture},
+      {"set --artwork '~/missing' 01.mp3", "", "Could not read artwork at ~/missing" + noPicture},
       {"set --year x", "", "No files given."},
   });
   EXPECT_TRUE(FileState(folder.path() / "01.mp3") == before);
@@ -139,7 +126,7 @@ TEST_F(WritingCommandsTest, ApplyTheSelectedFields) {
   check({{"apply --from source.mp3 --dry-run --all 02.mp3",
           "would     02.mp3\n\nwould change 1, unchanged 0, failed 0\n"}});
   EXPECT_TRUE(FileState(target) == before);
-  check({{"apply --from source.mp3 02.mp3 missing.mp3 ~/source.mp3 " + target.native(),
+  check({{"apply --from source.mp3 02.mp3 missing.mp3 '~/source.mp3' " + target.native(),
           "updated   02.mp3\nunchanged source.mp3\nunchanged 02.mp3\n\nchanged 1, unchanged 2, failed 1\n",
           "failed    missing.mp3: missing.mp3 could not be read.", 2}});
   EXPECT_TRUE(FileState(folder.path() / "source.mp3") == source);
