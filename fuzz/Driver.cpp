@@ -1,8 +1,5 @@
 #include <sanitizer/allocator_interface.h>
 
-#include <cstddef>
-#include <cstdint>
-
 #include "fuzz/FuzzTarget.h"
 
 // The function that libFuzzer calls. It limits the memory that an input may take. The resident memory of the
@@ -23,13 +20,10 @@ void countAllocation(const volatile void*, std::size_t) {
   require(false, "memory stays below 64 MiB and four times the input");
 }
 
-void ignoreFreeing(const volatile void*) {
-}
-
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  __sanitizer_install_malloc_and_free_hooks(countAllocation, ignoreFreeing);
+  __sanitizer_install_malloc_and_free_hooks(countAllocation, [](const volatile void*) {});
   return 0;
 }
 

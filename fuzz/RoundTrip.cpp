@@ -21,13 +21,10 @@ const ::ID3TagEditor::ID3TagEditor& editor() {
   return editor;
 }
 
-// The few values that the engine does not read from a tag as they were written.
-
 /// Returns whether the engine may split the genre: it drops the text before a word in parentheses, and
 /// appends an unknown word to the rest.
 bool isGenreReadInParts(std::string_view text) {
-  const std::size_t opening = text.find('(');
-  return opening != std::string_view::npos && text.find(')', opening) != std::string_view::npos;
+  return text.find('(') != std::string_view::npos;
 }
 
 /// Returns whether a part of the content would be read as its description: the engine splits the two at the
@@ -37,32 +34,13 @@ bool isContentReadInParts(std::string_view text) {
   return platform::charactersOf(content).find("\0\0\xFF\xFE"sv) != std::string_view::npos;
 }
 
-/// Returns whether the picture would also be read as another one, because it contains a second signature. A
-/// JPEG that is not a JFIF file is found by its frame's fields instead.
-bool isPictureReadInParts(platform::ByteView picture) {
-  std::string_view characters = platform::charactersOf(picture);
-  if (characters.starts_with("\xFF\xD8\xFF") && !characters.starts_with("\xFF\xD8\xFF\xE0")) return false;
-  characters.remove_prefix(1);
-  return characters.find("\xFF\xD8\xFF\xE0"sv) != std::string_view::npos ||
-         characters.find("\x89PNG"sv) != std::string_view::npos;
+/// Returns whether the engine writes the two numbers and reads them as they were, from a text of two digits
+/// for each.
+bool isPairLasting(OptionalInteger first, OptionalInteger second) {
+  return first && second && std::min(*first, *second) >= 0 && std::max(*first, *second) <= 99;
 }
 
-/// Returns whether two numbers have different lengths. They are written as one text, which is read as two
-/// halves of the same length.
-bool isPairReadInParts(OptionalInteger first, OptionalInteger second) {
-  const auto length = [](OptionalInteger number) {
-    return std::max<std::size_t>(2, std::to_string(number.value_or(0)).size());
-  };
-  return length(first) != length(second);
-}
-
-/// Returns whether the moment would be read as a year, as counts of seconds up to 9999 are.
-bool isReadAsYear(const RecordingDateTime& moment) {
-  return moment.date == RecordingDate{.day = 1, .month = 1, .year = 1970} && moment.time &&
-         moment.time->hour.value_or(0) * 3600 + moment.time->minute.value_or(0) * 60 <= 9999;
-}
-
-/// Returns whether the engine writes the frame and then reads it as it was.
+/// Returns whether the engine writes the frame and reads it as it was.
 bool isLasting(const ::ID3TagEditor::ID3Frame& frame) {
   if (const auto* number = dynamic_cast<const ID3FrameWithIntegerContent*>(&frame))
     return number->value().has_value();
@@ -70,17 +48,20 @@ bool isLasting(const ::ID3TagEditor::ID3Frame& frame) {
     return genre->identifier || !isGenreReadInParts(genre->description.value_or(""));
   if (const auto* localized = dynamic_cast<const ID3FrameWithLocalizedContent*>(&frame))
     return !isContentReadInParts(localized->content());
-  // Incomplete dates and times are not written.
-  if (const auto* recorded = dynamic_cast<const ID3FrameRecordingDateTime*>(&frame)) {
-    const auto& moment = recorded->recordingDateTime();
-    return moment.date && moment.date->year && !isReadAsYear(moment);
-  }
   if (const auto* day = dynamic_cast<const ID3FrameRecordingDayMonth*>(&frame))
-    return day->day() && day->month() && !isPairReadInParts(day->day(), day->month());
+    return isPairLasting(day->day(), day->month());
   if (const auto* time = dynamic_cast<const ID3FrameRecordingHourMinute*>(&frame))
-    return time->hour() && time->minute() && !isPairReadInParts(time->hour(), time->minute());
+    return isPairLasting(time->hour(), time->minute());
+  if (const auto* recorded = dynamic_cast<const ID3FrameRecordingDateTime*>(&frame)) {
+    // Counts of seconds up to 9999 are read as a year.
+    const auto date = recorded->recordingDateTime().date;
+    return date && date->year && date != RecordingDate{.day = 1, .month = 1, .year = 1970};
+  }
   const auto* picture = dynamic_cast<const ID3FrameAttachedPicture*>(&frame);
-  return picture == nullptr || !isPictureReadInParts(picture->picture());
+  if (picture == nullptr) return true;
+  // A second signature is read as another picture.
+  const std::string_view data = platform::charactersOf(picture->picture());
+  return data.find("\xFF\xD8\xFF\xE0"sv, 1) == data.npos && data.find("\x89PNG"sv, 1) == data.npos;
 }
 
 /// Returns the input with its tag replaced by `tag`, or nothing if the tag has no frame that can be written.

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <optional>
-#include <string>
 
 #include "fuzz/FuzzTarget.h"
 #include "platform/base/JSON.h"

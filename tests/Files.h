@@ -12,6 +12,20 @@
 
 namespace tests {
 
+inline std::string contentsOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Returns a text that stays the same unless the file is written to, replaced or given other attributes.
+inline std::string stateOf(const std::filesystem::path& file) {
+  struct stat attributes {};
+  ::lstat(file.c_str(), &attributes);
+  const auto& [seconds, nanoseconds] = attributes.st_ctim;
+  return std::to_string(attributes.st_ino) + " " + std::to_string(seconds) + "." +
+         std::to_string(nanoseconds) + (S_ISREG(attributes.st_mode) ? contentsOf(file) : "");
+}
+
 /// A temporary folder, which the destructor removes.
 class TemporaryFolder {
  public:
@@ -30,9 +44,8 @@ class TemporaryFolder {
   const std::filesystem::path& path() const { return path_; }
   /// Writes a file of that name and returns its path.
   std::filesystem::path file(std::string_view name, std::string_view contents) const {
-    std::filesystem::path file = path_ / name;
-    std::ofstream(file, std::ios::binary) << contents;
-    return file;
+    std::ofstream(path_ / name, std::ios::binary) << contents;
+    return path_ / name;
   }
   /// Returns the number of entries in the folder, hidden ones included.
   std::ptrdiff_t entryCount() const {
@@ -41,27 +54,6 @@ class TemporaryFolder {
 
  private:
   std::filesystem::path path_;
-};
-
-inline std::string contentsOf(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// The properties of a file that stay the same unless it is written to, replaced or given other attributes.
-struct FileState {
-  explicit FileState(const std::filesystem::path& file) {
-    if (::stat(file.c_str(), &attributes) == 0 && S_ISREG(attributes.st_mode)) contents = contentsOf(file);
-  }
-  bool operator==(const FileState& other) const {
-    return inode() == other.inode() && contents == other.contents &&
-           attributes.st_ctim.tv_sec == other.attributes.st_ctim.tv_sec &&
-           attributes.st_ctim.tv_nsec == other.attributes.st_ctim.tv_nsec;
-  }
-  ino_t inode() const { return attributes.st_ino; }
-
-  struct stat attributes {};
-  std::string contents;
 };
 
 }  // namespace tests

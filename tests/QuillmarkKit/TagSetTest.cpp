@@ -16,12 +16,10 @@ TEST(TagFieldTest, NamesMayHaveExtraHyphens) {
     EXPECT_EQ(fieldFromCliName(rawValue(field)), field);
     EXPECT_EQ(fieldFromCliName(cliName(field)), field);
   }
-  for (const auto name : {"album--artist", "-album-artist", "album-artist-", "album-Artist"}) {
+  for (const auto name : {"album--artist", "-album-artist", "album-artist-", "album-Artist"})
     EXPECT_EQ(fieldFromCliName(name), TagField::albumArtist) << name;
-  }
-  for (const auto name : {"ALBUM", "album-ARTIST", "Track-Number", "albumartist", " album", "--", ""}) {
+  for (const auto name : {"ALBUM", "album-ARTIST", "Track-Number", "albumartist", " album", "--", ""})
     EXPECT_EQ(fieldFromCliName(name), std::nullopt) << name;
-  }
 }
 
 TEST(TagSetTest, ContainsAValueForEachField) {
@@ -47,33 +45,29 @@ TEST(TagSetTest, ContainsAValueForEachField) {
 }
 
 TEST(TagSetTest, NormalisingTrimsEveryText) {
-  const std::string inside = "\u200B \0\uFEFF"s;
-  for (const auto& [text, normal] : std::vector<std::pair<std::string, std::optional<std::string>>>{
-           {"  Kyrie\n", "Kyrie"},
-           {"   ", {}},
-           {"\0\0"s, {}},
-           {"Gloria\0\0"s, "Gloria"},
-           {"Note \0"s, "Note "},
-           {"\0 Note"s, " Note"},
-           {inside, inside},
-           {"\r\n\t\v\f\u00A0\u2003\u3000Credo\u0085\u2028", "Credo"}}) {
+  const std::vector<std::pair<std::string, std::optional<std::string>>> rows{
+      {"\r\n\t\v\f\u00A0\u2003\u3000Credo\u0085\u2028", "Credo"},
+      {"\u200B \0\uFEFF"s, "\u200B \0\uFEFF"s},
+      {"Gloria\0\0"s, "Gloria"},
+      {"Note \0"s, "Note "},
+      {"\0 Note"s, " Note"},
+      {"   ", {}},
+      {"\0\0"s, {}}};
+  for (const auto& [text, normal] : rows) {
+    SCOPED_TRACE(testing::PrintToString(text));
     TagSet tags = everyField();
-    TagSet expected = tags;
-    for (const TagField field : allTagFields) {
-      const TextMember member = stringKeyPath(field);
-      if (member == nullptr) continue;
-      tags.*member = text;
-      expected.*member = normal;
-    }
-    EXPECT_EQ(tags.normalized(), expected) << testing::PrintToString(text);
+    for (const TagField field : allTagFields)
+      if (const TextMember member = stringKeyPath(field)) tags.*member = text;
+    tags = tags.normalized();
+    for (const TagField field : allTagFields)
+      EXPECT_EQ(tags.value(field), stringKeyPath(field) != nullptr ? normal : everyField().value(field));
   }
 }
 
 TEST(ArtworkTest, IsRecognisedByItsSignature) {
   EXPECT_EQ(Artwork::detecting(bytesFrom("\xFF\xD8\xFF")).value().format, Artwork::Format::jpeg);
-  for (const auto bytes : {"\x89PNG\r\n\x1A", "\xFF\xD8", " \xFF\xD8\xFF", "GIF89a", ""}) {
+  for (const auto bytes : {"\x89PNG\r\n\x1A", "\xFF\xD8", " \xFF\xD8\xFF", "GIF89a", ""})
     EXPECT_EQ(Artwork::detecting(bytesFrom(bytes)), std::nullopt) << bytes;
-  }
 }
 
 }  // namespace tests

@@ -92,14 +92,14 @@ TEST_F(CommandLineTest, NamesFilesThatCannotBeRead) {
        }) {
     const auto file = folder.path() / name;
     if (!contents.empty() || name == "empty.mp3") folder.file(name, contents);
-    const FileState before(file);
+    const std::string before = stateOf(file);
     const std::ptrdiff_t entries = folder.entryCount();
     check({{"read " + name, "", name + message},
            {"read --json " + name, "", name + message},
            {"apply --from " + name + " good.mp3", "", name + message},
            {"apply --from good.mp3 " + name, "\nchanged 0, unchanged 0, failed 1\n",
             "failed    " + name + ": " + name + message, 2}});
-    EXPECT_TRUE(FileState(file) == before);
+    EXPECT_TRUE(stateOf(file) == before);
     EXPECT_EQ(folder.entryCount(), entries);
   }
   for (const std::string name : {"with blanks .mp3", "-x.mp3", "\xFF\n\xC3.mp3", "~nobody.mp3", "%s.mp3"}) {
