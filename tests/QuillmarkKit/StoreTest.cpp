@@ -34,10 +34,6 @@ TagSet titled(const char* title) {
   return tags;
 }
 
-constexpr char fileIcon = 1;
-constexpr char frontCover = 3;
-constexpr char backCover = 4;
-
 }  // namespace
 
 static_assert(std::is_constructible_v<TagApplier, const ID3TagEditorStore&>);
@@ -68,18 +64,15 @@ TEST(StoreTest, ReadsOneValueForAFieldAndNamesTheRest) {
            {v3(text("TCON", "(60)")), genre, "Top40"},
            {v3(text("TBPM", "120.5")), bpm, {}},
            {v3(frame("COMM", "\0eng\0hello"sv) + frame("COMM", "\0deu\0hallo"sv)), comment, "hallo", "COMM"},
-           {v3(picture(fileIcon, jpeg) + picture(frontCover, jpeg + "!")), artwork, "JPEG, 5 bytes",
+           {v3(picture('\1', jpeg) + picture('\3', jpeg + "!")), artwork, "JPEG, 5 bytes",
             "a picture (file icon)"},
-           {v3(picture(frontCover, "GIF89a")), artwork, {}, "a picture (front cover)"},
+           {v3(picture('\3', "GIF89a")), artwork, {}, "a picture (front cover)"},
            {v3(song + text("TIT2", "T ")), title, "T"},
            {v3(song + song), comment, "at dawn", "COMM, USLT"},
            {v3(frame("COMM", "\0engiTunNORM\0at dawn"sv) + song), comment, "at dawn", "COMM"},
-           {v3(picture(backCover, jpeg) + picture(frontCover, jpeg)), artwork, "JPEG, 4 bytes",
+           {v3(picture('\4', jpeg) + picture('\3', jpeg)), artwork, "JPEG, 4 bytes",
             "a picture (back cover)"},
-           {v3(picture(frontCover, "RIFF") + frame("PRIV", "x")),
-            artwork,
-            {},
-            "a picture (front cover), PRIV"},
+           {v3(picture('\3', "RIFF") + frame("PRIV", "x")), artwork, {}, "a picture (front cover), PRIV"},
        }) {
     const std::string tag = TagBytes(row.tag).padding(64);
     SCOPED_TRACE(testing::PrintToString(tag));
@@ -97,7 +90,7 @@ TEST(StoreTest, WritesAFrameForEachField) {
   const std::string frames =
       wide("TALB", "the album") + wide("TPE2", "the album-artist") + wide("TPE1", "the artist") +
       wide("TIT2", "the title") + text("TCON", "the genre\0"sv) + text("TRCK", "1973/1974\0"sv) +
-      picture(frontCover, jpeg + "cover") + wide("TCOM", "the composer") + wide("TPE3", "the conductor") +
+      picture('\3', jpeg + "cover") + wide("TCOM", "the composer") + wide("TPE3", "the conductor") +
       wide("TIT1", "the grouping") + wide("TCOP", "the copyright") + wide("TENC", "the encoded-by") +
       wide("TOWN", "the file-owner") + wide("TEXT", "the lyricist") + wide("TPUB", "the publisher") +
       wide("TIT3", "the subtitle") + wide("TKEY", "the initial-key") + text("TBPM", "1972\0"sv) +
@@ -142,7 +135,7 @@ TEST(StoreTest, CarriesOtherFramesOver) {
            {TagBytes(3).raw(priv).frameDeclaring(UINT32_MAX - 9, "BBBB", "b"), priv},
            // Frames of fields.
            {TagBytes(3).raw(wide("TIT2", "Old") + wide("TIT2", "Older") + frame("COMM", "\0deu\0hallo"sv) +
-                            picture(backCover, jpeg)),
+                            picture('\4', jpeg)),
             ""},
        }) {
     SCOPED_TRACE(testing::PrintToString(old.characters()));
@@ -154,9 +147,7 @@ TEST(StoreTest, CarriesOtherFramesOver) {
     std::filesystem::create_symlink("direct", file);
     store.write(titled("New"), file);
     EXPECT_EQ(contentsOf(target), track(wide("TIT2", "New") + carried, carried.empty() ? 2048 : 0));
-    if (carried.empty()) {
-      store.write(titled("Newer"), file);
-    } else {
+    if (!carried.empty()) {
       store.write(TagSet(), file);
       EXPECT_EQ(contentsOf(target), track(carried));
     }
@@ -207,8 +198,8 @@ TEST(TagApplierTest, ReturnsAResultForEachFileAndContinues) {
   const auto target = folder.file("b.mp3", audio());
   const TagApplier applier(store);
   const auto results = applier.copy(source, {"no.mp3", source, target}, TagFields::all, false);
-  EXPECT_EQ(TagApplier::updatedCount(results), 1U);
-  EXPECT_EQ(TagApplier::unchangedCount(results), 1U);
+  EXPECT_EQ(std::pair(TagApplier::updatedCount(results), TagApplier::unchangedCount(results)),
+            std::pair(1UL, 1UL));
   EXPECT_EQ(store.read(target).album, "Mass");
   const auto failures = TagApplier::failures(results);
   ASSERT_EQ(failures.size(), 1U);
