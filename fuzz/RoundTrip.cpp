@@ -1,17 +1,25 @@
+#include <algorithm>
+
 #include "ID3TagEditor/ID3TagEditor.h"
 #include "ID3TagEditor/model/FrameLayouts.h"
+#include "ID3v2/Reading.h"
+#include "ID3v2/TagsAtTheEnd.h"
+#include "ID3v2/Writing.h"
 #include "QuillmarkKit/store/engine/EngineTag.h"
 #include "QuillmarkKit/store/engine/RawFrames.h"
+#include "QuillmarkKit/store/standard/LosslessConversion.h"
+#include "QuillmarkKit/store/standard/TagNotes.h"
 #include "fuzz/FuzzTarget.h"
 #include "platform/base/Strings.h"
 
-// Checks that tags are read from what the engine writes as they were, and the other frames of a file as raw
-// bytes.
+// Checks that tags are read as they were from what is written by the engine, as raw frames and by the
+// standards.
 
 using namespace ID3TagEditor;
 using namespace std::string_view_literals;
 using platform::SharedBytes;
 using QuillmarkKit::TagSet;
+namespace LosslessConversion = QuillmarkKit::LosslessConversion;
 namespace ID3Frames = QuillmarkKit::ID3Frames;
 
 namespace {
@@ -120,9 +128,14 @@ SharedBytes stored(const TagSet& tags, const SharedBytes& input) {
   return bytes;
 }
 
-void checkStore(TagSet tags, const SharedBytes& input) {
-  // Removing a zero byte may expose white space, so normalise until nothing changes.
+/// Returns the tags normalised until nothing changes, because removing a zero byte may expose white space.
+TagSet settled(TagSet tags) {
   for (TagSet once = tags.normalized(); once != tags; once = tags.normalized()) tags = once;
+  return tags;
+}
+
+void checkStore(TagSet tags, const SharedBytes& input) {
+  tags = settled(std::move(tags));
   if (tags.genre && isGenreReadInParts(*tags.genre)) tags.genre.reset();
   if (tags.comment && isContentReadInParts(*tags.comment)) tags.comment.reset();
   if (tags.lyrics && isContentReadInParts(*tags.lyrics)) tags.lyrics.reset();
@@ -134,10 +147,54 @@ void checkStore(TagSet tags, const SharedBytes& input) {
   require(stored(tags, file) == file, "writing again changes nothing");
 }
 
+ID3v2::Tag readBack(const ID3v2::Tag& tag) {
+  ID3v2::Written written = ID3v2::write(tag, [](std::size_t) { return 16; });
+  require(written.notKept.empty(), "what was read can be written");
+  const std::size_t size = written.bytes.size();
+  const auto reading = ID3v2::read(SharedBytes(std::move(written.bytes)));
+  require(reading && reading->length == size, "what was written is read");
+  require(std::ranges::all_of(reading->unreadable, &ID3v2::UnreadablePart::isFrame), "all of it are frames");
+  return reading->tag;
+}
+
+/// Returns the tag without the original bytes of the frames that can be made from their content, as if these
+/// had been changed.
+ID3v2::Tag withoutOriginals(ID3v2::Tag tag) {
+  for (ID3v2::Frame& frame : tag.frames) {
+    if (std::holds_alternative<ID3v2::Unread>(frame.content)) continue;
+    if (std::holds_alternative<ID3v2::Opaque>(frame.content)) continue;
+    frame.original = {};
+    if (tag.version == 4) frame.flags = frame.group = 0;
+  }
+  return tag;
+}
+
+void checkStandard(const SharedBytes& input) {
+  ID3v2::readID3v1(input);
+  auto reading = ID3v2::read(input);
+  if (!reading) return;
+  if (reading->tag.version == 2) reading->tag.version = 3;
+  ID3v2::Tag tag = readBack(reading->tag);
+  require(tag == reading->tag, "frames come back");
+  require(reading->tag.frames.empty() || reading->tag.frames[0].original.empty() ||
+              std::ranges::equal(tag.frames, reading->tag.frames, {}, &ID3v2::Frame::original,
+                                 &ID3v2::Frame::original),
+          "frames come back byte for byte");
+  const ID3v2::Tag changed = withoutOriginals(reading->tag);
+  require(readBack(changed) == changed, "frames that are made anew come back");
+
+  const auto [dropped, altered] = QuillmarkKit::TagLosses::between(tag, tag);
+  require(dropped.empty() && altered.empty(), "nothing is lost of what stays");
+  const TagSet fields = settled(LosslessConversion::fieldsOf(tag));
+  LosslessConversion::setFields(tag, fields, QuillmarkKit::TagFields::all);
+  require(LosslessConversion::fieldsOf(tag) == fields, "fields that are set are read");
+}
+
 }  // namespace
 
 void fuzzTarget(const SharedBytes& input) {
   checkRawFrames(input);
+  checkStandard(input);
   std::optional<ID3Tag> tag;
   try {
     tag = editor().read(input);
