@@ -38,8 +38,7 @@ class TemporaryFolder {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
   }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  TemporaryFolder(TemporaryFolder&&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
   /// Writes a file of that name and returns its path.

@@ -90,7 +90,7 @@ TEST(StoreTest, WritesAFrameForEachField) {
   const std::string frames =
       wide("TALB", "the album") + wide("TPE2", "the album-artist") + wide("TPE1", "the artist") +
       wide("TIT2", "the title") + text("TCON", "the genre\0"sv) + text("TRCK", "1973/1974\0"sv) +
-      picture('\3', jpeg + "cover") + wide("TCOM", "the composer") + wide("TPE3", "the conductor") +
+      picture('\3', jpeg + " cover") + wide("TCOM", "the composer") + wide("TPE3", "the conductor") +
       wide("TIT1", "the grouping") + wide("TCOP", "the copyright") + wide("TENC", "the encoded-by") +
       wide("TOWN", "the file-owner") + wide("TEXT", "the lyricist") + wide("TPUB", "the publisher") +
       wide("TIT3", "the subtitle") + wide("TKEY", "the initial-key") + text("TBPM", "1972\0"sv) +
@@ -175,7 +175,6 @@ TEST(StoreTest, ReadsAndWritesRawFrames) {
   const auto file = folder.file("source.mp3", track(carried + text("TIT2", "Kyrie")));
   const auto target = folder.file("target.mp3", track(text("TIT2", "Gloria"), 100));
   const auto frames = ID3Frames::unmanagedFrames(file);
-  EXPECT_EQ(ID3Frames::tagData(frames, -1, file), ID3Frames::tagData(frames, 0, file));
   ID3Frames::append({}, target);
   EXPECT_EQ(contentsOf(target), track(text("TIT2", "Gloria"), 100));
   ID3Frames::append(frames, target);

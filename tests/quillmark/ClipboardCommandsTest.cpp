@@ -42,9 +42,7 @@ TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
          {"copy empty.mp3", "Copied tags from empty.mp3.\n  No tags\n"},
          {"paste --fields album 02.mp3", updated},
          {"read 02.mp3", "  Title  Gloria\n  Year   1977\n"}});
-  for (const auto& place : {state, state.parent_path(), state.parent_path().parent_path()})
-    EXPECT_EQ(filesystem::status(place).permissions(), perms::owner_all);
-  EXPECT_EQ(filesystem::status(store).permissions(), perms{0600});
+  EXPECT_EQ(shell("test -z \"$(find .local -type d ! -perm 700 -o -type f ! -perm 600)\""), 0);
   const int lock = ::open((state / "lock").c_str(), O_RDONLY | O_CLOEXEC);
   ASSERT_EQ(::flock(lock, LOCK_EX), 0);
   check({{"copy 02.mp3", "",
@@ -78,8 +76,6 @@ TEST_F(ClipboardCommandsTest, ReadWhatOtherProgramsStored) {
             unreadable + "\"tags\" should be an object but is null."},
            {holding(R"({"version":1,"tags":{"year":"1977"}})"),
             unreadable + "\"tags.year\" should be a number but is a text."},
-           {holding(R"({"version":1,"tags":{"artwork":{"data":"/9j/4A","format":"jpeg"}}})"),
-            unreadable + "\"tags.artwork.data\" is not base64."},
            {holding(R"({"version":1,"tags":{"artwork":{"data":"/9j/","format":"JPEG"}}})"),
             unreadable + "\"tags.artwork.format\" is neither \"jpeg\" nor \"png\"."},
            {stored.substr(0, stored.size() / 2), damaged},

@@ -1,5 +1,7 @@
 #include <sys/resource.h>
 
+#include <array>
+
 #include "tests/Program.h"
 #include "tests/Samples.h"
 
@@ -24,30 +26,28 @@ TEST_F(CommandLineTest, IsAnsweredWithoutTouchingAFile) {
   const std::string usage = run("").output;
   EXPECT_TRUE(
       usage.starts_with("quillmark — read and write ID3 tags on MP3 files.\n\nUSAGE\n  quillmark read"));
-  const Finished help = run("copy x.mp3 --help");
-  EXPECT_TRUE(help.output.starts_with("quillmark copy — put one file's tags on the clipboard.\n\nUSAGE\n"));
-  EXPECT_EQ(help.error + std::to_string(help.status), "0");
+  const std::string help = run("copy --help").output;
+  EXPECT_TRUE(help.starts_with("quillmark copy — put one file's tags on the clipboard.\n\nUSAGE\n"));
   const std::string noFiles = "No files given.";
   const std::string isFolder = "/ could not be read: it is a folder.";
-  const std::string folderNote = "\nquillmark: note: --recursive takes the MP3 files in and below a folder.";
   const auto note = [](const std::string& text) { return "note: --" + text + "\nquillmark: "; };
   const std::string noField = ". Run 'quillmark fields' for the list.";
   check({
       {"help READ", usage},
       {"--help", usage},
+      {"copy x.mp3 --help", help},
       {"READ", usage, "Unknown command 'READ'.\n"},
       {"read --json --x.mp3", "", noFiles},
-      {"read --notes --jsno --all", "",
-       note("jsno is no option of read and is ignored; did you mean --json?") +
-           note("all is no option of read and is ignored.") + noFiles},
       {"set --title --notes --notes --title=x --dry-run=x --titel=x --albumartist", "",
        note("title=x is no option of set and is ignored; write --title x.") +
            note("dry-run=x is no option of set and is ignored; write --dry-run.") +
            note("titel=x is no option of set and is ignored; did you mean --title?") +
            note("albumartist is no option of set and is ignored; did you mean --album-artist?") + noFiles},
       {"set --notes --track-number 3/ x.mp3", "", "--track-number expects a number, got '3/'."},
-      {"set --notes --strict --year 1977 /", "", isFolder + folderNote},
-      {"read --notes --keep-going / /", "", isFolder + folderNote + "\nquillmark: " + isFolder, 2},
+      {"read --notes --keep-going / /", "",
+       isFolder + "\nquillmark: note: --recursive takes the MP3 files in and below a folder.\nquillmark: " +
+           isFolder,
+       2},
       {"apply --from=x.mp3 x.mp3", "", "apply needs --from <file>."},
       {"apply x.mp3 --from", "", "--from needs a value."},
       {"apply --fields mood --from x.mp3", "", noFiles},
@@ -67,10 +67,8 @@ TEST_F(CommandLineTest, NamesFilesThatCannotBeRead) {
   const auto other = [](const std::string& format) {
     return " is not an MP3 — it looks like " + format + ". Quillmark writes ID3 tags, which only MP3s have.";
   };
-  struct Row {
-    std::string name, contents, message;
-  };
-  for (const auto& [name, contents, message] : std::vector<Row>{
+  using Texts = std::array<std::string, 3>;
+  for (const auto& [name, contents, message] : std::vector<Texts>{
            {"link.mp3", "", " could not be read."},
            {"loop.mp3", "", " could not be read."},
            {"device.mp3", "", notRegular},
