@@ -24,10 +24,7 @@ namespace ID3Frames = QuillmarkKit::ID3Frames;
 
 namespace {
 
-const ::ID3TagEditor::ID3TagEditor& editor() {
-  static const ::ID3TagEditor::ID3TagEditor editor;
-  return editor;
-}
+const ::ID3TagEditor::ID3TagEditor editor;
 
 /// Returns whether the engine may split the genre: it drops the text before a word in parentheses, and
 /// appends an unknown word to the rest.
@@ -75,7 +72,7 @@ bool isLasting(const ::ID3TagEditor::ID3Frame& frame) {
 /// Returns the input with its tag replaced by `tag`, or nothing if the tag has no frame that can be written.
 std::optional<SharedBytes> written(ID3Tag& tag, const SharedBytes& input) {
   try {
-    return editor().write(tag, input);
+    return editor.write(tag, input);
   } catch (const ID3TagEditorError& error) {
     require(error == ID3TagEditorError::invalidTagData, "a tag that was read is too small to be too big");
     return std::nullopt;
@@ -89,7 +86,7 @@ void checkEngine(ID3Tag& tag, const SharedBytes& input) {
   std::erase_if(tag.frames, [](const auto& entry) { return !isLasting(*entry.second); });
   const auto first = written(tag, input);
   if (!first) return;
-  auto back = editor().read(*first);
+  auto back = editor.read(*first);
   require(back.has_value(), "a tag that was written is read");
   require(platform::charactersOf(*first).ends_with(platform::charactersOf(input).substr(audioStart)),
           "the audio stays");
@@ -122,7 +119,7 @@ platform::Bytes otherFrames(const SharedBytes& input) {
 /// Returns a tag with the tag set and with the frames of the input that no tag set contains.
 SharedBytes stored(const TagSet& tags, const SharedBytes& input) {
   ID3Tag tag = QuillmarkKit::makeTag(tags);
-  platform::Bytes bytes = editor().write(tag, SharedBytes());
+  platform::Bytes bytes = editor.write(tag, SharedBytes());
   const ID3Frames::UnmanagedFrames others(input);
   if (!others.empty()) ID3Frames::appendTo(bytes, others, "written.mp3");
   return bytes;
@@ -141,7 +138,7 @@ void checkStore(TagSet tags, const SharedBytes& input) {
   if (tags.lyrics && isContentReadInParts(*tags.lyrics)) tags.lyrics.reset();
   if (tags.isEmpty()) return;
   const SharedBytes file = stored(tags, input);
-  const auto back = editor().read(file);
+  const auto back = editor.read(file);
   require(back && QuillmarkKit::tagSetFrom(*back) == tags, "a tag set is read as it was written");
   require(otherFrames(file) == otherFrames(input), "every other frame stays as it was");
   require(stored(tags, file) == file, "writing again changes nothing");
@@ -197,7 +194,7 @@ void fuzzTarget(const SharedBytes& input) {
   checkStandard(input);
   std::optional<ID3Tag> tag;
   try {
-    tag = editor().read(input);
+    tag = editor.read(input);
   } catch (const ID3TagEditorError& error) {
     require(error == ID3TagEditorError::corruptedFile, "the only error of reading bytes is a corrupted file");
   }

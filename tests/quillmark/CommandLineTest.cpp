@@ -9,18 +9,7 @@ namespace tests {
 
 using CommandLineTest = ProgramTest;
 
-namespace {
-
 constexpr std::uint64_t huge = 250ULL << 20;
-
-/// Returns the largest amount of memory that one of the processes used that this one has run.
-long peakKilobytes() {
-  struct rusage usage {};
-  ::getrusage(RUSAGE_CHILDREN, &usage);
-  return usage.ru_maxrss;
-}
-
-}  // namespace
 
 TEST_F(CommandLineTest, IsAnsweredWithoutTouchingAFile) {
   const std::string usage = run("").output;
@@ -116,6 +105,11 @@ TEST_F(CommandLineTest, TakesNoMoreMemoryThanTheFileIsLarge) {
   // Only the scanner of raw frames recognises this tag.
   folder.file("raw.mp3", TagBytes(3, 0, 1).padding(1000).declaring(huge));
   run("help");
+  const auto peakKilobytes = [] {
+    struct rusage usage {};
+    ::getrusage(RUSAGE_CHILDREN, &usage);
+    return usage.ru_maxrss;
+  };
   const long little = peakKilobytes() + (64L << 10);
   check({{"apply --from good.mp3 frame.mp3 tag.mp3 raw.mp3",
           "updated   frame.mp3\nupdated   raw.mp3\n\nchanged 2, unchanged 0, failed 1\n",

@@ -29,11 +29,8 @@ TEST_F(ReadCommandTest, ListsTheFieldsOfEachFile) {
       "  Artwork       PNG, 8 bytes\n";
   const std::string missing = "a~.mp3 could not be read.";
   const std::string unusable = " cannot be used as a list of files: ";
-  folder.file("two", "03.mp3\0a~.mp3\0"sv);
-  folder.file("tilde", "~/03.mp3\0"sv);
-  folder.file("empty", "");
-  folder.file("twice", "03.mp3\0\0"sv);
-  folder.file("lines", "03.mp3\n");
+  shell(R"(printf '03.mp3\0a~.mp3\0' >two; printf '~/03.mp3\0' >tilde; printf '03.mp3\0\0' >twice)");
+  shell(": >empty; echo 03.mp3 >lines");
   check({
       {"read 01.mp3 --unknown", first},
       {"read '~/03.mp3' 02.mp3 " + (folder.path() / "01.mp3").native() + " 03.mp3",
@@ -56,7 +53,7 @@ TEST_F(ReadCommandTest, PrintsJSONByPath) {
   std::string path = std::filesystem::canonical(folder.path()).native();
   for (std::size_t at = 0; (at = path.find('/', at)) != std::string::npos; at += 2) path.insert(at, 1, '\\');
   folder.file("0\"\\\n\x01\x7F\u00FC\xFF.mp3", track(text("TCON", "\x80"), 64));
-  for (const char* name : {"a\xFF.mp3", "a\xFE.mp3"}) folder.file(name, audio());
+  shell("cp 02.mp3 a\xFF.mp3; cp 02.mp3 a\xFE.mp3");
   const std::string key = "\n  \"" + path + "\\/";
   const std::string document = "{" + key + R"(0\"\\\n\u0001)" + "\x7F\u00FC\uFFFD" + R"(.mp3" : {
     "genre" : ")" + "\u0080" + R"("
