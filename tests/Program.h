@@ -8,24 +8,19 @@
 #include <vector>
 
 #include "tests/Files.h"
+#include "tests/Samples.h"
 
 namespace tests {
-
-struct Finished {
-  /// The exit status, or 128 plus the signal that ended the process.
-  int status;
-  std::string output;
-  std::string error;
-};
 
 /// A command line and what the program does with it.
 struct CommandLine {
   /// The words after the name of the program, quoted as for a shell.
   std::string words;
   std::string output;
-  /// The message without the name of the program in front and the line feed at its end.
-  std::string message = {};
-  /// By default, 0 without a message and 1 with one.
+  /// The text on standard error; if it is expected, without the name of the program in front and the line
+  /// feed at its end.
+  std::string error = {};
+  /// The exit status, or 128 plus the signal that ended the process. By default, 1 if there is an error.
   std::optional<int> status = {};
 };
 
@@ -40,23 +35,23 @@ class ProgramTest : public testing::Test {
   }
   /// Runs the program in the folder, which is also its home folder. A signal ends a run that takes 20
   /// seconds. The program has no desktop unless `environment` names one.
-  Finished run(const std::string& words, const std::string& environment = "") const {
+  CommandLine run(const std::string& words, const std::string& environment = "") const {
     const TemporaryFolder streams;
     const int status = shell(
         "perl -e 'alarm 20; exec @ARGV' env -u WAYLAND_DISPLAY -u DISPLAY -u QUILLMARK_OPTIONS "
         "HOME=\"$PWD\" " +
         environment + " '" QUILLMARK_PROGRAM "' " + words + " >" + (streams.path() / "output").native() +
         " 2>" + (streams.path() / "error").native());
-    return {status, contentsOf(streams.path() / "output"), contentsOf(streams.path() / "error")};
+    return {words, contentsOf(streams.path() / "output"), contentsOf(streams.path() / "error"), status};
   }
   /// Runs one command line after another and checks all that they print.
   void check(const std::vector<CommandLine>& lines) const {
     for (const CommandLine& line : lines) {
       SCOPED_TRACE(line.words);
-      const bool isQuiet = line.message.empty();
-      const Finished finished = run(line.words);
+      const bool isQuiet = line.error.empty();
+      const CommandLine finished = run(line.words);
       EXPECT_EQ(finished.output, line.output);
-      EXPECT_EQ(finished.error, isQuiet ? "" : "quillmark: " + line.message + "\n");
+      EXPECT_EQ(finished.error, isQuiet ? "" : "quillmark: " + line.error + "\n");
       EXPECT_EQ(finished.status, line.status.value_or(isQuiet ? 0 : 1));
     }
   }

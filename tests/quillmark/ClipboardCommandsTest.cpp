@@ -2,7 +2,6 @@
 #include <sys/file.h>
 
 #include "tests/Program.h"
-#include "tests/Samples.h"
 
 namespace tests {
 
@@ -74,8 +73,6 @@ TEST_F(ClipboardCommandsTest, ReadWhatOtherProgramsStored) {
            {holding(R"({"tags":{}})"), unreadable + "\"document\" has no member \"version\"."},
            {holding(R"({"version":1,"tags":null})"),
             unreadable + "\"tags\" should be an object but is null."},
-           {holding(R"({"version":1,"tags":{"year":"1977"}})"),
-            unreadable + "\"tags.year\" should be a number but is a text."},
            {holding(R"({"version":1,"tags":{"artwork":{"data":"/9j/","format":"JPEG"}}})"),
             unreadable + "\"tags.artwork.format\" is neither \"jpeg\" nor \"png\"."},
            {stored.substr(0, stored.size() / 2), damaged},
@@ -169,7 +166,7 @@ echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd /proc
     for (const auto& [name, contents] : programs)
       filesystem::permissions(bin.file(name, contents), perms::owner_all);
     shell("rm -f log taken");
-    const Finished done = run(words + " 9>held"s, desktop + " PATH=" + bin.path().native());
+    const CommandLine done = run(words + " 9>held"s, desktop + " PATH=" + bin.path().native());
     EXPECT_EQ(contentsOf(folder.path() / "log"), log);
     EXPECT_EQ(contentsOf(folder.path() / "taken"), isTaken ? "Title: " + longTitle : "");
     EXPECT_EQ((done.output + done.error).find("noise"), std::string::npos);

@@ -3,7 +3,6 @@
 #include <array>
 
 #include "tests/Program.h"
-#include "tests/Samples.h"
 
 namespace tests {
 
@@ -27,10 +26,9 @@ TEST_F(CommandLineTest, IsAnsweredWithoutTouchingAFile) {
       {"copy x.mp3 --help", help},
       {"READ", usage, "Unknown command 'READ'.\n"},
       {"read --json --x.mp3", "", noFiles},
-      {"set --title --notes --notes --title=x --dry-run=x --titel=x --albumartist", "",
+      {"set --title --notes --notes --title=x --dry-run=x --albumartist", "",
        note("title=x is no option of set and is ignored; write --title x.") +
            note("dry-run=x is no option of set and is ignored; write --dry-run.") +
-           note("titel=x is no option of set and is ignored; did you mean --title?") +
            note("albumartist is no option of set and is ignored; did you mean --album-artist?") + noFiles},
       {"set --notes --track-number 3/ x.mp3", "", "--track-number expects a number, got '3/'."},
       {"read --notes --keep-going / /", "",

@@ -1,5 +1,4 @@
 #include "tests/Program.h"
-#include "tests/Samples.h"
 
 namespace tests {
 
@@ -81,9 +80,9 @@ TEST_F(ReadCommandTest, PrintsJSONByPath) {
            "    \"trackTotal\" : 12\n  }\n}\n"},
       {"read --json a\xFF.mp3 ./a\xFF.mp3", "{" + key + "a\uFFFD.mp3\" : {\n\n  }\n}\n"},
   });
-  const Finished clash = run("read --json --keep-going a\xFF.mp3 a\xFE.mp3");
+  const CommandLine clash = run("read --json --keep-going a\xFF.mp3 a\xFE.mp3");
   EXPECT_TRUE(clash.error.starts_with("quillmark: a\xFE.mp3 and another file have one and the same name"));
-  EXPECT_EQ(clash.output + std::to_string(clash.status), "1");
+  EXPECT_EQ(clash.output + std::to_string(*clash.status), "1");
 }
 
 TEST_F(ReadCommandTest, PrintsTheSelectedFieldsAndTables) {
