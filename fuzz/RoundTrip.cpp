@@ -16,11 +16,9 @@
 // standards.
 
 using namespace ID3TagEditor;
+using namespace QuillmarkKit;
 using namespace std::string_view_literals;
 using platform::SharedBytes;
-using QuillmarkKit::TagSet;
-namespace LosslessConversion = QuillmarkKit::LosslessConversion;
-namespace ID3Frames = QuillmarkKit::ID3Frames;
 
 namespace {
 
@@ -118,7 +116,7 @@ platform::Bytes otherFrames(const SharedBytes& input) {
 
 /// Returns a tag with the tag set and with the frames of the input that no tag set contains.
 SharedBytes stored(const TagSet& tags, const SharedBytes& input) {
-  ID3Tag tag = QuillmarkKit::makeTag(tags);
+  ID3Tag tag = makeTag(tags);
   platform::Bytes bytes = editor.write(tag, SharedBytes());
   const ID3Frames::UnmanagedFrames others(input);
   if (!others.empty()) ID3Frames::appendTo(bytes, others, "written.mp3");
@@ -139,7 +137,7 @@ void checkStore(TagSet tags, const SharedBytes& input) {
   if (tags.isEmpty()) return;
   const SharedBytes file = stored(tags, input);
   const auto back = editor.read(file);
-  require(back && QuillmarkKit::tagSetFrom(*back) == tags, "a tag set is read as it was written");
+  require(back && tagSetFrom(*back) == tags, "a tag set is read as it was written");
   require(otherFrames(file) == otherFrames(input), "every other frame stays as it was");
   require(stored(tags, file) == file, "writing again changes nothing");
 }
@@ -180,10 +178,10 @@ void checkStandard(const SharedBytes& input) {
   const ID3v2::Tag changed = withoutOriginals(reading->tag);
   require(readBack(changed) == changed, "frames that are made anew come back");
 
-  const auto [dropped, altered] = QuillmarkKit::TagLosses::between(tag, tag);
+  const auto [dropped, altered] = TagLosses::between(tag, tag);
   require(dropped.empty() && altered.empty(), "nothing is lost of what stays");
   const TagSet fields = settled(LosslessConversion::fieldsOf(tag));
-  LosslessConversion::setFields(tag, fields, QuillmarkKit::TagFields::all);
+  LosslessConversion::setFields(tag, fields, TagFields::all);
   require(LosslessConversion::fieldsOf(tag) == fields, "fields that are set are read");
 }
 
@@ -199,6 +197,6 @@ void fuzzTarget(const SharedBytes& input) {
     require(error == ID3TagEditorError::corruptedFile, "the only error of reading bytes is a corrupted file");
   }
   if (!tag) return;
-  checkStore(QuillmarkKit::tagSetFrom(*tag), input);
+  checkStore(tagSetFrom(*tag), input);
   checkEngine(*tag, input);
 }

@@ -36,7 +36,6 @@ std::string repeated(int count, std::string_view text) {
 const std::string picture = "\0image/jpeg\0\3\0\xFF\xD8\xFF\xE0\0\1\xFF"s + std::string(200, 'p');
 const std::string chapterStart = "c1\0\0\0\0\0\0\0\3\xE8\xFF\xFF\xFF\xFF\xFF\xFF\xFF\xFF"s;
 const std::string long200(200, 'L');
-const std::string twoValues = std::string(128, 'P') + '\0' + std::string(127, 'Q');
 // zlib streams: "abc" ten times after an encoding byte 3 or 0, and 70000 times "a" after 3.
 const std::string deflatedUTF8 = "\x78\x9c\x63\x4e\x4c\x4a\xc6\x83\x00\xb2\x6a\x0b\x80"s;
 const std::string deflatedLatin1 = "\x78\x9c\x63\x48\x4c\x4a\xc6\x83\x00\xb2\x0d\x0b\x7d"s;
@@ -79,11 +78,6 @@ const Row rows[] = {
     {"an extended header of v2.3 that counts its own size field",
      v3(0x40).raw("\0\0\0\xA\0\0\0\0\0\0"s).text("TALB", "a"), album},
     {"a body too short for the size of an extended header", v3(0x40).raw("\0\0\0"s), v3()},
-    {"plain sizes in v2.4",
-     v4().raw("TIT2\0\0\0\xC9\0\0\3"s + long200).raw("TPE1\0\0\1\1\0\0\3"s + twoValues),
-     v3().text("TIT2", long200).text("TPE1", twoValues)},
-    {"synchsafe sizes in v2.3", v3().raw("TIT2\0\0\1\x49\0\0\0"s + long200).text("TALB", "a"),
-     v3().text("TIT2", long200).text("TALB", "a")},
     {"data after the last frame", v3().text("TALB", "a").padding(3).raw("TIT"), album,
      "the data after frame TALB"},
     {"data instead of frames", v3().raw("junk"), v3(), "the data in its tag"},
@@ -215,16 +209,14 @@ TEST(StandardTest, FindsTheEndOfATag) {
   EXPECT_EQ(read(bytesFrom(tag + footer + audio()))->length, tag.size() + 10);
   EXPECT_EQ(read(bytesFrom(tag + audio()))->length, tag.size());
   EXPECT_EQ(read(bytesFrom(TagBytes(2, 0, 7).padding(9).characters()))->length, 19);
-  for (const std::string& none : {"ID3"s, TagBytes(5).padding(9).characters(), audio()}) {
+  for (const std::string& none : {"ID3"s, TagBytes(5).padding(9).characters(), audio()})
     EXPECT_FALSE(read(bytesFrom(none))) << none.substr(0, 4);
-  }
 }
 
 TEST(StandardTest, NamesTheFramesThatCannotBeWritten) {
   EXPECT_EQ(writtenWith({}, std::size_t{1} << 28).bytes.size(), (1 << 28) + 9);
-  Tag tag;
-  tag.frames.push_back({.identifier = "WOAR", .content = URL{"\xE2\x82\xAC"}});
-  tag.frames.push_back({.identifier = "TT2", .content = Text{"a"}});
+  const Tag tag{.frames = {{.identifier = "WOAR", .content = URL{"\xE2\x82\xAC"}},
+                           {.identifier = "TT2", .content = Text{"a"}}}};
   const Written written = writtenWith(tag, 0);
   EXPECT_EQ(written.notKept, (std::vector{"the frame WOAR"s, "the frame TT2"s}));
   EXPECT_EQ(written.bytes.size(), 10);

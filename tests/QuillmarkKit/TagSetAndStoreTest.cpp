@@ -28,18 +28,11 @@ std::string picture(char type, std::string_view data) {
 std::string wide(std::string_view id, std::string_view content) {
   return frame(id, "\1" + utf16(content) + "\0\0"s);
 }
-std::string localized(std::string_view id, std::string_view content) {
-  return frame(id, "\1eng" + utf16("") + "\0\0"s + utf16(content));
-}
-TagSet titled(const char* title) {
-  TagSet tags;
-  tags.title = title;
-  return tags;
-}
 
 class StoreTest : public testing::Test {
  protected:
   const TemporaryFolder folder;
+  const TagSet titled = TagSet().merging(everyField(), {TagField::title});
 };
 
 }  // namespace
@@ -124,6 +117,7 @@ TEST_F(StoreTest, ReadsOneValueForAFieldAndNamesTheRest) {
 TEST_F(StoreTest, WritesAFrameForEachField) {
   const auto file = folder.file("track.MP3", audio(300000));
   store.write(everyField(), file);
+  const std::string none = "\1eng" + utf16("") + "\0\0"s;
   const std::string frames =
       wide("TALB", "the album") + wide("TPE2", "the album-artist") + wide("TPE1", "the artist") +
       wide("TIT2", "the title") + text("TCON", "the genre\0"sv) + text("TRCK", "1973/1974\0"sv) +
@@ -131,8 +125,8 @@ TEST_F(StoreTest, WritesAFrameForEachField) {
       wide("TIT1", "the grouping") + wide("TCOP", "the copyright") + wide("TENC", "the encoded-by") +
       wide("TOWN", "the file-owner") + wide("TEXT", "the lyricist") + wide("TPUB", "the publisher") +
       wide("TIT3", "the subtitle") + wide("TKEY", "the initial-key") + text("TBPM", "1972\0"sv) +
-      text("TPOS", "1975/1976\0"sv) + localized("USLT", "the lyrics") + localized("COMM", "the comment") +
-      text("TYER", "1971\0"sv);
+      text("TPOS", "1975/1976\0"sv) + frame("USLT", none + utf16("the lyrics")) +
+      frame("COMM", none + utf16("the comment")) + text("TYER", "1971\0"sv);
   const auto mp3 = [](std::string_view written) {
     return TagBytes(3).raw(written).padding(2048).characters() + audio(300000);
   };
@@ -144,7 +138,7 @@ TEST_F(StoreTest, WritesAFrameForEachField) {
               file);
   EXPECT_EQ(contentsOf(file), mp3(wide("TEXT", "the lyricist")));
   const auto date = std::filesystem::last_write_time(file);
-  ID3TagEditorStore(false).write(titled("New"), file);
+  ID3TagEditorStore(false).write(titled, file);
   EXPECT_GT(std::filesystem::last_write_time(file), date);
 }
 
@@ -181,8 +175,8 @@ TEST_F(StoreTest, CarriesOtherFramesOver) {
             ""},
        }) {
     elsewhere.file("target", old.characters() + audio());
-    store.write(titled("New"), file);
-    EXPECT_EQ(contentsOf(target), track(wide("TIT2", "New") + carried, carried.empty() ? 2048 : 0))
+    store.write(titled, file);
+    EXPECT_EQ(contentsOf(target), track(wide("TIT2", "the title") + carried, carried.empty() ? 2048 : 0))
         << testing::PrintToString(old.characters());
     if (!carried.empty()) {
       store.write(TagSet(), file);
@@ -242,10 +236,11 @@ TEST_F(StoreTest, ReturnsAResultForEachFileAndContinues) {
 }
 
 TEST_F(StoreTest, RefusesTextThatIsNotUTF8) {
-  const TemporaryFolder home;
-  platform::Pasteboard pasteboard(home.path());
-  EXPECT_THROW(TagClipboard::copy(titled("\xFF"), pasteboard), TagClipboard::EncodingError);
-  EXPECT_EQ(home.entryCount(), 0);
+  platform::Pasteboard pasteboard(folder.path());
+  TagSet tags;
+  tags.title = "\xFF";
+  EXPECT_THROW(TagClipboard::copy(tags, pasteboard), TagClipboard::EncodingError);
+  EXPECT_EQ(folder.entryCount(), 0);
 }
 
 }  // namespace tests

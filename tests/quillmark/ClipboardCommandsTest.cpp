@@ -1,14 +1,8 @@
-#include <fcntl.h>
-#include <sys/file.h>
-
 #include "tests/Program.h"
 
 namespace tests {
 
-namespace {
-
 namespace filesystem = std::filesystem;
-using filesystem::perms;
 
 const std::string nothingThere = "No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first.";
 const std::string tags = "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n";
@@ -25,8 +19,6 @@ class ClipboardCommandsTest : public ProgramTest {
   }
 };
 
-}  // namespace
-
 TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
   folder.file("empty.mp3", audio());
   check({{"copy", "", "No files given."},
@@ -42,13 +34,12 @@ TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
          {"paste --fields album 02.mp3", updated},
          {"read 02.mp3", "  Title  Gloria\n  Year   1977\n"}});
   EXPECT_EQ(shell("test -z \"$(find .local -type d ! -perm 700 -o -type f ! -perm 600)\""), 0);
-  const int lock = ::open((state / "lock").c_str(), O_RDONLY | O_CLOEXEC);
-  ASSERT_EQ(::flock(lock, LOCK_EX), 0);
+  shell(
+      "flock .local/state/quillmark/lock sh -c ': >locked; sleep 9' >held 2>&1 & until test -e locked; do "
+      "sleep 0.1; done");
   check({{"copy 02.mp3", "",
           "The clipboard could not be written: another program holds it locked. What was copied before is "
-          "still "
-          "there."}});
-  ::close(lock);
+          "still there."}});
 }
 
 TEST_F(ClipboardCommandsTest, ReadWhatOtherProgramsStored) {
@@ -103,14 +94,9 @@ TEST_F(ClipboardCommandsTest, RefuseContentThatAnotherUserCouldHaveStored) {
   const std::string noFile = used + "it is no file of the user's own";
   const std::string noFolder = used + "Not a directory";
   const std::string there = ". What was copied before is still there.";
-  struct Row {
-    /// Shell commands, with the folder of the clipboard in $S.
-    std::string change;
-    std::string pasting;
-    /// Empty if copying repairs the clipboard.
-    std::string copying;
-  };
-  for (const Row& row : std::vector<Row>{
+  // Shell commands, with the folder of the clipboard in $S, and the messages of pasting and copying, which
+  // repairs the clipboard if it succeeds.
+  for (const auto& [change, pasting, copying] : std::vector<std::array<std::string, 3>>{
            {"chmod 777 .", home + ".", home + there},
            {"chmod 777 .local/state", parent + ".", parent + there},
            {"chmod 777 $S", used + "others can use it.", ""},
@@ -127,17 +113,17 @@ TEST_F(ClipboardCommandsTest, RefuseContentThatAnotherUserCouldHaveStored) {
            {"chown 65534 $S/lock", "", noFile + there},
        }) {
     // Only root can make files of other users.
-    if (row.change.starts_with("chown") && ::geteuid() != 0) continue;
-    SCOPED_TRACE(row.change);
+    if (change.starts_with("chown") && ::geteuid() != 0) continue;
+    SCOPED_TRACE(change);
     shell("rm -rf .local elsewhere; chmod 700 .; chown $(id -u) .");
     check({{"copy 01.mp3", tags}});
-    ASSERT_EQ(shell("S=.local/state/quillmark; " + row.change), 0);
+    ASSERT_EQ(shell("S=.local/state/quillmark; " + change), 0);
     const std::string pasted = "would     02.mp3\n\nwould change 1, unchanged 0, failed 0\n";
-    check({{"paste --dry-run 02.mp3", row.pasting.empty() ? pasted : "", row.pasting},
-           {"copy 01.mp3", row.copying.empty() ? tags : "", row.copying}});
-    if (!row.copying.empty()) continue;
+    check({{"paste --dry-run 02.mp3", pasting.empty() ? pasted : "", pasting},
+           {"copy 01.mp3", copying.empty() ? tags : "", copying}});
+    if (!copying.empty()) continue;
     check({{"paste --dry-run 02.mp3", pasted}});
-    EXPECT_EQ(filesystem::status(state).permissions(), perms::owner_all);
+    EXPECT_EQ(filesystem::status(state).permissions(), filesystem::perms::owner_all);
   }
 }
 
@@ -164,7 +150,7 @@ echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd /proc
     SCOPED_TRACE(log);
     const TemporaryFolder bin;
     for (const auto& [name, contents] : programs)
-      filesystem::permissions(bin.file(name, contents), perms::owner_all);
+      filesystem::permissions(bin.file(name, contents), filesystem::perms::owner_all);
     shell("rm -f log taken");
     const CommandLine done = run(words + " 9>held"s, desktop + " PATH=" + bin.path().native());
     EXPECT_EQ(contentsOf(folder.path() / "log"), log);

@@ -2,8 +2,6 @@
 
 namespace tests {
 
-namespace {
-
 const std::string picture = "\x89PNG\r\n\x1A\n";
 
 class ReadCommandTest : public ProgramTest {
@@ -17,8 +15,6 @@ class ReadCommandTest : public ProgramTest {
                       64));
   }
 };
-
-}  // namespace
 
 TEST_F(ReadCommandTest, ListsTheFieldsOfEachFile) {
   const std::string first = "  Artist  Väskelund\n  Album   Morning / Songs\n";

@@ -2,8 +2,6 @@
 
 namespace tests {
 
-namespace {
-
 const std::string png = "\x89PNG\r\n\x1A\n picture";
 const std::string updated = "updated   01.mp3\n\nchanged 1, unchanged 0, failed 0\n";
 
@@ -17,8 +15,6 @@ class WritingCommandsTest : public ProgramTest {
     folder.file("cover", png);
   }
 };
-
-}  // namespace
 
 TEST_F(WritingCommandsTest, ChangeTheSelectedFields) {
   folder.file("camera", "\xFF\xD8\xFF\xE1 Exif\0\0"s);
