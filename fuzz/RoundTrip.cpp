@@ -64,7 +64,8 @@ bool isLasting(const ::ID3TagEditor::ID3Frame& frame) {
   if (picture == nullptr) return true;
   // A second signature is read as another picture.
   const std::string_view data = platform::charactersOf(picture->picture());
-  return data.find("\xFF\xD8\xFF\xE0"sv, 1) == data.npos && data.find("\x89PNG"sv, 1) == data.npos;
+  return data.find("\xFF\xD8\xFF\xE0"sv, 1) == std::string_view::npos &&
+         data.find("\x89PNG"sv, 1) == std::string_view::npos;
 }
 
 /// Returns the input with its tag replaced by `tag`, or nothing if the tag has no frame that can be written.
@@ -130,7 +131,6 @@ TagSet settled(TagSet tags) {
 }
 
 void checkStore(TagSet tags, const SharedBytes& input) {
-  tags = settled(std::move(tags));
   if (tags.genre && isGenreReadInParts(*tags.genre)) tags.genre.reset();
   if (tags.comment && isContentReadInParts(*tags.comment)) tags.comment.reset();
   if (tags.lyrics && isContentReadInParts(*tags.lyrics)) tags.lyrics.reset();
@@ -197,6 +197,6 @@ void fuzzTarget(const SharedBytes& input) {
     require(error == ID3TagEditorError::corruptedFile, "the only error of reading bytes is a corrupted file");
   }
   if (!tag) return;
-  checkStore(tagSetFrom(*tag), input);
+  checkStore(settled(tagSetFrom(*tag)), input);
   checkEngine(*tag, input);
 }

@@ -38,12 +38,12 @@ class ProgramTest : public testing::Test {
   /// seconds. The program has no desktop unless `environment` names one.
   CommandLine run(const std::string& words, const std::string& environment = "") const {
     const TemporaryFolder streams;
-    const int status = shell(
-        "perl -e 'alarm 20; exec @ARGV' env -u WAYLAND_DISPLAY -u DISPLAY -u QUILLMARK_OPTIONS "
-        "HOME=\"$PWD\" " +
-        environment + " '" QUILLMARK_PROGRAM "' " + words + " >" + (streams.path() / "output").native() +
-        " 2>" + (streams.path() / "error").native());
-    return {words, contentsOf(streams.path() / "output"), contentsOf(streams.path() / "error"), status};
+    const std::string place = streams.path().native() + "/";
+    const std::string prepared =
+        "perl -e 'alarm 20; exec @ARGV' env -u WAYLAND_DISPLAY -u DISPLAY -u QUILLMARK_OPTIONS ";
+    const int status = shell(prepared + "HOME=\"$PWD\" " + environment + " '" QUILLMARK_PROGRAM "' " + words +
+                             " >" + place + "output 2>" + place + "error");
+    return {words, contentsOf(place + "output"), contentsOf(place + "error"), status};
   }
   /// Runs one command line after another and checks all that they print.
   void check(const std::vector<CommandLine>& lines) const {

@@ -13,9 +13,8 @@ namespace {
 /// Makes two copies of the track, changes each of them twice, and counts the changes.
 std::size_t changes(const MP3TagStore& store, const std::filesystem::path& track, const std::string& name) {
   const std::vector<std::filesystem::path> files{name + "1.mp3", name + "2.mp3"};
-  for (const auto& file : files) {
+  for (const auto& file : files)
     std::filesystem::copy_file(track, file, std::filesystem::copy_options::overwrite_existing);
-  }
   std::size_t count = 0;
   TagSet tags;
   for (const char* album : {"A", "B"}) {

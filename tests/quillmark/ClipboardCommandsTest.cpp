@@ -6,6 +6,7 @@ namespace filesystem = std::filesystem;
 
 const std::string nothingThere = "No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first.";
 const std::string tags = "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n";
+const std::string there = ". What was copied before is still there.";
 const std::string updated = "updated   02.mp3\n\nchanged 1, unchanged 0, failed 0\n";
 
 class ClipboardCommandsTest : public ProgramTest {
@@ -37,9 +38,7 @@ TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
   shell(
       "flock .local/state/quillmark/lock sh -c ': >locked; sleep 9' >held 2>&1 & until test -e locked; do "
       "sleep 0.1; done");
-  check({{"copy 02.mp3", "",
-          "The clipboard could not be written: another program holds it locked. What was copied before is "
-          "still there."}});
+  check({{"copy 02.mp3", "", "The clipboard could not be written: another program holds it locked" + there}});
 }
 
 TEST_F(ClipboardCommandsTest, ReadWhatOtherProgramsStored) {
@@ -93,7 +92,6 @@ TEST_F(ClipboardCommandsTest, RefuseContentThatAnotherUserCouldHaveStored) {
   const std::string link = used + "a link is in its place";
   const std::string noFile = used + "it is no file of the user's own";
   const std::string noFolder = used + "Not a directory";
-  const std::string there = ". What was copied before is still there.";
   // Shell commands, with the folder of the clipboard in $S, and the messages of pasting and copying, which
   // repairs the clipboard if it succeeds.
   for (const auto& [change, pasting, copying] : std::vector<std::array<std::string, 3>>{

@@ -59,6 +59,7 @@ TEST_F(WritingCommandsTest, ChangeTheSelectedFields) {
   EXPECT_EQ(folder.entryCount(), 4);
   shell("mkfifo pipe; (head -c 10 cover; sleep 0.3; tail -c +11 cover) >pipe &");
   check({{"set --artwork pipe 01.mp3", updated},
+         {"set --artwork cover 01.mp3", "unchanged 01.mp3\n\nchanged 0, unchanged 1, failed 0\n"},
          {"read --table --fields artwork 01.mp3", "01.mp3\tPNG, 16 bytes\n"}});
 }
 
@@ -74,8 +75,8 @@ TEST_F(WritingCommandsTest, ReportChangesWithDiff) {
   check({
       change("--title 'a\x1B\xC2\x9B' --clear genre --artwork a/cover --lyrics '" + verse + "\u202E\n" +
                  verse + "'",
-             "    - Title         Gloria\n    + Title         a\\x1b\\u009b\n    - Genre         Pop\n    + "
-             "Lyrics        " +
+             "    - Title         Gloria\n    + Title         a\\x1b\\u009b\n    - Genre         Pop\n"
+             "    + Lyrics        " +
                  verse + "\\u202e…\n    + Artwork       PNG, 16 bytes\n"),
       change("--artwork other --lyrics '" + verse + "\u202E\n" + verse + verse + "w'",
              "    - Lyrics        …" + verse.substr(20) + "\n    + Lyrics        …" + verse.substr(20) +

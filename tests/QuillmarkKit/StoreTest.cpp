@@ -153,10 +153,9 @@ TEST_F(StoreTest, CarriesOtherFramesOver) {
   const std::string priv = frame("PRIV", bytes300, 0xC0E0);
   const std::string date = text("TDRC", "1977");
   for (const auto& [old, carried] : std::vector<std::pair<TagBytes, std::string>>{
-           {TagBytes(3).raw(user + wide("TIT2", "Old") + priv + date + user).padding(99),
+           {TagBytes(3).raw(user + wide("TIT2", "O") + priv + date + user).padding(99),
             user + priv + date + user},
-           {TagBytes(4).text("TIT2", "Old").frame("PRIV", bytes300, 0xC0E0).text("TDRC", "1977"),
-            priv + date},
+           {TagBytes(4).text("TIT2", "O").frame("PRIV", bytes300, 0xC0E0).text("TDRC", "1977"), priv + date},
            {TagBytes(3, 0x80).raw("CRM0\0\0\0\4\0\0\xFF\0\xE0\xFF\0\0"s + user),
             frame("CRM0", "\xFF\xE0\xFF\0"sv) + user},
            // Extended headers, of which one goes past the end.
@@ -170,7 +169,7 @@ TEST_F(StoreTest, CarriesOtherFramesOver) {
            {TagBytes(3).raw(priv + frame("BBBB", "") + user), priv},
            {TagBytes(3).raw(priv).frameDeclaring(UINT32_MAX - 9, "BBBB", "b"), priv},
            // Frames of fields.
-           {TagBytes(3).raw(wide("TIT2", "Old") + wide("TIT2", "Older") + frame("COMM", "\0deu\0hallo"sv) +
+           {TagBytes(3).raw(wide("TIT2", "O") + wide("TIT2", "P") + frame("COMM", "\0deu\0h"sv) +
                             picture('\4', jpeg)),
             ""},
        }) {
