@@ -32,7 +32,7 @@ class ProgramTest : public testing::Test {
 
   /// Runs a shell command in the folder. Returns its exit status.
   int shell(const std::string& command) const {
-    return WEXITSTATUS(std::system(("cd '" + folder.path().native() + "'; " + command).c_str()));
+    return WEXITSTATUS(std::system(("cd '" + folder.path().native() + "' || exit; " + command).c_str()));
   }
   /// Runs the program in the folder, which is also its home folder. A signal ends a run that takes 20
   /// seconds. The program has no desktop unless `environment` names one.

@@ -44,7 +44,7 @@ TEST_F(WritingCommandsTest, ChangeTheSelectedFields) {
     folder.file("01.mp3", old);
     const std::string before = stateOf(target);
     const bool isSame = listing == gloria + rest;
-    const std::string report = words.find("--dry-run --all") != words.npos
+    const std::string report = words.find("--dry-run --all") != std::string::npos
                                    ? "would     01.mp3\n\nwould change 1, unchanged 0, failed 0\n"
                                : isSame ? "unchanged 01.mp3\n\nchanged 0, unchanged 1, failed 0\n"
                                         : updated;
