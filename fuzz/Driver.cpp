@@ -1,8 +1,5 @@
 #include <sanitizer/allocator_interface.h>
 
-#include <cstddef>
-#include <cstdint>
-
 #include "fuzz/FuzzTarget.h"
 
 // The function that libFuzzer calls. It limits the memory that an input may take. The resident memory of the
@@ -10,9 +7,6 @@
 // So this counts the bytes that are allocated and not yet freed while the input is processed.
 
 namespace {
-
-constexpr std::size_t fixedAllowance = std::size_t{64} << 20;
-constexpr std::size_t allowancePerByte = 4;
 
 /// The largest number of bytes that may be allocated. Between two inputs there is no limit.
 std::size_t limit = SIZE_MAX;
@@ -23,19 +17,14 @@ void countAllocation(const volatile void*, std::size_t) {
   require(false, "memory stays below 64 MiB and four times the input");
 }
 
-void ignoreFreeing(const volatile void*) {
-}
+[[maybe_unused]] const int hooks =
+    __sanitizer_install_malloc_and_free_hooks(countAllocation, [](const volatile void*) {});
 
 }  // namespace
 
-extern "C" int LLVMFuzzerInitialize(int*, char***) {
-  __sanitizer_install_malloc_and_free_hooks(countAllocation, ignoreFreeing);
-  return 0;
-}
-
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   const platform::SharedBytes input(platform::Bytes(data, data + size));
-  limit = __sanitizer_get_current_allocated_bytes() + fixedAllowance + allowancePerByte * size;
+  limit = __sanitizer_get_current_allocated_bytes() + (std::size_t{64} << 20) + 4 * size;
   fuzzTarget(input);
   limit = SIZE_MAX;
   return 0;

@@ -1,7 +1,7 @@
 #include <cstdio>
-#include <exception>
 #include <filesystem>
 #include <limits>
+#include <span>
 
 #include "fuzz/FuzzTarget.h"
 #include "platform/StandardStreams.h"
@@ -10,19 +10,14 @@
 // counts as empty: a target without findings has no folder for them.
 int main(int argumentCount, char** arguments) {
   int inputs = 0;
-  try {
-    for (int i = 1; i < argumentCount; ++i) {
-      if (!std::filesystem::exists(arguments[i])) continue;
-      for (const auto& file : std::filesystem::directory_iterator(arguments[i])) {
-        // Printed before the run, because a target that fails does not return.
-        std::fprintf(stderr, "%s\n", file.path().c_str());
-        fuzzTarget(platform::Input::contents(file, std::numeric_limits<std::uint32_t>::max()));
-        ++inputs;
-      }
+  for (const char* folder : std::span(arguments, static_cast<std::size_t>(argumentCount)).subspan(1)) {
+    if (!std::filesystem::exists(folder)) continue;
+    for (const auto& file : std::filesystem::directory_iterator(folder)) {
+      // Printed before the run, because a target that fails does not return.
+      std::fprintf(stderr, "%s\n", file.path().c_str());
+      fuzzTarget(platform::Input::contents(file, std::numeric_limits<std::uint32_t>::max()));
+      ++inputs;
     }
-  } catch (const std::exception& error) {
-    std::fprintf(stderr, "%s\n", error.what());
-    return 1;
   }
   std::printf("%d inputs\n", inputs);
   return inputs > 0 ? 0 : 1;

@@ -12,6 +12,20 @@
 
 namespace tests {
 
+inline std::string contentsOf(const std::filesystem::path& file) {
+  std::ifstream stream(file, std::ios::binary);
+  return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+/// Returns a text that stays the same unless the file is written to, replaced or given other attributes.
+inline std::string stateOf(const std::filesystem::path& file) {
+  struct stat attributes {};
+  ::lstat(file.c_str(), &attributes);
+  const auto& [seconds, nanoseconds] = attributes.st_ctim;
+  return std::to_string(attributes.st_ino) + " " + std::to_string(seconds) + "." +
+         std::to_string(nanoseconds) + (S_ISREG(attributes.st_mode) ? contentsOf(file) : "");
+}
+
 /// A temporary folder, which the destructor removes.
 class TemporaryFolder {
  public:
@@ -24,15 +38,13 @@ class TemporaryFolder {
     std::error_code ignored;
     std::filesystem::remove_all(path_, ignored);
   }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+  TemporaryFolder(TemporaryFolder&&) = delete;
 
   const std::filesystem::path& path() const { return path_; }
   /// Writes a file of that name and returns its path.
   std::filesystem::path file(std::string_view name, std::string_view contents) const {
-    std::filesystem::path file = path_ / name;
-    std::ofstream(file, std::ios::binary) << contents;
-    return file;
+    std::ofstream(path_ / name, std::ios::binary) << contents;
+    return path_ / name;
   }
   /// Returns the number of entries in the folder, hidden ones included.
   std::ptrdiff_t entryCount() const {
@@ -41,34 +53,6 @@ class TemporaryFolder {
 
  private:
   std::filesystem::path path_;
-};
-
-inline std::string contentsOf(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-/// The properties of a file that stay the same unless it is written to, replaced or given other attributes.
-struct FileState {
-  explicit FileState(const std::filesystem::path& file) {
-    struct stat attributes {};
-    if (::stat(file.c_str(), &attributes) == -1) return;
-    inode = attributes.st_ino;
-    changedSeconds = attributes.st_ctim.tv_sec;
-    changedNanoseconds = attributes.st_ctim.tv_nsec;
-    modified = attributes.st_mtim;
-    if (S_ISREG(attributes.st_mode)) contents = contentsOf(file);
-  }
-  bool operator==(const FileState& other) const {
-    return inode == other.inode && changedSeconds == other.changedSeconds &&
-           changedNanoseconds == other.changedNanoseconds && contents == other.contents;
-  }
-
-  ino_t inode = 0;
-  time_t changedSeconds = 0;
-  long changedNanoseconds = 0;
-  timespec modified{};
-  std::string contents;
 };
 
 }  // namespace tests

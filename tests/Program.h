@@ -1,63 +1,61 @@
 #pragma once
 
-#include <sys/resource.h>
+#include <gtest/gtest.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
-#include <cstdio>
-#include <filesystem>
-#include <map>
-#include <stdexcept>
-#include <string>
+#include <array>
+#include <cstdlib>
+#include <optional>
 #include <vector>
 
 #include "tests/Files.h"
+#include "tests/Samples.h"
 
 namespace tests {
 
-struct Finished {
-  /// The exit status, or 128 plus the signal that ended the process.
-  int status = 0;
+/// A command line and what the program does with it.
+struct CommandLine {
+  /// The words after the name of the program, quoted as for a shell.
+  std::string words;
   std::string output;
-  std::string error;
-  /// The largest amount of memory that the process used.
-  long peakKilobytes = 0;
+  /// The text on standard error; if it is expected, without the name of the program in front and the line
+  /// feed at its end.
+  std::string error = {};
+  /// The exit status, or 128 plus the signal that ended the process. By default, 1 if there is an error.
+  std::optional<int> status = {};
 };
 
-/// Runs the built program with these arguments in `folder`, which is also its home folder. A signal ends a
-/// run that does not finish. The program has no desktop unless `environment` names one.
-inline Finished quillmark(const std::vector<std::string>& arguments, const std::filesystem::path& folder,
-                          const std::map<std::string, std::string>& environment = {}) {
-  constexpr unsigned secondsToFinish = 20;
-  const TemporaryFolder streams;
-  const auto output = streams.file("output", "");
-  const auto error = streams.file("error", "");
-  // Otherwise the child would also write the data in this process's buffers.
-  std::fflush(nullptr);
-  const pid_t child = ::fork();
-  if (child == -1) throw std::runtime_error("fork failed");
-  if (child == 0) {
-    std::vector<char*> argv{const_cast<char*>(QUILLMARK_PROGRAM)};
-    for (const std::string& argument : arguments) argv.push_back(const_cast<char*>(argument.c_str()));
-    argv.push_back(nullptr);
-    ::unsetenv("WAYLAND_DISPLAY");
-    ::unsetenv("DISPLAY");
-    ::unsetenv("QUILLMARK_OPTIONS");
-    for (const auto& [name, value] : environment) ::setenv(name.c_str(), value.c_str(), 1);
-    const bool ready = ::chdir(folder.c_str()) == 0 && ::setenv("HOME", folder.c_str(), 1) == 0 &&
-                       ::freopen(output.c_str(), "w", stdout) != nullptr &&
-                       ::freopen(error.c_str(), "w", stderr) != nullptr;
-    ::alarm(secondsToFinish);
-    if (ready) ::execv(QUILLMARK_PROGRAM, argv.data());
-    ::_exit(127);
+/// A test of the built program in a folder of its own.
+class ProgramTest : public testing::Test {
+ protected:
+  const TemporaryFolder folder;
+
+  /// Runs a shell command in the folder. Returns its exit status.
+  int shell(const std::string& command) const {
+    return WEXITSTATUS(std::system(("cd '" + folder.path().native() + "' || exit; " + command).c_str()));
   }
-  int status = 0;
-  struct rusage usage {};
-  ::wait4(child, &status, 0, &usage);
-  return {.status = WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
-          .output = contentsOf(output),
-          .error = contentsOf(error),
-          .peakKilobytes = usage.ru_maxrss};
-}
+  /// Runs the program in the folder, which is also its home folder. A signal ends a run that takes 20
+  /// seconds. The program has no desktop unless `environment` names one.
+  CommandLine run(const std::string& words, const std::string& environment = "") const {
+    const TemporaryFolder streams;
+    const std::string place = streams.path().native() + "/";
+    const std::string prepared =
+        "perl -e 'alarm 20; exec @ARGV' env -u WAYLAND_DISPLAY -u DISPLAY -u QUILLMARK_OPTIONS ";
+    const int status = shell(prepared + "HOME=\"$PWD\" " + environment + " '" QUILLMARK_PROGRAM "' " + words +
+                             " >" + place + "output 2>" + place + "error");
+    return {words, contentsOf(place + "output"), contentsOf(place + "error"), status};
+  }
+  /// Runs one command line after another and checks all that they print.
+  void check(const std::vector<CommandLine>& lines) const {
+    for (const CommandLine& line : lines) {
+      SCOPED_TRACE(line.words);
+      const bool isQuiet = line.error.empty();
+      const CommandLine finished = run(line.words);
+      EXPECT_EQ(finished.output, line.output);
+      EXPECT_EQ(finished.error, isQuiet ? "" : "quillmark: " + line.error + "\n");
+      EXPECT_EQ(finished.status, line.status.value_or(isQuiet ? 0 : 1));
+    }
+  }
+};
 
 }  // namespace tests

@@ -32,9 +32,7 @@ inline QuillmarkKit::TagSet everyField() {
     if (const auto text = stringKeyPath(field)) tags.*text = "the " + std::string(cliName(field));
     if (const auto integer = integerKeyPath(field)) tags.*integer = ++number;
   }
-  tags.artwork =
-      QuillmarkKit::Artwork::detecting(bytesFrom("\xFF\xD8\xFF\xE0"
-                                                 "cover"));
+  tags.artwork = QuillmarkKit::Artwork::detecting(bytesFrom("\xFF\xD8\xFF\xE0 cover"));
   return tags;
 }
 

@@ -45,6 +45,7 @@ class TagBytes {
 
   /// Returns the bytes of the tag.
   std::string characters() const { return declaring(body_.size()); }
+  operator std::string() const { return characters(); }
   /// Returns the bytes of the tag with another size in its header than that of its body.
   std::string declaring(std::uint64_t size) const { return start_ + synchsafe(size) + body_; }
 

@@ -1,210 +1,138 @@
-#include <fcntl.h>
-#include <gtest/gtest.h>
-#include <sys/file.h>
-#include <sys/stat.h>
-
-#include <csignal>
-#include <functional>
-
-#include "platform/Pasteboard.h"
-#include "tests/Files.h"
 #include "tests/Program.h"
-#include "tests/Samples.h"
 
 namespace tests {
 
-namespace {
+namespace filesystem = std::filesystem;
 
-const std::string nothingThere =
-    "quillmark: No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first.\n";
+const std::string nothingThere = "No Quillmark tags on the clipboard. Run 'quillmark copy <file>' first.";
+const std::string tags = "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n";
+const std::string there = ". What was copied before is still there.";
+const std::string updated = "updated   02.mp3\n\nchanged 1, unchanged 0, failed 0\n";
 
-class ClipboardCommandsTest : public testing::Test {
+class ClipboardCommandsTest : public ProgramTest {
  protected:
-  const TemporaryFolder folder;
-  const std::filesystem::path source =
-      folder.file("01.mp3", track(text("TIT2", "Kyrie") + text("TALB", "Mass") + text("TYER", "1977"), 64));
-  const std::filesystem::path target = folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
-  const std::filesystem::path state = folder.path() / ".local/state/quillmark";
+  const filesystem::path state = folder.path() / ".local/state/quillmark";
+  const filesystem::path store = state / "pasteboard";
 
-  Finished run(const std::vector<std::string>& words) const { return quillmark(words, folder.path()); }
-  void putDocument(std::string_view document) const {
-    platform::Pasteboard(folder.path()).store(document, "");
+  ClipboardCommandsTest() {
+    folder.file("01.mp3", track(text("TIT2", "Kyrie") + text("TALB", "Mass") + text("TYER", "1977"), 64));
+    folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
   }
 };
 
-}  // namespace
-
 TEST_F(ClipboardCommandsTest, CarryTagsFromOneRunToTheNext) {
-  using std::filesystem::perms;
-  EXPECT_EQ(run({"copy", "01.mp3", "ignored.mp3"}).output,
-            "Copied tags from 01.mp3.\n  Title: Kyrie\n  Album: Mass\n  Year: 1977\n");
-  for (const auto& place : {state, state.parent_path(), state.parent_path().parent_path()})
-    EXPECT_EQ(std::filesystem::status(place).permissions(), perms::owner_all);
-  EXPECT_EQ(std::filesystem::status(state / "pasteboard").permissions(), perms{0600});
-
-  EXPECT_EQ(run({"paste", "--fields", "year", "02.mp3"}).status, 0);
-  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Year   1977\n");
-  EXPECT_EQ(run({"paste", "02.mp3"}).status, 0);
-  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Album  Mass\n  Year   1977\n");
-
   folder.file("empty.mp3", audio());
-  EXPECT_EQ(run({"copy", "empty.mp3"}).output, "Copied tags from empty.mp3.\n  No tags\n");
-  EXPECT_EQ(run({"paste", "--fields", "album", "02.mp3"}).status, 0);
-  EXPECT_EQ(run({"read", "02.mp3"}).output, "  Title  Gloria\n  Year   1977\n");
+  check({{"copy", "", "No files given."},
+         {"paste --fields mood", "", "No files given."},
+         {"paste --fields mood 02.mp3", "", nothingThere},
+         {"copy 01.mp3 ignored.mp3", tags},
+         {"paste --fields mood 02.mp3", "", "Unknown field 'mood'. Run 'quillmark fields' for the list."},
+         {"paste --fields year 02.mp3", updated},
+         {"read 02.mp3", "  Title  Gloria\n  Year   1977\n"},
+         {"paste 02.mp3", updated},
+         {"read 02.mp3", "  Title  Gloria\n  Album  Mass\n  Year   1977\n"},
+         {"copy empty.mp3", "Copied tags from empty.mp3.\n  No tags\n"},
+         {"paste --fields album 02.mp3", updated},
+         {"read 02.mp3", "  Title  Gloria\n  Year   1977\n"}});
+  EXPECT_EQ(shell("test -z \"$(find .local -type d ! -perm 700 -o -type f ! -perm 600)\""), 0);
+  shell(
+      "flock .local/state/quillmark/lock sh -c ': >locked; sleep 9' >held 2>&1 & until test -e locked; do "
+      "sleep 0.1; done");
+  check({{"copy 02.mp3", "", "The clipboard could not be written: another program holds it locked" + there}});
 }
 
-TEST_F(ClipboardCommandsTest, ReportTheFirstErrorInAFixedOrder) {
-  EXPECT_EQ(run({"copy"}).error, "quillmark: No files given.\n");
-  EXPECT_EQ(run({"paste", "--fields", "mood"}).error, "quillmark: No files given.\n");
-  EXPECT_EQ(run({"paste", "--fields", "mood", "02.mp3"}).error, nothingThere);
-  putDocument(R"({"version":1,"tags":{}})");
-  EXPECT_EQ(run({"paste", "--fields", "mood", "02.mp3"}).error,
-            "quillmark: Unknown field 'mood'. Run 'quillmark fields' for the list.\n");
-}
-
-TEST_F(ClipboardCommandsTest, ReadDocumentsOfOtherPrograms) {
-  const std::string unreadable = "quillmark: The tags on the clipboard cannot be read: ";
-  for (const auto& [document, error] : std::vector<std::pair<std::string, std::string>>{
-           {R"({"version":1,"tags":{"year":1977.0,"mood":[{}]},"extra":[-1e999]})", ""},
-           {R"({"tags":{"year":3,"year":1.977e3,"title":null},"version":-1})", ""},
-           {R"({"version":2,"tags":{}})",
-            "quillmark: These tags were copied by a newer version of Quillmark (format 2).\n"},
-           {R"({"version":99999999999999999999,"tags":{}})",
-            unreadable +
-                "\"version\" should be a whole number of at most 64 bits but is 99999999999999999999.\n"},
-           {R"({"version":1,"tags":{"year":1e999}})",
-            unreadable + "\"tags.year\" should be a whole number of at most 64 bits but is 1e999.\n"},
-           {R"({"version":1)", unreadable + "not valid JSON: it ends too early.\n"},
-           {R"({"tags":{}})", unreadable + "\"document\" has no member \"version\".\n"},
-           {R"({"version":1,"tags":null})", unreadable + "\"tags\" should be an object but is null.\n"},
-           {R"({"version":1,"tags":{"year":"1977"}})",
-            unreadable + "\"tags.year\" should be a number but is a text.\n"},
-           {R"({"version":1,"tags":{"artwork":{"data":"/9j/4A","format":"jpeg"}}})",
-            unreadable + "\"tags.artwork.data\" is not base64.\n"},
-           {R"({"version":1,"tags":{"artwork":{"data":"/9j/","format":"JPEG"}}})",
-            unreadable + "\"tags.artwork.format\" is neither \"jpeg\" nor \"png\".\n"},
-           {R"({"version":1 "tags":{}})",
-            unreadable + "not valid JSON: a comma or a closing brace was expected at line 1, column 19.\n"},
-           {"{}{", unreadable + "not valid JSON: the end was expected at line 1, column 3.\n"},
-           {std::string(100000, '['), unreadable + "values nested more than 512 deep.\n"},
-       }) {
-    SCOPED_TRACE(document.substr(0, 80));
-    folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
-    putDocument(document);
-    const Finished pasted = run({"paste", "--fields", "year", "02.mp3"});
-    EXPECT_EQ(pasted.error, error);
-    EXPECT_EQ(pasted.status, error.empty() ? 0 : 1);
-    EXPECT_EQ(run({"read", "02.mp3"}).output,
-              error.empty() ? "  Title  Gloria\n  Year   1977\n" : "  Title  Gloria\n");
-  }
-}
-
-TEST_F(ClipboardCommandsTest, DistinguishADamagedStoreFromAnEmptyOne) {
-  ASSERT_EQ(run({"copy", "01.mp3"}).status, 0);
-  const std::string stored = contentsOf(state / "pasteboard");
-  const std::string document = stored.substr(stored.find('{'));
+TEST_F(ClipboardCommandsTest, ReadWhatOtherProgramsStored) {
+  check({{"copy 01.mp3", tags}});
+  const std::string stored = contentsOf(store);
   const std::string signature = "quillmark pasteboard 1\n";
-  const std::string damaged = "quillmark: The clipboard could not be read: it is damaged, copy again.\n";
   const std::string head = signature + "org.quillmark.tagset\n";
-  for (const std::string& bytes : {stored.substr(0, stored.size() / 2), stored.substr(1), stored + "more",
-                                   head + "-1\n" + document, head + "99999999\n" + document}) {
+  const auto holding = [&](const std::string& document) {
+    return head + std::to_string(document.size()) + "\n" + document;
+  };
+  const std::string unreadable = "The tags on the clipboard cannot be read: ";
+  const std::string damaged = "The clipboard could not be read: it is damaged, copy again.";
+  const std::string tooLong = head + "2147483649\n";
+  for (const auto& [bytes, message] : std::vector<std::pair<std::string, std::string>>{
+           {holding(R"({"version":1,"tags":{"year":1977.0,"mood":[{}]},"extra":[-1e999]})"), ""},
+           {holding(R"({"tags":{"year":3,"year":1.977e3,"title":null},"version":-1})"), ""},
+           {holding(R"({"version":2,"tags":{}})"),
+            "These tags were copied by a newer version of Quillmark (format 2)."},
+           {holding(R"({"version":1,"tags":{"year":1e999}})"),
+            unreadable + "\"tags.year\" should be a whole number of at most 64 bits but is 1e999."},
+           {holding(R"({"version":1)"), unreadable + "not valid JSON: it ends too early."},
+           {holding(R"({"tags":{}})"), unreadable + "\"document\" has no member \"version\"."},
+           {holding(R"({"version":1,"tags":null})"),
+            unreadable + "\"tags\" should be an object but is null."},
+           {holding(R"({"version":1,"tags":{"artwork":{"data":"/9j/","format":"JPEG"}}})"),
+            unreadable + "\"tags.artwork.format\" is neither \"jpeg\" nor \"png\"."},
+           {stored.substr(0, stored.size() / 2), damaged},
+           {stored.substr(1), damaged},
+           {stored + "more", damaged},
+           {head + "-1\n{}", damaged},
+           {head + "99999999\n{}", damaged},
+           {tooLong, damaged},
+           {"", nothingThere},
+           {signature, nothingThere},
+       }) {
+    SCOPED_TRACE(bytes);
+    folder.file("02.mp3", track(text("TIT2", "Gloria"), 64));
     folder.file(".local/state/quillmark/pasteboard", bytes);
-    EXPECT_EQ(run({"paste", "02.mp3"}).error, damaged) << bytes;
-  }
-  // Longer than the limit, so refused before it is read. The file is sparse and takes no room on the disk.
-  folder.file(".local/state/quillmark/pasteboard", head + "2147483649\n");
-  std::filesystem::resize_file(state / "pasteboard", head.size() + 11 + 2147483649);
-  EXPECT_EQ(run({"paste", "02.mp3"}).error, damaged);
-  for (const std::string& bytes : {std::string(), signature}) {
-    folder.file(".local/state/quillmark/pasteboard", bytes);
-    EXPECT_EQ(run({"paste", "02.mp3"}).error, nothingThere);
+    // Refused before it is read. The file is sparse and takes no room on the disk.
+    if (bytes == tooLong) filesystem::resize_file(store, tooLong.size() + 2147483649);
+    check({{"paste --fields year 02.mp3", message.empty() ? updated : "", message},
+           {"read 02.mp3", message.empty() ? "  Title  Gloria\n  Year   1977\n" : "  Title  Gloria\n"}});
   }
 }
 
 TEST_F(ClipboardCommandsTest, RefuseContentThatAnotherUserCouldHaveStored) {
-  using std::filesystem::perms;
-  namespace filesystem = std::filesystem;
-  const auto opened = [](const filesystem::path& place) {
-    return [place] { filesystem::permissions(place, perms::all); };
-  };
-  const auto given = [](const filesystem::path& place) {
-    return [place] { ASSERT_EQ(::lchown(place.c_str(), 65534, 65534), 0); };
-  };
-  const auto linked = [&](const filesystem::path& place) {
-    return [&, place] {
-      filesystem::rename(place, folder.path() / "elsewhere");
-      filesystem::create_symlink(folder.path() / "elsewhere", place);
-    };
-  };
-  const auto store = state / "pasteboard";
-  const std::string foreignHome = "the home folder is not the user's alone";
-  const std::string foreignParent = "a folder above it is not the user's alone";
-  struct Row {
-    std::function<void()> change;
-    std::string reasonForPaste;
-    /// Empty if copying repairs the clipboard.
-    std::string reasonForCopy;
-    bool needsRoot = false;
-  };
-  for (const Row& row : std::vector<Row>{
-           {opened(folder.path()), foreignHome, foreignHome},
-           {opened(state.parent_path()), foreignParent, foreignParent},
-           {opened(state), "others can use it", ""},
-           {linked(state), "Not a directory", "Not a directory"},
-           {linked(store), "a link is in its place", ""},
-           {linked(state / "lock"), "", "a link is in its place"},
-           {[&] { filesystem::remove(store), filesystem::create_directory(store); },
-            "it is no file of the user's own", "Is a directory"},
-           {[&] { filesystem::remove(store), ::mkfifo(store.c_str(), 0600); },
-            "it is no file of the user's own", ""},
-           {given(folder.path()), foreignHome, foreignHome, true},
-           {given(state.parent_path()), foreignParent, foreignParent, true},
-           {given(state), "it belongs to another user", "it belongs to another user", true},
-           {given(store), "it is no file of the user's own", "", true},
-           {given(state / "lock"), "", "it is no file of the user's own", true},
+  const std::string used = "The clipboard cannot be used: ";
+  const std::string home = used + "the home folder is not the user's alone";
+  const std::string parent = used + "a folder above it is not the user's alone";
+  const std::string otherUser = used + "it belongs to another user";
+  const std::string link = used + "a link is in its place";
+  const std::string noFile = used + "it is no file of the user's own";
+  const std::string noFolder = used + "Not a directory";
+  // Shell commands, with the folder of the clipboard in $S, and the messages of pasting and copying, which
+  // repairs the clipboard if it succeeds.
+  for (const auto& [change, pasting, copying] : std::vector<std::array<std::string, 3>>{
+           {"chmod 777 .", home + ".", home + there},
+           {"chmod 777 .local/state", parent + ".", parent + there},
+           {"chmod 777 $S", used + "others can use it.", ""},
+           {"mv $S elsewhere; ln -s ../../elsewhere $S", noFolder + ".", noFolder + there},
+           {"mv $S/pasteboard elsewhere; ln -s \"$PWD/elsewhere\" $S/pasteboard", link + ".", ""},
+           {"mv $S/lock elsewhere; ln -s \"$PWD/elsewhere\" $S/lock", "", link + there},
+           {"rm $S/pasteboard; mkdir $S/pasteboard", noFile + ".",
+            "The clipboard could not be written: Is a directory" + there},
+           {"rm $S/pasteboard; mkfifo -m 600 $S/pasteboard", noFile + ".", ""},
+           {"chown 65534 .", home + ".", home + there},
+           {"chown 65534 .local/state", parent + ".", parent + there},
+           {"chown 65534 $S", otherUser + ".", otherUser + there},
+           {"chown 65534 $S/pasteboard", noFile + ".", ""},
+           {"chown 65534 $S/lock", "", noFile + there},
        }) {
-    if (row.needsRoot && ::geteuid() != 0) continue;
-    SCOPED_TRACE(row.reasonForPaste + " / " + row.reasonForCopy);
-    filesystem::remove_all(folder.path() / ".local");
-    filesystem::remove_all(folder.path() / "elsewhere");
-    ASSERT_EQ(run({"copy", "01.mp3"}).error, "");
-    row.change();
-    const auto line = [](const std::string& reason, const std::string& more) {
-      const std::string failure = reason == "Is a directory" ? "could not be written: " : "cannot be used: ";
-      return reason.empty() ? "" : "quillmark: The clipboard " + failure + reason + "." + more + "\n";
-    };
-    EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).error, line(row.reasonForPaste, ""));
-    const Finished copied = run({"copy", "02.mp3"});
-    EXPECT_EQ(copied.error, line(row.reasonForCopy, " What was copied before is still there."));
-    EXPECT_EQ(copied.status, row.reasonForCopy.empty() ? 0 : 1);
-    EXPECT_EQ(copied.output, row.reasonForCopy.empty() ? "Copied tags from 02.mp3.\n  Title: Gloria\n" : "");
-    if (row.reasonForCopy.empty()) {
-      EXPECT_EQ(filesystem::status(state).permissions(), perms::owner_all);
-      EXPECT_EQ(run({"paste", "--dry-run", "02.mp3"}).error, "");
-    }
-    ASSERT_EQ(::chown(folder.path().c_str(), ::geteuid(), ::getegid()), 0);
-    filesystem::permissions(folder.path(), perms::owner_all);
+    // Only root can make files of other users.
+    if (change.starts_with("chown") && ::geteuid() != 0) continue;
+    SCOPED_TRACE(change);
+    shell("rm -rf .local elsewhere; chmod 700 .; chown $(id -u) .");
+    check({{"copy 01.mp3", tags}});
+    ASSERT_EQ(shell("S=.local/state/quillmark; " + change), 0);
+    const std::string pasted = "would     02.mp3\n\nwould change 1, unchanged 0, failed 0\n";
+    check({{"paste --dry-run 02.mp3", pasting.empty() ? pasted : "", pasting},
+           {"copy 01.mp3", copying.empty() ? tags : "", copying}});
+    if (!copying.empty()) continue;
+    check({{"paste --dry-run 02.mp3", pasted}});
+    EXPECT_EQ(filesystem::status(state).permissions(), filesystem::perms::owner_all);
   }
-}
-
-TEST_F(ClipboardCommandsTest, WaitForAnotherWriterFirst) {
-  ASSERT_EQ(run({"copy", "01.mp3"}).error, "");
-  const int lock = ::open((state / "lock").c_str(), O_RDONLY | O_CLOEXEC);
-  ASSERT_EQ(::flock(lock, LOCK_EX), 0);
-  EXPECT_EQ(run({"copy", "02.mp3"}).error,
-            "quillmark: The clipboard could not be written: another program holds it locked. What was copied "
-            "before is still there.\n");
-  ::close(lock);
 }
 
 TEST_F(ClipboardCommandsTest, OfferTheSummaryToTheDesktop) {
   // A substitute for every clipboard program. Logs its arguments and the state that it inherits from the
-  // process.
+  // process: ignored signals, its session, the folder, and a file that another program has opened for it.
   const std::string script = R"sh(#!/bin/sh
 echo noise; echo noise >&2
 while read -r name value; do [ "$name" != SigIgn: ] || ignored=${value#?????????}; done </proc/$$/status
 read -r pid _ _ _ _ session _ </proc/$$/stat
-echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd)" >>"$HOME/log"
+echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd /proc/$$/fd/9)" >>"$HOME/log"
 )sh";
   const std::string takes = script + "/bin/cat >\"$HOME/taken\"; /bin/sleep 3 & exit 0";
   const std::string fails = script + "/bin/cat >/dev/null; exit 1";
@@ -212,55 +140,33 @@ echo "${0##*/} $* $ignored $((pid - session)) $(/bin/readlink /proc/$$/cwd)" >>"
   const std::string wlCopy = "wl-copy --type text/plain 0000000 0 /\n";
   const std::string xclip = "xclip -selection clipboard -in 0000000 0 /\n";
   const std::string xsel = "xsel --clipboard --input 0000000 0 /\n";
-  const std::map<std::string, std::string> none{{"DISPLAY", ""}};
-  const std::map<std::string, std::string> x{{"DISPLAY", ":7"}};
-  const std::map<std::string, std::string> wayland{{"WAYLAND_DISPLAY", "w"}};
-  const std::map<std::string, std::string> both{*x.begin(), *wayland.begin()};
-  const std::map<std::string, std::string> all{{"wl-copy", takes}, {"xclip", takes}, {"xsel", takes}};
-
-  const std::string summary = "Title: " + std::string(200'000, 'k');
-  folder.file("01.mp3", track(text("TIT2", std::string(200'000, 'k')), 64));
-  struct Row {
-    std::map<std::string, std::string> environment, programs;
-    std::string log;
-    bool isTaken;
-    std::vector<std::string> words = {"copy", "01.mp3"};
-  };
-  const auto offer = [&](Row row) {
-    SCOPED_TRACE(row.log);
+  using Programs = std::vector<std::pair<const char*, std::string>>;
+  const std::string longTitle(200'000, 'k');
+  folder.file("01.mp3", track(text("TIT2", longTitle), 64));
+  const auto offer = [&](const std::string& desktop, const Programs& programs, const std::string& log,
+                         bool isTaken, const char* words = "copy 01.mp3") {
+    SCOPED_TRACE(log);
     const TemporaryFolder bin;
-    for (const auto& [name, contents] : row.programs)
-      std::filesystem::permissions(bin.file(name, contents), std::filesystem::perms::owner_all);
-    for (const char* name : {"log", "taken"}) std::filesystem::remove(folder.path() / name);
-    row.environment["PATH"] = bin.path();
-    // Another program may wait for this pipe to close to detect the end of the process.
-    std::array<int, 2> held{};
-    ASSERT_EQ(::pipe2(held.data(), O_NONBLOCK), 0);
-    const Finished run = quillmark(row.words, folder.path(), row.environment);
-    ::close(held[1]);
-    char byte = 0;
-    EXPECT_EQ(::read(held[0], &byte, 1), 0);
-    ::close(held[0]);
-    EXPECT_EQ(contentsOf(folder.path() / "log"), row.log);
-    EXPECT_EQ(contentsOf(folder.path() / "taken") == summary, row.isTaken);
-    EXPECT_EQ((run.output + run.error).find("noise"), std::string::npos);
+    for (const auto& [name, contents] : programs)
+      filesystem::permissions(bin.file(name, contents), filesystem::perms::owner_all);
+    shell("rm -f log taken");
+    const CommandLine done = run(words + " 9>held"s, desktop + " PATH=" + bin.path().native());
+    EXPECT_EQ(contentsOf(folder.path() / "log"), log);
+    EXPECT_EQ(contentsOf(folder.path() / "taken"), isTaken ? "Title: " + longTitle : "");
+    EXPECT_EQ((done.output + done.error).find("noise"), std::string::npos);
   };
-  for (const Row& row : std::vector<Row>{
-           {none, all, "", false},
-           {both, all, wlCopy, true},
-           {both, all, "", false, {"copy", "--no-desktop", "01.mp3"}},
-           {wayland, {{"wl-copy", fails}, {"xclip", takes}}, wlCopy, false},
-           {both, {{"wl-copy", fails}, {"xclip", takes}, {"xsel", takes}}, wlCopy + xclip, true},
-           {x, {{"wl-copy", takes}, {"xclip", hangs}, {"xsel", takes}}, xclip + xsel, true},
-           {both, {}, "", false},
-       }) {
-    offer(row);
-  }
-  const pid_t hung = std::stoi(contentsOf(folder.path() / "hung"));
-  EXPECT_EQ(::kill(hung, 0), -1) << "what takes no text is ended";
-  std::filesystem::remove_all(state);
-  folder.file(".local/state/quillmark", "no folder");
-  offer({both, {{"wl-copy", takes}}, "", false});
+  const Programs all{{"wl-copy", takes}, {"xclip", takes}, {"xsel", takes}};
+  const std::string both = "WAYLAND_DISPLAY=w DISPLAY=:7";
+  offer("DISPLAY=", all, "", false);
+  offer(both, all, wlCopy, true);
+  offer(both, all, "", false, "copy --no-desktop 01.mp3");
+  offer("WAYLAND_DISPLAY=w", {{"wl-copy", fails}, {"xclip", takes}}, wlCopy, false);
+  offer(both, {{"wl-copy", fails}, {"xclip", takes}, {"xsel", takes}}, wlCopy + xclip, true);
+  offer("DISPLAY=:7", {{"wl-copy", takes}, {"xclip", hangs}, {"xsel", takes}}, xclip + xsel, true);
+  offer(both, {}, "", false);
+  EXPECT_EQ(shell("test -s hung && ! kill -0 $(cat hung) 2>/dev/null"), 0) << "what takes no text is ended";
+  shell("rm -r .local/state/quillmark; : >.local/state/quillmark");
+  offer(both, all, "", false);
 }
 
 }  // namespace tests
