@@ -5,27 +5,28 @@ when built by find_package and by pkg-config.
 
 Usage: development.py CMAKE BUILD_FOLDER COMPILER [FLAG...]
 """
-import concurrent.futures
 import os
 import pathlib
 import shlex
 import subprocess
 import sys
-import tempfile
 
 import proof
-from proof import ENVIRONMENT, ROOT, SOURCE, audio_of, check, frame, run, tag, text
+from proof import ENVIRONMENT, ROOT, SOURCE, check, run
+from tagbytes import audio_of, f3, tag, text
 
 WARNINGS = ["-Wall", "-Wextra", "-Wpedantic", "-Wshadow", "-Wconversion", "-Werror"]
-LIBRARIES = {"ListTags.cpp": "QuillmarkKit", "SetField.cpp": "QuillmarkKit", "ChangeTitle.cpp": "ID3TagEditor",
-             "ShowFrames.cpp": "ID3v2"}
-UNKNOWN = frame("TXXX", b"\0key\0value") + frame("PRIV", b"owner\0\1\2\3")
+# The examples, their sources and their libraries.
+EXAMPLES = {"list-tags": ("ListTags.cpp", "QuillmarkKit"), "set-field": ("SetField.cpp", "QuillmarkKit"),
+            "change-title": ("ChangeTitle.cpp", "ID3TagEditor"), "show-frames": ("ShowFrames.cpp", "ID3v2")}
+GLORIA = "02 Gloria.mp3"
 
 
 def quietly(what, *command, **options):
-    """Runs a command that must succeed; its output appears only if it fails."""
+    """Runs a command that must succeed; its output appears only if it fails. Returns the output."""
     done = subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, text=True, **options)
     check(what, (done.returncode, "" if done.returncode == 0 else done.stdout), (0, ""))
+    return done.stdout
 
 
 def install(cmake, build, scratch):
@@ -44,84 +45,60 @@ def check_headers(installed, compile_command):
     headers = sorted(path.relative_to(installed / "include/quillmark") for path in installed.rglob("*.h"))
     check("the installation contains the headers", pathlib.Path("QuillmarkKit/transfer/TagApplier.h") in headers, True)
     # A header with a source of the same name is already compiled alone: the source includes it first.
-    alone = [[header] for header in headers if not (ROOT / header).with_suffix(".cpp").exists()]
-
-    def compile_headers(together):
+    for together in (headers, *([one] for one in headers if not (ROOT / one).with_suffix(".cpp").exists())):
         includes = "".join(f"#include <{header}>\n" for header in together)
         quietly(f"compiling {includes}", *compile_command, "-fsyntax-only", "-x", "c++", "-", input=includes)
 
-    with concurrent.futures.ThreadPoolExecutor(os.cpu_count()) as threads:
-        list(threads.map(compile_headers, [headers, *alone]))
-
-
-def build_by_find_package(cmake, installed, compiler, flags, folder):
-    quietly("configuring the examples", cmake, "-S", ROOT / "examples", "-B", folder, "-G", "Ninja",
-            f"-DCMAKE_PREFIX_PATH={installed}", f"-DCMAKE_CXX_COMPILER={compiler}",
-            f"-DCMAKE_CXX_FLAGS={' '.join(flags)}")
-    quietly("building the examples by find_package", cmake, "--build", folder)
-
-
-def build_by_pkg_config(package_flags, compiler, flags, folder):
-    folder.mkdir()
-    for source, library in LIBRARIES.items():
-        # The build of the examples names programs the same way: ListTags.cpp becomes list-tags.
-        name = "".join(f"-{c.lower()}" if c.isupper() else c for c in pathlib.Path(source).stem).lstrip("-")
-        quietly(f"building {source} by pkg-config", compiler, *flags, ROOT / "examples" / source, "-o", folder / name,
-                *package_flags("--cflags", "--libs", library))
-
 
 def check_examples(programs, album):
-    def example(name, *words):
-        return run(programs / name, words, album)
-
     album.mkdir()
-    for name in ("02 Gloria.mp3", SOURCE):
+    for name in (GLORIA, SOURCE):
         (album / name).write_bytes((ROOT / "samples" / name).read_bytes())
     audio = audio_of((album / SOURCE).read_bytes())
-    rich = tag(text("TIT2", "Ave"), text("TALB", "Evening"), text("TRCK", "3"), UNKNOWN)
+    rich = tag(3, f3("TIT2", text("Ave")), f3("TALB", text("Evening")), f3("TRCK", text("3")),
+               f3("TXXX", b"\0key\0value"), f3("PRIV", b"owner\0\1\2\3"))
     (album / "rich.mp3").write_bytes(rich + audio)
-
-    check("fields", example("list-tags", "none.mp3", "rich.mp3"),
-          (1, "rich.mp3\n  Title: Ave\n  Album: Evening\n  Track Number: 3\n", "none.mp3 could not be read.\n"))
-    shown = "TIT2  Ave\nTALB  Evening\nTRCK  3\nTXXX  key: value\nPRIV  9 bytes\n"
-    check("frames", example("show-frames", "rich.mp3"), (0, f"ID3v2.3, {len(rich)} bytes\n{shown}", ""))
-
-    check("setting a field", example("set-field", "album", "Morning", "rich.mp3", "none.mp3", "02 Gloria.mp3"),
-          (2, "updated rich.mp3\nnone.mp3 could not be read.\nupdated 02 Gloria.mp3\n", ""))
-    check("setting it again", example("set-field", "album", "Morning", "rich.mp3"), (0, "unchanged rich.mp3\n", ""))
-    check("a field that is not a text", example("set-field", "year", "1977", "rich.mp3")[0], 1)
-    check("frames after a change of one field", example("show-frames", "rich.mp3")[1].splitlines()[1:],
-          shown.replace("Evening", "Morning").splitlines())
-
-    check("changing the title", example("change-title", "Salve", SOURCE), (0, "", ""))
-    changed = (album / SOURCE).read_bytes()
-    check("the title alone differs", example("list-tags", SOURCE)[1],
-          run(programs / "list-tags", [SOURCE], ROOT / "samples")[1].replace("Kyrie\n", "Salve\n"))
-    check("the audio stays", audio_of(changed) == audio, True)
-    check("no MP3", example("change-title", "Salve", "cover.png"), (1, "", "cover.png: invalidFileFormat\n"))
+    head, shown = f"ID3v2.3, {len(rich)} bytes\n", "TIT2  Ave\nTALB  {}\nTRCK  3\nTXXX  key: value\nPRIV  9 bytes\n"
+    missing = "none.mp3 could not be read.\n"
+    set_album = ("set-field", "album", "Morning")
+    for words, *expected in (
+            (("list-tags", "none.mp3", "rich.mp3"), 1, "rich.mp3\n  Title: Ave\n  Album: Evening\n  Track Number: 3\n", missing),
+            (("show-frames", "rich.mp3"), 0, head + shown.format("Evening"), ""),
+            ((*set_album, "rich.mp3", "none.mp3", GLORIA), 2, f"updated rich.mp3\n{missing}updated {GLORIA}\n", ""),
+            ((*set_album, "rich.mp3"), 0, "unchanged rich.mp3\n", ""),
+            (("change-title", "Salve", SOURCE), 0, "", ""),
+            (("change-title", "Salve", "cover.png"), 1, "", "cover.png: invalidFileFormat\n")):
+        check(words, run([programs / words[0], *words[1:]], album), tuple(expected))
+    check("a field that is not a text", run([programs / "set-field", "year", "1977", "rich.mp3"], album)[0], 1)
+    check("frames after a change of one field", run([programs / "show-frames", "rich.mp3"], album)[1].split("\n", 1)[1],
+          shown.format("Morning"))
+    old, new = (run([programs / "list-tags", SOURCE], folder)[1] for folder in (ROOT / "samples", album))
+    check("only the title has changed", (new, audio_of((album / SOURCE).read_bytes()) == audio),
+          (old.replace("Kyrie\n", "Salve\n"), True))
 
 
-def main():
+def check_libraries(scratch):
     cmake, build, compiler, *flags = sys.argv[1:]
-    with tempfile.TemporaryDirectory() as name:
-        scratch = pathlib.Path(name).resolve()
-        installed = install(cmake, pathlib.Path(build).resolve(), scratch)
-        environment = {**ENVIRONMENT, "PKG_CONFIG_PATH": str(next(installed.rglob("pkgconfig")))}
+    installed = install(cmake, pathlib.Path(build).resolve(), scratch)
+    environment = {**ENVIRONMENT, "PKG_CONFIG_PATH": str(next(installed.rglob("pkgconfig")))}
 
-        def package_flags(*words):
-            *options, library = words
-            asked = ["pkg-config", *options, f"quillmark-{library}"]
-            answer = subprocess.run(asked, env=environment, check=True, stdout=subprocess.PIPE, text=True)
-            return shlex.split(answer.stdout)
+    def package_flags(library, *options):
+        answer = quietly(f"flags of {library}", "pkg-config", *options, f"quillmark-{library}", env=environment)
+        return shlex.split(answer)
 
-        strict = ["-std=c++20", *WARNINGS, *flags]
-        check_headers(installed, [compiler, *strict, *package_flags("--cflags", "QuillmarkKit")])
-        build_by_find_package(cmake, installed, compiler, [*WARNINGS, *flags], scratch / "find_package")
-        build_by_pkg_config(package_flags, compiler, strict, scratch / "pkg-config")
-        for way in ("find_package", "pkg-config"):
-            check_examples(scratch / way, scratch / f"album {way}")
+    strict = ["-std=c++20", *WARNINGS, *flags]
+    check_headers(installed, [compiler, *strict, *package_flags("QuillmarkKit", "--cflags")])
+    by_package, by_flags = scratch / "find_package", scratch / "pkg-config"
+    quietly("configuring the examples", cmake, "-S", ROOT / "examples", "-B", by_package, "-G", "Ninja",
+            f"-DCMAKE_PREFIX_PATH={installed}", f"-DCMAKE_CXX_COMPILER={compiler}",
+            f"-DCMAKE_CXX_FLAGS={' '.join([*WARNINGS, *flags])}")
+    quietly("building the examples by find_package", cmake, "--build", by_package)
+    by_flags.mkdir()
+    for example, (source, library) in EXAMPLES.items():
+        quietly(f"building {source} by pkg-config", compiler, *strict, ROOT / "examples" / source, "-o",
+                by_flags / example, *package_flags(library, "--cflags", "--libs"))
+    for programs in (by_package, by_flags):
+        check_examples(programs, programs / "album")
 
 
-if __name__ == "__main__":
-    main()
-    proof.finish("The examples work with the installed libraries.")
+proof.main("The examples work with the installed libraries.", check_libraries)

@@ -3,7 +3,7 @@
 
 A document without edits changes nothing, nor does one with a mistake.
 
-Usage: documents.py PROGRAM SAMPLES_FOLDER
+Usage: documents.py PROGRAM
 """
 import base64
 import json
@@ -11,20 +11,17 @@ import os
 import pathlib
 import random
 import shutil
-import sys
-import tempfile
 
 import proof
-from proof import ENVIRONMENT, check, run
+from proof import ENVIRONMENT, check, quillmark
 from tagbytes import f3, f4, tag, text
 from tagcases import AUDIO, HAND_MADE, JPEG, PNG, after_audio
 from tagview import others, view
 
-ROUNDS = 3
+ROUNDS = 4
 FILES = 40
 TEXTS = ("title", "artist", "album", "albumArtist", "composer", "conductor", "grouping", "publisher", "copyright",
          "lyricist", "subtitle", "encodedBy", "initialKey", "fileOwner", "genre", "comment", "lyrics")
-FRAMES = ("TIT2", "TPE1", "TALB", "TPE2", "TCOM", "TIT1", "TPUB", "TCOP", "TENC", "TCON")
 WORDS = ("Kyrie", "Väskelund", "春の海", "שלום", "🎵",
          "a\\b", 'q"', "R&B", "x\ny", "/", "\u202e", "\t", "e\u0301")
 
@@ -36,17 +33,6 @@ def words(chance, joint=" "):
 
 def picture(chance):
     return chance.choice((PNG, JPEG)) + chance.randbytes(chance.randint(0, 5000))
-
-
-def generated(chance):
-    """Returns a random tag of v2.3 or v2.4, with frames that belong to no field."""
-    version, frame, wide = chance.choice(((3, f3, 1), (4, f4, 3)))
-    frames = [frame(name, text(words(chance), wide)) for name in chance.sample(FRAMES, chance.randint(0, 6))]
-    frames += [frame("TRCK", text(f"{chance.randint(1, 30)}/30")), frame("TBPM", text(f"{chance.randint(1, 300)}"))]
-    frames += [frame("TDRC" if version == 4 else "TYER", text(f"{chance.randint(1000, 2100)}"))]
-    frames += [frame("PRIV", b"owner\0" + chance.randbytes(99)), frame("TXXX", text("k\0v"))]
-    frames += [frame("COMM", b"\0eng\0at dawn"), frame("APIC", b"\0image/x\0\3\0" + picture(chance))]
-    return tag(version, *chance.sample(frames, chance.randint(1, len(frames))))
 
 
 def edit(chance, fields, is_lossless):
@@ -70,38 +56,41 @@ def edit(chance, fields, is_lossless):
 class Proof:
     """A folder of MP3s that are read and written as a document."""
 
-    def __init__(self, program, folder):
-        self.program, self.folder = program, folder
-
-    def names(self):
-        return sorted(path.name for path in self.folder.glob("*.mp3"))
+    def __init__(self, folder, files):
+        self.folder = folder
+        shutil.rmtree(folder, ignore_errors=True)
+        folder.mkdir()
+        for name, data in files.items():
+            (folder / name).write_bytes(data)
+        self.names = sorted(files)
 
     def read(self, *options):
-        status, document, errors = run(self.program, ["read", "--json", *options, *self.names()], self.folder)
+        status, document, errors = quillmark(["read", "--json", *options, *self.names], self.folder)
         check("read", (status, errors), (0, ""))
         return document
 
     def write(self, document, *options):
-        path = self.folder / "album.json"
+        path = self.folder.parent / "album.json"
         path.write_bytes(document if isinstance(document, bytes) else document.encode())
         with path.open() as stream:
-            return run(self.program, ["set", "--from-json", "-", *options], self.folder, stdin=stream)
+            return quillmark(["set", "--from-json", "-", *options], self.folder, stdin=stream)
 
     def contents(self):
-        return {path.name: (path.stat().st_ino, path.read_bytes())
-                for path in self.folder.iterdir() if path.suffix != ".json"}
+        return {path.name: (path.stat().st_ino, path.read_bytes()) for path in self.folder.iterdir()}
+
+    def check_written(self, what, document, options, changed):
+        status, output, errors = self.write(document, *options)
+        check(f"{what} {options}", (status, output.splitlines()[-1:], errors),
+              (0, [f"changed {changed}, unchanged {len(self.names) - changed}, failed 0"], ""))
 
     def check_unchanged(self, what):
         for options in ((), ("--lossless",)):
             for more in ((), ("--no-artwork",)):
-                result = self.write(self.read(*options, *more), *options)
-                count = len(self.names())
-                check(f"{what} {options} {more}", (result[0], result[1].splitlines()[-1:], result[2]),
-                      (0, [f"changed 0, unchanged {count}, failed 0"], ""))
+                self.check_written(what, self.read(*options, *more), options, 0)
 
     def check_edits(self, chance, options):
         old = json.loads(self.read(*options))
-        frames = {name: others(view(self.folder / name)) for name in self.names()}
+        frames = {name: others(view(pathlib.Path(name))) for name in old}
         document = json.loads(self.read(*options, "--no-artwork"))
         for fields in document.values():
             for field in chance.sample(list(fields), len(fields) // 3):
@@ -113,14 +102,11 @@ class Proof:
         for name, fields in document.items():
             if "bytes" in (fields.get("artwork") or {}):
                 expected[name]["artwork"] = old[name]["artwork"]
-        result = self.write(json.dumps(document, ensure_ascii=chance.random() < 0.5), *options)
         changed = sum(old[name] != expected[name] for name in old)
-        check("edits", (result[0], result[1].splitlines()[-1], result[2]),
-              (0, f"changed {changed}, unchanged {len(old) - changed}, failed 0", ""))
+        self.check_written("edits", json.dumps(document, ensure_ascii=chance.random() < 0.5), options, changed)
         after = json.loads(self.read(*options))
         for name in old:
-            check(f"edits {options}: {name}", after[name], expected[name])
-            check(f"edits {options}: other frames", others(view(pathlib.Path(name))), frames[pathlib.Path(name).name])
+            check(f"edits {options}: {name}", (after[name], others(view(pathlib.Path(name)))), (expected[name], frames[name]))
 
 
 # Documents with one mistake each, and the message. Each "T" is replaced by the name of a file.
@@ -128,15 +114,10 @@ TRACK = '"/d/01 Kyrie.mp3"'
 AT = f"of {TRACK} "
 BROKEN = (
     ("", "not valid JSON: it ends too early"),
-    ('{"01.mp3": {"title": "x"}', "not valid JSON: it ends too early"),
     ('{"01.mp3":\n {"title": "x",}}', "not valid JSON: a name in quotes was expected at line 2, column 16"),
-    ('{"01.mp3" {}}', "not valid JSON: a colon was expected at line 1, column 11"),
-    ('{"01.mp3": {"title": x}}', "not valid JSON: a value was expected at line 1, column 22"),
     ('{"01.mp3": {"year": 01}}', "not valid JSON: a comma or a closing brace was expected at line 1, column 22"),
     ('{"01.mp3": {"title": "a\nb"}}', "not valid JSON: a value was expected at line 2, column 0"),
     (b'{"01.mp3": {"title": "\xff"}}', "not valid JSON: a value was expected at line 1, column 23"),
-    ('{"01.mp3": {"title": "\\ud800"}}', "not valid JSON: a value was expected at line 1, column 29"),
-    ('{"01.mp3": {}}\n{}', "not valid JSON: the end was expected at line 2, column 1"),
     ("{}".encode("utf-16"), "not valid JSON: it holds a zero byte"),
     ("[" * 600, "values nested more than 512 deep"),
     ("[]", "the document is not an object"),
@@ -156,10 +137,8 @@ BROKEN = (
     ('{T: {"year": true}}', f'"year" {AT}is not a number'),
     ('{T: {"bpm": 98.6}}', f'"bpm" {AT}is not a whole number of at most 64 bits'),
     ('{T: {"year": 9223372036854775808}}', f'"year" {AT}is not a whole number of at most 64 bits'),
-    ('{T: {"year": 1e999}}', f'"year" {AT}is not a whole number of at most 64 bits'),
     ('{T: {"artwork": "cover.jpg"}}', f'"artwork" {AT}is not an object'),
     ('{T: {"artwork": {"bytes": 3}}}', f'"artwork" {AT}has no "format"'),
-    ('{T: {"artwork": {"format": "png"}}}', f'"artwork" {AT}needs either "data" or "bytes"'),
     ('{T: {"artwork": {"format": "png", "data": "", "bytes": 0}}}', f'"artwork" {AT}needs either "data" or "bytes"'),
     ('{T: {"artwork": {"format": "gif", "bytes": 3}}}', f'"format" of "artwork" {AT}is neither "jpeg" nor "png"'),
     ('{T: {"artwork": {"format": "png", "bytes": -1}}}', f'"bytes" of "artwork" {AT}is less than 0'),
@@ -172,84 +151,74 @@ BROKEN = (
 )
 
 
-def check_broken(proof_of):
+def check_broken(one):
     """Checks that a document with a mistake writes nothing, not even the members before the mistake."""
-    before = proof_of.contents()
+    before = one.contents()
     for document, mistake in BROKEN:
         if isinstance(document, str) and "T:" in document:
             document = '{"01.mp3": {"title": "new"}, ' + document[1:].replace("T:", TRACK + ":")
-        result = proof_of.write(document, "--lossless")
+        result = one.write(document, "--lossless")
         check(f"{document!r:.70}", result, (1, "", f"quillmark: standard input: {mistake}.\n"))
-    check("a document with a mistake writes nothing", proof_of.contents(), before)
+    check("a document with a mistake writes nothing", one.contents(), before)
 
 
-def check_runs(proof_of):
+def check_runs(one):
     """Checks reports, other options and backups of a run with a document."""
-    program, folder = proof_of.program, proof_of.folder
-    document = json.dumps({"02.mp3": {"title": " new ", "comment": ""}, "no.mp3": {"title": "x"},
-                           "./01.mp3": {"album": None}, "~/01.mp3": {}, str(folder / "03.mp3"): {}})
-    (folder / "album.json").write_text(document)
+    folder, before = one.folder, one.contents()
+
     def result(*words):
-        return run(program, ["set", *words], folder, env={**ENVIRONMENT, "HOME": str(folder)})
-    before = proof_of.contents()
-    dry = result("--from-json", "~/album.json", "--paths", "--dry-run", "--diff")
+        return quillmark(words, folder, env={**ENVIRONMENT, "HOME": str(folder)})
+
+    (folder / "album.json").write_text(json.dumps({
+        "02.mp3": {"title": " new ", "comment": ""}, "no.mp3": {"title": "x"}, "./01.mp3": {"album": None}, "~/01.mp3": {},
+        str(folder / "03.mp3"): {}}))
+    (folder / "empty.json").write_text("\ufeff{}")
     failures = ("quillmark: failed    no.mp3: no.mp3 could not be read.\n"
                 "quillmark: failed    ~/01.mp3: 01.mp3 could not be read.\n")
-    check("a dry run", dry, (2, "would     ./01.mp3\n    - Album         A\n" f"unchanged {folder}/03.mp3\n"
-                           "would     02.mp3\n    - Title         K\n    + Title         new\n    - Comment       c\n"
-                           "\nwould change 2, unchanged 1, failed 2\n", failures))
-    check("a dry run writes nothing", proof_of.contents(), before)
-    check("a run", result("--from-json", "album.json", "--backup")[0], 2)
+    dry_run = ("would     ./01.mp3\n    - Album         A\n" f"unchanged {folder}/03.mp3\n"
+               "would     02.mp3\n    - Title         K\n    + Title         new\n    - Comment       c\n"
+               "\nwould change 2, unchanged 1, failed 2\n")
+    check("a dry run", result("set", "--from-json", "~/album.json", "--paths", "--dry-run", "--diff"), (2, dry_run, failures))
+    check("a dry run writes nothing", {**one.contents(), **before}, one.contents())
+    check("a run", result("set", "--from-json", "album.json", "--backup")[0], 2)
     check("the backups of a run", sorted(path.name for path in folder.glob("*.orig")), ["01.mp3.orig", "02.mp3.orig"])
-    check("the listing after a run", run(program, ["read", "01.mp3", "02.mp3"], folder)[1],
+    check("the listing after a run", result("read", "01.mp3", "02.mp3")[1],
           "01.mp3:\n  Title    K\n  Comment  c\n\n02.mp3:\n  Title  new\n  Album  A\n")
-    (folder / "album.json").write_text("\ufeff{}")
-    check("a document without files", result("--from-json", "album.json"),
+    check("a document without files", result("set", "--from-json", "empty.json"),
           (0, "\nchanged 0, unchanged 0, failed 0\n", ""))
-    for beside, named in ((["01.mp3"], "01.mp3"), (["--title", "x"], "--title"),
-                          (["--files0-from", "x"], "--files0-from")):
-        check(f"{named} with a document", result("--from-json", "album.json", *beside),
-              (1, "", f"quillmark: --from-json takes its files and fields from the document; leave out {named}.\n"))
-    check("a document that does not exist", result("--from-json", "no.json"),
-          (1, "", "quillmark: no.json could not be read: No such file or directory.\n"))
+    taken = "--from-json takes its files and fields from the document; leave out"
+    for words, error in ((("empty.json", "01.mp3"), f"{taken} 01.mp3."), (("empty.json", "--title", "x"), f"{taken} --title."),
+                         (("empty.json", "--files0-from", "x"), f"{taken} --files0-from."),
+                         (("no.json",), "no.json could not be read: No such file or directory.")):
+        check(words, result("set", "--from-json", *words), (1, "", f"quillmark: {error}\n"))
 
 
-def main():
-    program, samples = os.path.abspath(sys.argv[1]), pathlib.Path(sys.argv[2]).resolve()
+def check_round_trips(folder):
     chance = random.Random(int(os.environ.get("SEED", "1")))
-    def fresh(folder):
-        shutil.rmtree(folder, ignore_errors=True)
-        folder.mkdir()
-        return Proof(program, folder)
-    with tempfile.TemporaryDirectory() as scratch:
-        folder = pathlib.Path(scratch, "album").resolve()
-        one = fresh(folder)
-        for sample in samples.glob("*.mp3"):
-            shutil.copy(sample, folder)
-        for name, data in HAND_MADE.items():
-            if name == "v2.4 line break, no mark":  # every write trims a line break before U+0000
-                continue
-            (folder / f"{name}.mp3").write_bytes(data + AUDIO + after_audio(name))
-        (folder / "damaged PNG.mp3").write_bytes(tag(3, f3("APIC", b"\0image/png\0\3\0" + PNG[:4] + bytes(9))) + AUDIO)
-        one.check_unchanged("samples and oddities")
+    # Every write trims a line break before U+0000.
+    files = {f"{name}.mp3": data + AUDIO + after_audio(name)
+             for name, data in HAND_MADE.items() if name != "v2.4 line break, no mark"}
+    files["damaged PNG.mp3"] = tag(3, f3("APIC", b"\0image/png\0\3\0" + PNG[:4] + bytes(9))) + AUDIO
+    files.update((path.name, path.read_bytes()) for path in proof.SAMPLES.glob("*.mp3"))
+    Proof(folder / "odd", files).check_unchanged("samples and oddities")
+    for options in ((), ("--lossless",)):
+        frames = [("TXXX", text("k\0v")), ("COMM", b"\0eng\0at dawn"), ("APIC", b"\0image/png\0\3\0" + PNG), ("TBPM", text("72")),
+                  ("PRIV", b"owner\0" + chance.randbytes(99)), ("TPE1", text("\u6625\u306e\u6d77", 1)), ("TCON", text("Rock"))]
+        one = Proof(folder / "album", {
+            f"{number:02}.mp3": tag(version, *(make(*frame) for frame in chance.sample(frames, 5))) + AUDIO
+            for number in range(FILES) for version, make in [chance.choice(((3, f3), (4, f4)))]})
         for _ in range(ROUNDS):
-            for options in ((), ("--lossless",)):
-                one = fresh(folder)
-                for number in range(FILES):
-                    (folder / f"{number:02}.mp3").write_bytes(generated(chance) + AUDIO)
-                one.check_unchanged("generated tags")
-                one.check_edits(chance, options)
-                one.check_unchanged("edited tags")
-        one = fresh(folder)
-        three_fields = tag(3, f3("TIT2", text("K")), f3("TALB", text("A")), f3("COMM", b"\0eng\0c"))
-        for name in ("01.mp3", "02.mp3", "03.mp3"):
-            (folder / name).write_bytes(three_fields + AUDIO)
-        os.symlink("01.mp3", folder / "link.mp3")
-        check_broken(one)
-        (folder / "link.mp3").unlink()
-        check_runs(one)
+            one.check_edits(chance, options)
+            one.check_unchanged("edited tags")
 
 
-if __name__ == "__main__":
-    main()
-    proof.finish("A document writes the fields that were edited, and nothing else.")
+def check_messages(folder):
+    three_fields = tag(3, f3("TIT2", text("K")), f3("TALB", text("A")), f3("COMM", b"\0eng\0c")) + AUDIO
+    one = Proof(folder / "album", dict.fromkeys(("01.mp3", "02.mp3", "03.mp3"), three_fields))
+    (one.folder / "link.mp3").symlink_to("01.mp3")
+    check_broken(one)
+    (one.folder / "link.mp3").unlink()
+    check_runs(one)
+
+
+proof.main("A document writes the fields that were edited, and nothing else.", check_round_trips, check_messages)

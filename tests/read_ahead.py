@@ -14,7 +14,8 @@ import tempfile
 import time
 
 import proof
-from proof import ENVIRONMENT, check, frame, tag, text
+from proof import ENVIRONMENT, check
+from tagbytes import f3, tag, text
 
 COUNT, SLOW, THREADS, WINDOW, PIPE = 240, 40, 8, 32, 30
 NAMES = [f"{number:03}.mp3" for number in range(COUNT)]
@@ -27,7 +28,7 @@ APPLY = ["apply", "--dry-run", "--from", "source.mp3"]
 
 def song(name, picture_size):
     picture = b"\xff\xd8\xff\xe0" + bytes(picture_size)
-    return tag(text("TIT2", name), text("TALB", "album"), frame("APIC", b"\0image/jpeg\0\3\0" + picture))
+    return tag(3, f3("TIT2", text(name)), f3("TALB", text("album")), f3("APIC", b"\0image/jpeg\0\3\0" + picture))
 
 
 class Stage:

@@ -8,6 +8,11 @@ def size4(size):
     return bytes(size >> shift & 0x7F for shift in (21, 14, 7, 0))
 
 
+def number_of(field, bits=8):
+    """Returns the integer in some bytes of a tag; a synchsafe one has seven bits in each."""
+    return sum(byte << bits * n for n, byte in enumerate(reversed(field)))
+
+
 def tag(version, *frames, flags=0, revision=0, padding=32, before=b"", body=None):
     """Returns a tag with the frames, or with the body instead; `before` is its extended header."""
     body = before + b"".join(frames) + bytes(padding) if body is None else body
@@ -38,19 +43,19 @@ def text(value, encoding=0):
     return bytes([encoding]) + value.encode(coding)
 
 
+def audio_of(mp3):
+    return mp3[10 + number_of(mp3[6:10], 7):]
+
+
 def split(data):
     """Returns the version of a tag and the bytes of each frame; v2.4 sizes are rewritten as synchsafe integers."""
-    def number(field):
-        return int.from_bytes(field, "big")
-    def spread(field):
-        return sum(byte << 7 * (3 - n) for n, byte in enumerate(field))
-    version, at, end = data[3], 10, 10 + spread(data[6:10])
+    version, at, end = data[3], 10, len(data) - len(audio_of(data))
     if data[5] & 0x40:
-        at += spread(data[10:14]) if version == 4 else 4 + number(data[10:14])
+        at += number_of(data[10:14], 7) if version == 4 else 4 + number_of(data[10:14])
     frames = []
     while at + 10 <= end and data[at]:
-        size = (spread if version == 4 else number)(data[at + 4:at + 8])
-        size_as_written = size4(size) if version == 4 else data[at + 4:at + 8]
-        frames.append(data[at:at + 4] + size_as_written + data[at + 8:at + 10 + size])
+        size = number_of(data[at + 4:at + 8], 7 if version == 4 else 8)
+        written = size4(size) if version == 4 else data[at + 4:at + 8]
+        frames.append(data[at:at + 4] + written + data[at + 8:at + 10 + size])
         at += 10 + size
     return version, frames

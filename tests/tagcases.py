@@ -3,8 +3,8 @@ import struct
 import subprocess
 import zlib
 
-from mutagen.id3 import (APIC, CHAP, COMM, CTOC, GEOB, ID3, POPM, PRIV, TCON, TDRC, TIPL, TIT2, TMCL, TMOO, TPE1, TRCK,
-                         TSOP, TXXX, UFID, USLT, WOAR, WXXX)
+from mutagen.id3 import (APIC, CHAP, COMM, CTOC, GEOB, ID3, POPM, PRIV, TBPM, TCON, TDRC, TIPL, TIT2, TMCL, TMOO, TPE1,
+                         TPOS, TRCK, TSOP, TXXX, UFID, USLT, WOAR, WXXX, Frames)
 
 from tagbytes import f2, f3, f4, size4, tag, text, unsynchronised
 
@@ -89,10 +89,14 @@ def after_audio(name):
     return (APE if "APE" in name else b"") + (ID3V1 if "ID3v1" in name else b"")
 
 
+OTHER_TEXTS = ("TALB", "TPE2", "TCOM", "TPE3", "TIT1", "TCOP", "TEXT", "TIT3", "TENC", "TKEY", "TOWN")
+
+
 def mutagen_tags():
     inner = CHAP("one", 0, 900, 0xFFFFFFFF, 0xFFFFFFFF,
                  [TIT2(3, "An inner title " * 10), APIC(3, "image/png", 0, "", PNG)])
     return [TIT2(3, "Kyrie"), TPE1(3, ["Väskelund", "朝"]), TSOP(3, "V"), TCON(3, ["17", "Choral"]),
+            *(Frames[name](3, f"{name} 朝 𝄞 ’") for name in OTHER_TEXTS), TBPM(3, "72"), TPOS(3, "2/3"),
             TDRC(3, "2004-05-06"), TRCK(3, "3/12"), TMOO(3, "calm"), TIPL(3, [["producer", "P"]]),
             TMCL(3, [["organ", "O"]]), inner, CTOC("toc", 3, ["one"], [TIT2(3, "Contents")]),
             GEOB(3, "text/plain", "ä", "b", b"\0\xff" * 99), UFID("o", b"\xff\0"), POPM("a@b", 9, 7),
