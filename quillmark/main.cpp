@@ -34,7 +34,12 @@ constexpr std::array commands = std::to_array<Command>({
     {"set", nullptr, prepareSet},
 });
 
-static_assert(std::ranges::all_of(commands, commandOptions, &Command::word),
+static_assert(std::ranges::all_of(
+                  commands,
+                  [](std::string_view word) {
+                    return std::ranges::count(commandTable, word, &CommandOptions::word) == 1;
+                  },
+                  &Command::word),
               "each command has a row in the table of options");
 
 /// A command that ignores further words.
